@@ -4,15 +4,17 @@ include(CMakePackageConfigHelpers)
 
 get_property(tql_folders GLOBAL PROPERTY TQL_FOLDERS)
 file(GLOB wnd_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/wnd/*.cpp)
-if(NOT tql_folders AND NOT wnd_sources)
-    return()
+if(NOT wnd_sources)  # a library needs a source of its own, even when the folders hold all
+    file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/Empty.cpp CONTENT "")
+    set(wnd_sources ${PROJECT_BINARY_DIR}/Empty.cpp)
 endif()
 
 add_library(tql_wnd SHARED ${wnd_sources})
 add_library(tql::wnd ALIAS tql_wnd)
-foreach(folder ${tql_folders})
-    target_link_libraries(tql_wnd PRIVATE "$<LINK_LIBRARY:WHOLE_ARCHIVE,${folder}>")
-endforeach()
+# Whole archives: a host may use any class, also one that no other class names.
+list(JOIN tql_folders "," whole)
+set_target_properties(tql_wnd PROPERTIES LINK_LIBRARY_OVERRIDE "WHOLE_ARCHIVE,${whole}")
+target_link_libraries(tql_wnd PRIVATE ${tql_folders})
 # Qt's headers stand in ours; GDAL, PROJ, GeographicLib and Eigen never do.
 target_link_libraries(tql_wnd PUBLIC Qt6::Widgets)
 target_link_libraries(tql_wnd PRIVATE tql_options)

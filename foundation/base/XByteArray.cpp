@@ -1,0 +1,3 @@
+#include "foundation/base/XByteArray.h"
+
+X_IMPLEMENT_CLASS(XByteArray, XObject)

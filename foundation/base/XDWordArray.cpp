@@ -1,0 +1,3 @@
+#include "foundation/base/XDWordArray.h"
+
+X_IMPLEMENT_CLASS(XDWordArray, XObject)

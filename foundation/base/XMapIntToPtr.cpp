@@ -1,0 +1,3 @@
+#include "foundation/base/XMapIntToPtr.h"
+
+X_IMPLEMENT_CLASS(XMapIntToPtr, XObject)

@@ -1,0 +1,3 @@
+#include "foundation/base/XMapPtrToInt.h"
+
+X_IMPLEMENT_CLASS(XMapPtrToInt, XObject)

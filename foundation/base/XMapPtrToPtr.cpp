@@ -1,0 +1,3 @@
+#include "foundation/base/XMapPtrToPtr.h"
+
+X_IMPLEMENT_CLASS(XMapPtrToPtr, XObject)

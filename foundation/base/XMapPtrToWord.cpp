@@ -1,0 +1,3 @@
+#include "foundation/base/XMapPtrToWord.h"
+
+X_IMPLEMENT_CLASS(XMapPtrToWord, XObject)

@@ -1,0 +1,3 @@
+#include "foundation/base/XMapStringToOb.h"
+
+X_IMPLEMENT_CLASS(XMapStringToOb, XObject)

@@ -1,0 +1,3 @@
+#include "foundation/base/XMapStringToPtr.h"
+
+X_IMPLEMENT_CLASS(XMapStringToPtr, XObject)

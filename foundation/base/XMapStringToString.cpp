@@ -1,0 +1,3 @@
+#include "foundation/base/XMapStringToString.h"
+
+X_IMPLEMENT_CLASS(XMapStringToString, XObject)

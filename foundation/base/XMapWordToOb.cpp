@@ -1,0 +1,3 @@
+#include "foundation/base/XMapWordToOb.h"
+
+X_IMPLEMENT_CLASS(XMapWordToOb, XObject)

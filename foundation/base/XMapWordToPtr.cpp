@@ -1,0 +1,3 @@
+#include "foundation/base/XMapWordToPtr.h"
+
+X_IMPLEMENT_CLASS(XMapWordToPtr, XObject)

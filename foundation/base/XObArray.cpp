@@ -1,0 +1,3 @@
+#include "foundation/base/XObArray.h"
+
+X_IMPLEMENT_CLASS(XObArray, XObject)

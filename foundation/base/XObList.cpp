@@ -1,0 +1,3 @@
+#include "foundation/base/XObList.h"
+
+X_IMPLEMENT_CLASS(XObList, XObject)

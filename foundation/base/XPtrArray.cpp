@@ -1,0 +1,3 @@
+#include "foundation/base/XPtrArray.h"
+
+X_IMPLEMENT_CLASS(XPtrArray, XObject)

@@ -1,0 +1,3 @@
+#include "foundation/base/XPtrList.h"
+
+X_IMPLEMENT_CLASS(XPtrList, XObject)

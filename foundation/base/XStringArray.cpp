@@ -1,0 +1,3 @@
+#include "foundation/base/XStringArray.h"
+
+X_IMPLEMENT_CLASS(XStringArray, XObject)

@@ -1,0 +1,3 @@
+#include "foundation/base/XUIntArray.h"
+
+X_IMPLEMENT_CLASS(XUIntArray, XObject)

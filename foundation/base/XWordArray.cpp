@@ -1,0 +1,3 @@
+#include "foundation/base/XWordArray.h"
+
+X_IMPLEMENT_CLASS(XWordArray, XObject)
