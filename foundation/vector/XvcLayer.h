@@ -1,0 +1,83 @@
+#pragma once
+
+#include "foundation/base/XObList.h"
+#include "foundation/vector/XHitFlag.h"
+#include "foundation/vector/XVectorRange.h"
+#include "foundation/vector/XvcObj.h"
+
+class XvcBase;
+
+/// A list of vector objects in z-order: the head is rearmost, the tail is drawn last.
+///
+/// Objects that are added learn their parent layer. While the attach flag is set (as it is at
+/// first) the layer owns its objects: the destructor destroys them. Taking an object out
+/// (RemoveAt, RemoveAll) never destroys it and hands it to the caller.
+/// Elements that are lists themselves (class XObList) are walked into.
+/// Threads: no lock.
+class XAPI XvcLayer : public XObList
+{
+    X_DECLARE_CLASS(XvcLayer)
+public:
+    XvcLayer();
+    ~XvcLayer() override;
+    XvcLayer(const XvcLayer&) = delete;
+    XvcLayer& operator=(const XvcLayer&) = delete;
+
+    __POSITION* AddHead(XvcObj* object);
+    __POSITION* AddTail(XvcObj* object);
+    __POSITION* InsertBefore(__POSITION* position, XvcObj* object);
+    __POSITION* InsertAfter(__POSITION* position, XvcObj* object);
+    void SetAt(__POSITION* position,
+               XvcObj* object);          ///< the object that stood there is not destroyed
+    void RemoveAt(__POSITION* position); ///< the object's parent layer becomes null
+    void RemoveAll();                    ///< likewise for all
+    void DestroyAll();                   ///< empties the layer and destroys its objects
+
+    const XString& GetName() const { return m_name; }
+    void SetName(const XString& name) { m_name = name; }
+    const XString& GetLink() const { return m_link; }
+    void SetLink(const XString& link) { m_link = link; }
+    int IsHidden() const { return m_hideFlag; }
+    int GetHideFlag() const { return m_hideFlag; }
+    void SetHideFlag(int flag) { m_hideFlag = flag ? 1 : 0; }
+    int IsLocked() const { return m_lockFlag; } ///< kept for editors, no operation here asks
+    void SetLockFlag(int flag) { m_lockFlag = flag ? 1 : 0; }
+    int IsHitTestable() const { return m_hitTestable; }
+    void SetHitTestable(int flag) { m_hitTestable = flag ? 1 : 0; }
+    int GetAttachFlag() const { return m_attachFlag; }
+    void SetAttachFlag(int flag) { m_attachFlag = flag ? 1 : 0; }
+    XvcBase* GetParentBase() const { return m_parentBase; }
+    void SetParentBase(XvcBase* base) { m_parentBase = base; }
+
+    /// Type and font size flag that the layer's objects are recorded with; -1 (at first): those of
+    /// the recording itself.
+    int GetVertBufferType() const { return m_vertBufferType; }
+    void SetVertBufferType(int type) { m_vertBufferType = type; }
+    int GetVertBufferFontSizeFlag() const { return m_vertBufferFontSizeFlag; }
+    void SetVertBufferFontSizeFlag(int flag) { m_vertBufferFontSizeFlag = flag; }
+
+    void CalcRange(); ///< of every object, hidden ones too, and the union
+    const tagXVectorRange& GetRange() const { return m_range; }
+    void GetRange(double& minX, double& minY, double& minZ, double& maxX, double& maxY,
+                  double& maxZ) const;
+
+    /// Hidden layers and objects record nothing.
+    void CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp, const tagXDrawAttrs* attrs);
+
+    /// The frontmost object hit; null in a layer that is hidden or not to be hit.
+    XvcObj* HitTest(const tagXVector3& point, double tolerance, tagXHitFlag& hitFlag);
+    XvcObj* HitTest(const tagXVector3& point, double toleranceX, double toleranceY,
+                    tagXHitFlag& hitFlag);
+
+private:
+    XString m_name;
+    XString m_link;
+    int m_hideFlag = 0;
+    int m_attachFlag = 1;
+    int m_lockFlag = 0;
+    int m_hitTestable = 1;
+    int m_vertBufferType = -1;
+    int m_vertBufferFontSizeFlag = -1;
+    XvcBase* m_parentBase = nullptr;
+    tagXVectorRange m_range;
+};

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "foundation/base/XApi.h"
+#include "foundation/base/XObject.h"
+
+#include <map>
+#include <memory>
+
+class XvcObj;
+
+/// Symbol definitions by their number. The table owns them.
+class XAPI XvcSymbolTable : public XObject
+{
+    X_DECLARE_CLASS(XvcSymbolTable)
+public:
+    XvcSymbolTable();
+    ~XvcSymbolTable() override;
+    XvcSymbolTable(const XvcSymbolTable&) = delete;
+    XvcSymbolTable& operator=(const XvcSymbolTable&) = delete;
+
+    /// Takes a definition under `id`.
+    /// @return 0 when the id is taken or the definition null; a refused one is destroyed
+    int Add(int id, std::unique_ptr<XvcObj> definition);
+    XvcObj* Find(int id) const; ///< null when there is none
+    int Remove(int id);         ///< 0 when there is none; destroys the definition
+    void RemoveAll();
+    int GetCount() const { return static_cast<int>(m_definitions.size()); }
+    int GetFreeID() const; ///< the lowest id from 1 on that is not taken
+
+private:
+    std::map<int, std::unique_ptr<XvcObj>> m_definitions;
+};
