@@ -1,0 +1,25 @@
+#include "foundation/platform/XUserSettings.h"
+
+#include <QSettings>
+
+namespace {
+
+QSettings OpenSettings()
+{
+    return QSettings(QSettings::defaultFormat(), QSettings::UserScope, QStringLiteral("tql"),
+                     QStringLiteral("tql_wnd"));
+}
+
+const QString kInvertWheelKey = QStringLiteral("view/invertMouseWheelZoomDir");
+
+} // namespace
+
+bool XfnGetInvertMouseWheelZoomDir()
+{
+    return OpenSettings().value(kInvertWheelKey, false).toBool();
+}
+
+void XfnSetInvertMouseWheelZoomDir(bool isInverted)
+{
+    OpenSettings().setValue(kInvertWheelKey, isInverted);
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "foundation/base/XApi.h"
+
+/// Settings of the user that the library itself reads. They are kept between sessions, one store a
+/// user, whatever the host's name. Any thread.
+
+/// True when turning the wheel forward zooms in; by default it zooms out.
+XAPI bool XfnGetInvertMouseWheelZoomDir();
+XAPI void XfnSetInvertMouseWheelZoomDir(bool isInverted);

@@ -1,0 +1,378 @@
+#include "foundation/surface/XVertBuffer.h"
+
+#include "foundation/surface/XBackBuffer.h"
+#include "foundation/surface/XPointShape.h"
+#include "tests/support/XPixelGrid.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <thread>
+
+namespace {
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr tagXColor kWhite = 0xFFFFFFFFu;
+constexpr tagXColor kRed = 0xFF0000FFu;
+
+// A surface whose pixels are world units, y up: the pixel in column c of the lowest row has its
+// centre at (c + 0.5, 0.5).
+XBackBuffer MakeSurface(int width, int height)
+{
+    XBackBuffer buffer;
+    buffer.Create(nullptr, 2);
+    buffer.Resize(nullptr, width, height);
+    buffer.SetWorldToCenter(width / 2.0, height / 2.0);
+    return buffer;
+}
+
+template <class Add>
+std::string Draw(int width, int height, Add add)
+{
+    XVertBuffer buffer;
+    buffer.Start();
+    add(buffer);
+    buffer.End();
+    XBackBuffer surface = MakeSurface(width, height);
+    EXPECT_TRUE(buffer.Draw(&surface));
+    return XfnPixelGrid(surface.GetImage());
+}
+
+tagXVertLine Line(double thick = 0.0, int style = 0, tagXColor colour = kWhite)
+{
+    return {colour, thick, tagXLineStyle(style)};
+}
+
+TEST(VertBuffer, LinesStandOnTheirPixels)
+{
+    const std::string cross = Draw(5, 4, [](XVertBuffer& b) {
+        const tagXVector3 level[] = {{0.5, 1.5}, {4.5, 1.5}};
+        const tagXVector3 upright[] = {{2.5, 3.5}, {2.5, 0.5}};
+        b.AddPolyline(level, 2, Line());
+        b.AddPolyline(upright, 2, Line(0.0, 0, kRed));
+    });
+    EXPECT_EQ(cross, XfnRows({"..R..", "..R..", "WWRWW", "..R.."}));
+}
+
+TEST(VertBuffer, ThicknessIsWorldUnitsOrPixels)
+{
+    const auto rows = [](double thick, double worldPerPixel) {
+        XVertBuffer buffer;
+        buffer.Start();
+        const tagXVector3 line[] = {{-100.0, 8.0}, {100.0, 8.0}};
+        buffer.AddPolyline(line, 2, Line(thick));
+        buffer.End();
+        XBackBuffer surface = MakeSurface(16, 16);
+        surface.SetWorldPerPixel(worldPerPixel, worldPerPixel);
+        buffer.Draw(&surface);
+        int count = 0;
+        for (int y = 0; y < 16; ++y)
+            count += surface.GetImage().pixel(8, y) == 0xFFFFFFFFu;
+        return count;
+    };
+    EXPECT_EQ(rows(4.0, 1.0), 4);
+    EXPECT_EQ(rows(4.0, 0.5), 8) << "a world length grows with the zoom";
+    EXPECT_EQ(rows(-4.0, 0.5), 4) << "pixels do not";
+    EXPECT_EQ(rows(0.0, 0.01), 1);
+    EXPECT_EQ(rows(4.0, 100.0), 1) << "never thinner than a pixel";
+}
+
+TEST(VertBuffer, DashesKeepTheirPlaceWhenTheLineIsClipped)
+{
+    // the same line seen whole and seen from a window far along it
+    XVertBuffer buffer;
+    buffer.Start();
+    const tagXVector3 line[] = {{0.0, 0.5}, {5000.0, 0.5}};
+    tagXVertLine dashed = Line();
+    dashed.style.SetStyle(0xF0F0, 99);
+    buffer.AddPolyline(line, 2, dashed);
+    buffer.End();
+    XBackBuffer near = MakeSurface(48, 1);
+    buffer.Draw(&near);
+    const std::string pattern = XfnPixelGrid(near.GetImage());
+    EXPECT_EQ(pattern.substr(8, 16), "WWWW....WWWW....") << "four on, four off";
+    XBackBuffer far = MakeSurface(48, 1);
+    far.SetWorldToCenter(24.0 + 4000.0, 0.5);
+    buffer.Draw(&far);
+    EXPECT_EQ(XfnPixelGrid(far.GetImage()).substr(8, 32), pattern.substr(8, 32));
+}
+
+TEST(VertBuffer, PolygonFillRulesAndRings)
+{
+    const tagXVector3 rings[] = {{0, 0}, {6, 0}, {6, 6}, {0, 6}, {2, 2}, {4, 2}, {4, 4}, {2, 4}};
+    const std::size_t sizes[] = {4, 4};
+    tagXVertFill fill;
+    fill.style.SetStyle(tagXFillStyle::kSolid);
+    fill.foreColour = kRed;
+    const auto draw = [&](bool isWinding) {
+        return Draw(6, 6, [&](XVertBuffer& b) {
+            b.AddPolygon(rings, sizes, 2, nullptr, &fill, isWinding);
+        });
+    };
+    EXPECT_EQ(draw(false), XfnRows({"RRRRRR", "RRRRRR", "RR..RR", "RR..RR", "RRRRRR", "RRRRRR"}));
+    EXPECT_EQ(draw(true), XfnRows({"RRRRRR", "RRRRRR", "RRRRRR", "RRRRRR", "RRRRRR", "RRRRRR"}));
+}
+
+TEST(VertBuffer, FillPatternsAndTransparency)
+{
+    const tagXVector3 box[] = {{0, 0}, {4, 0}, {4, 4}, {0, 4}};
+    const auto draw = [&](int style, tagXColor fore, tagXColor back) {
+        tagXVertFill fill;
+        fill.style.SetStyle(style);
+        fill.foreColour = fore;
+        fill.backColour = back;
+        return Draw(4, 4, [&](XVertBuffer& b) { b.AddPolygon(box, 4, nullptr, &fill); });
+    };
+    const std::string empty = XfnRows({"....", "....", "....", "...."});
+    EXPECT_EQ(draw(tagXFillStyle::kNone, kRed, kRed), empty);
+    EXPECT_EQ(draw(tagXFillStyle::kSolid, 0x00FFFFFFu, kRed), empty) << "no colour chosen";
+    EXPECT_EQ(draw(tagXFillStyle::kSolid, kRed, 0), XfnRows({"RRRR", "RRRR", "RRRR", "RRRR"}));
+    tagXFillStyle custom;
+    unsigned char pattern[128] = {};
+    for (int y = 0; y < 32; ++y)
+        pattern[y * 4] = y % 2 ? 0x00 : 0xFF;
+    custom.SetStyle(pattern);
+    tagXVertFill fill{custom, kRed, 0};
+    const auto hatch = [&] {
+        return Draw(4, 4, [&](XVertBuffer& b) { b.AddPolygon(box, 4, nullptr, &fill); });
+    };
+    EXPECT_EQ(hatch(), XfnRows({"RRRR", "....", "RRRR", "...."}));
+    fill.backColour = kWhite;
+    EXPECT_EQ(hatch(), XfnRows({"RRRR", "WWWW", "RRRR", "WWWW"}));
+}
+
+TEST(VertBuffer, PatternMovesWithThePicture)
+{
+    XVertBuffer buffer;
+    buffer.Start();
+    tagXVertFill fill;
+    fill.style.SetStyle(tagXFillStyle::kForwardDiagonal);
+    fill.foreColour = kRed;
+    const tagXVector3 box[] = {{-500, -500}, {500, -500}, {500, 500}, {-500, 500}};
+    buffer.AddPolygon(box, 4, nullptr, &fill);
+    buffer.End();
+    XBackBuffer before = MakeSurface(40, 30);
+    buffer.Draw(&before);
+    XBackBuffer moved = MakeSurface(40, 30);
+    moved.PanPixel(5, -3);
+    buffer.Draw(&moved);
+    EXPECT_EQ(before.GetImage().copy(0, 3, 35, 27), moved.GetImage().copy(5, 0, 35, 27));
+}
+
+TEST(VertBuffer, PointShapes)
+{
+    const auto draw = [](int shape, double size, tagXColor line, tagXColor fill) {
+        return Draw(7, 7, [&](XVertBuffer& b) {
+            b.AddPoint({3.5, 3.5}, {shape, size, line, fill});
+        });
+    };
+    EXPECT_EQ(
+        draw(kXPointPlus, 5.0, kWhite, 0),
+        XfnRows({".......", "...W...", "...W...", ".WWWWW.", "...W...", "...W...", "......."}));
+    EXPECT_EQ(
+        draw(kXPointCross, -5.0, kWhite, 0),
+        XfnRows({".......", ".W...W.", "..W.W..", "...W...", "..W.W..", ".W...W.", "......."}));
+    EXPECT_EQ(
+        draw(kXPointSquare, 5.0, kWhite, kRed),
+        XfnRows({".......", ".WWWWW.", ".WRRRW.", ".WRRRW.", ".WRRRW.", ".WWWWW.", "......."}));
+    EXPECT_EQ(
+        draw(kXPointDot, 5.0, kWhite, kRed),
+        XfnRows({".......", ".......", ".......", "...W...", ".......", ".......", "......."}));
+    EXPECT_EQ(draw(kXPointSquare, 5.0, 0x00FFFFFFu, 0).find_first_not_of(".\n"), std::string::npos);
+    const std::string circle = draw(kXPointCircle, 5.0, kWhite, kRed);
+    EXPECT_EQ(circle, XfnRows({".......", "..WWW..", ".WRRRW.", ".WRRRW.", ".WRRRW.", "..WWW..",
+                               "......."}));
+    const std::string triangle = draw(kXPointTriangle, 5.0, kWhite, kRed);
+    EXPECT_EQ(triangle.find_first_not_of(".\n"), 8u + 3u) << triangle;
+    EXPECT_EQ(triangle.substr(5 * 8, 7), ".WWWWW.") << triangle;
+    EXPECT_EQ(triangle[4 * 8 + 3], 'R') << triangle;
+}
+
+TEST(VertBuffer, WhatIsNotFiniteIsDropped)
+{
+    tagXVertFill fill;
+    fill.style.SetStyle(tagXFillStyle::kSolid);
+    const tagXVertLine line = Line();
+    for (const double bad : {kNaN, HUGE_VAL, -HUGE_VAL, 1.7e308, -1.7e308}) {
+        const std::string picture = Draw(5, 1, [&](XVertBuffer& b) {
+            const tagXVector3 broken[] = {
+                {0.5, 0.5}, {1.5, 0.5}, {bad, 0.5}, {3.5, 0.5}, {4.5, 0.5}};
+            b.AddPolyline(broken, 5, line);
+            b.AddPoint({bad, bad}, {});
+            b.AddText({.position = {0.0, bad}, .text = "x", .height = 9.0});
+            b.AddPolygon(broken + 2, 1, &line, &fill);
+        });
+        EXPECT_EQ(picture, "WW.WW\n") << "the line is cut where the vertex is missing: " << bad;
+    }
+    XVertBuffer buffer;
+    buffer.Start();
+    const tagXVector3 one[] = {{1, 1}};
+    buffer.AddPolyline(one, 1, line);
+    buffer.AddPolyline(nullptr, 5, line);
+    buffer.AddPolyline(one, 1, Line(kNaN));
+    buffer.AddPolygon(one, nullptr, 1, &line, &fill);
+    buffer.AddText({.text = "", .height = 5.0});
+    buffer.AddText({.text = "x", .height = kNaN});
+    buffer.AddText({.text = "x", .height = -1.0});
+    buffer.AddImage(QImage(), {0, 0}, {1, 0}, {0, 1});
+    buffer.End();
+    EXPECT_TRUE(buffer.IsEmpty());
+}
+
+TEST(VertBuffer, FarVerticesAreClippedNotWrapped)
+{
+    // each figure covers the window wholly or crosses it, with vertices far beyond 16 or 32 bits
+    tagXVertFill fill;
+    fill.style.SetStyle(tagXFillStyle::kSolid);
+    fill.foreColour = kRed;
+    const std::string picture = Draw(4, 3, [&](XVertBuffer& b) {
+        const tagXVector3 huge[] = {{-1e12, -1e12}, {1e12, -1e12}, {1e12, 1e12}, {-1e12, 1e12}};
+        const tagXVector3 level[] = {{-3e9, 1.5}, {5e9, 1.5}};
+        const tagXVector3 far[] = {{1e15, 1e15}, {2e15, 1e15}};
+        const tagXVertLine line = Line();
+        b.AddPolygon(huge, 4, &line, &fill);
+        b.AddPolyline(level, 2, line);
+        b.AddPolyline(far, 2, line);
+        b.AddPoint({1e15, 0}, {});
+    });
+    EXPECT_EQ(picture, XfnRows({"RRRR", "WWWW", "RRRR"}));
+    // and at the finest zoom a mapping allows
+    XVertBuffer buffer;
+    buffer.Start();
+    const tagXVector3 box[] = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
+    const tagXVertLine thick = Line(0.5);
+    buffer.AddPolygon(box, 4, &thick, &fill);
+    buffer.AddText({.position = {0, 0}, .text = "x", .height = 1.0});
+    buffer.End();
+    XBackBuffer surface = MakeSurface(8, 8);
+    surface.SetWorldToCenter(0.0, 0.0);
+    surface.SetWorldPerPixel(1e-150, 1e-150);
+    EXPECT_TRUE(buffer.Draw(&surface));
+    EXPECT_EQ(surface.GetImage().pixel(4, 4), 0xFFFF0000u);
+}
+
+TEST(VertBuffer, TextIsAnchoredTurnedAndScaled)
+{
+    const auto bounds = [](tagXVertText text, double worldPerPixel, int fontSizeFlag, double turn) {
+        XVertBuffer buffer;
+        buffer.SetFontSizeFlag(fontSizeFlag);
+        buffer.Start();
+        text.style.font.SetFaceName("DejaVu Sans");
+        text.text = "HHHH";
+        text.colour = 0;
+        text.backColour = kRed;
+        buffer.AddText(text);
+        buffer.End();
+        XBackBuffer surface = MakeSurface(200, 200);
+        surface.SetWorldToCenter(0.0, 0.0);
+        surface.SetWorldPerPixel(worldPerPixel, worldPerPixel);
+        surface.SetRotationAngle(turn);
+        buffer.Draw(&surface);
+        QRect box;
+        for (int y = 0; y < 200; ++y) {
+            for (int x = 0; x < 200; ++x) {
+                if (surface.GetImage().pixel(x, y) == 0xFFFF0000u) box |= QRect(x, y, 1, 1);
+            }
+        }
+        return box;
+    };
+    const QRect base = bounds({.height = 20.0}, 1.0, 0, 0.0);
+    EXPECT_EQ(base.topLeft(), QPoint(100, 100));
+    EXPECT_EQ(base.height(), 20);
+    EXPECT_NEAR(bounds({.height = 20.0}, 0.5, 0, 0.0).height(), 40, 1);
+    EXPECT_NEAR(bounds({.height = 20.0}, 0.5, 1, 0.0).height(), 20, 1) << "pixels with the flag";
+    const QRect middle =
+        bounds({.height = 20.0, .align = kXTextCentre | kXTextMiddle}, 1.0, 0, 0.0);
+    EXPECT_NEAR(middle.center().x(), 100, 1);
+    EXPECT_NEAR(middle.center().y(), 100, 1);
+    const QRect corner = bounds({.height = 20.0, .align = kXTextRight | kXTextBottom}, 1.0, 0, 0.0);
+    EXPECT_NEAR(corner.right(), 99, 1);
+    EXPECT_NEAR(corner.bottom(), 99, 1);
+    // a quarter turn counterclockwise: the text runs upwards, its top to the left
+    for (const QRect& turned : {bounds({.height = 20.0, .angleDeg = 90.0}, 1.0, 0, 0.0),
+                                bounds({.height = 20.0}, 1.0, 0, 90.0)}) {
+        EXPECT_NEAR(turned.left(), 100, 1);
+        EXPECT_NEAR(turned.bottom(), 99, 1);
+        EXPECT_NEAR(turned.width(), base.height(), 1);
+        EXPECT_NEAR(turned.height(), base.width(), 1);
+    }
+}
+
+TEST(VertBuffer, ImagesLieBetweenTheirCorners)
+{
+    const QImage image = XfnMakePicture({"RG", "BY"});
+    EXPECT_EQ(Draw(6, 4,
+                   [&](XVertBuffer& b) {
+                       b.AddImage(image, {1, 4}, {5, 4}, {1, 0});
+                   }),
+              XfnRows({".RRGG.", ".RRGG.", ".BBYY.", ".BBYY."}));
+    EXPECT_EQ(Draw(2, 2,
+                   [&](XVertBuffer& b) {
+                       b.AddImage(image, {0, 0}, {0, 2}, {2, 0});
+                   }),
+              XfnRows({"GY", "RB"}))
+        << "laid on its side";
+    EXPECT_EQ(Draw(2, 1,
+                   [&](XVertBuffer& b) {
+                       b.AddImage(image, {-1e9, 1e9}, {1e9, 1e9}, {-1e9, -1e9 + 1});
+                   })
+                  .find_first_of('.'),
+              std::string::npos)
+        << "a giant picture covers all";
+    const std::string half = Draw(1, 1, [&](XVertBuffer& b) {
+        b.AddImage(XfnMakePicture({"W"}), {0, 1}, {1, 1}, {0, 0}, 0.5);
+    });
+    EXPECT_TRUE(half == "?\n" || half == "#\n") << half;
+}
+
+TEST(VertBuffer, RecordingStaysUntilEndAndIsShared)
+{
+    XVertBuffer buffer;
+    const tagXVector3 line[] = {{0.5, 0.5}, {2.5, 0.5}};
+    buffer.AddPolyline(line, 2, Line()); // outside Start and End
+    EXPECT_TRUE(buffer.IsEmpty());
+    buffer.Start();
+    buffer.AddPolyline(line, 2, Line());
+    EXPECT_TRUE(buffer.IsEmpty()) << "unfinished";
+    buffer.End();
+    const auto recording = buffer.GetRecording();
+    buffer.Start();
+    EXPECT_FALSE(buffer.IsEmpty()) << "the old one until the new one stands";
+    buffer.End();
+    EXPECT_TRUE(buffer.IsEmpty());
+    EXPECT_EQ(recording->GetCommands().size(), 1u);
+
+    // replayed by two threads, each on a surface of its own
+    XBackBuffer surfaces[2] = {MakeSurface(3, 1), MakeSurface(3, 1)};
+    std::thread threads[2];
+    for (int i = 0; i < 2; ++i) {
+        threads[i] = std::thread([&, i] {
+            XVertBuffer replay;
+            replay.SetRecording(recording);
+            replay.Draw(&surfaces[i]);
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    for (XBackBuffer& surface : surfaces)
+        EXPECT_EQ(XfnPixelGrid(surface.GetImage()), "WWW\n");
+}
+
+TEST(VertBuffer, AbortEndsTheReplay)
+{
+    XVertBuffer buffer;
+    buffer.Start();
+    buffer.AddPoint({1.5, 0.5}, {kXPointDot, 0.0, kWhite, 0});
+    buffer.End();
+    XBackBuffer surface = MakeSurface(3, 1);
+    std::atomic<int> abort{1};
+    EXPECT_FALSE(buffer.Draw(&surface, &abort));
+    EXPECT_EQ(XfnPixelGrid(surface.GetImage()), "...\n");
+    abort = 0;
+    EXPECT_TRUE(buffer.Draw(&surface, &abort));
+    EXPECT_FALSE(buffer.Draw(nullptr));
+    XBackBuffer empty;
+    EXPECT_FALSE(buffer.Draw(&empty));
+}
+
+} // namespace
