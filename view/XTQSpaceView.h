@@ -1,0 +1,268 @@
+#pragma once
+
+#include "foundation/base/XObList.h"
+#include "foundation/platform/XMessageWindow.h"
+#include "view/XGVMessageManager.h"
+#include "view/XGVObjectManager.h"
+#include "view/XGVSelectedObjs.h"
+#include "view/XToolState.h"
+#include "view/XViewBookMark.h"
+#include "view/XViewDialogSet.h"
+#include "view/XViewFrame.h"
+#include "view/XViewInput.h"
+#include "view/XViewMapping.h"
+#include "view/XViewOverlay.h"
+#include "view/XViewReports.h"
+
+#include <QWidget>
+
+#include <atomic>
+#include <memory>
+
+class XCommandManager;
+class XDMCompManager;
+class XvcLayer;
+
+/// The map and image window: a stack of raster composites under vector layers, seen through one
+/// mapping between world and window, with the editing state of its user.
+///
+/// Stages: constructed (no surfaces, no manager yet), created (Create, or the first show, ran
+/// OnCreate), destroyed. Everything below but Create and Initialize needs a created view.
+///
+///     XTQSpaceView* view = new XTQSpaceView(frame);
+///     view->Create();
+///     view->Initialize(host.GetHWND(), message);
+///     view->GetXDMCompManager()->AddXDMComposite(composite);
+///     view->UpdateComposites();      // for the first composite: fits the view to it
+///     view->InvalidateControl(1);    // for a later one: the view stays where it is
+///
+/// Pixels are device pixels: (0, 0) is the upper left corner of the window and (width, height) its
+/// lower right, so "one to one" is one image pixel a device pixel at any display scale. World y
+/// points up. Colours are words with red lowest.
+///
+/// Owned: composite manager, inner bases, symbol tables, the dialogs open on it. External bases are
+/// lent by the host and must outlive the view or be taken out before. Reports to the host are
+/// synchronous; a host may open a modal box inside one, and the view then shows its last whole
+/// picture. Threads: user interface only.
+class XAPI XTQSpaceView : public QWidget,
+                          public XMessageWindow,
+                          private XViewInputTarget,
+                          private XViewOverlaySteps
+{
+public:
+    explicit XTQSpaceView(QWidget* parent = nullptr);
+    ~XTQSpaceView() override;
+
+    /// Makes everything the view needs. A second call changes nothing.
+    /// @param parent  null keeps the one that the constructor was given
+    /// @return non-zero on success
+    int Create(QWidget* parent = nullptr);
+    /// Names the window and message that reports go to; none arrives before.
+    void Initialize(XHWND hostWindow, unsigned hostMessage);
+    static int GetViewCount(); ///< views of the process that are constructed and not destroyed
+
+    // World mapping. Each of the zoom operations repaints and reports.
+    void ZoomFit(); ///< fits all composites; without any range, one world unit a pixel
+    void ZoomFitRect(double minX, double minY, double maxX, double maxY);
+    void ZoomIn();  ///< one full step: half the world length of a pixel
+    void ZoomOut(); ///< one full step back
+    /// One file pixel of the first composite a device pixel; the centre stays, held within the
+    /// range.
+    void ZoomOneToOne();
+    void ZoomRect(); ///< only sets the mode to 201, the zoom rectangle tool
+    /// Direct access; nothing is repainted until the next invalidation.
+    void SetWorldPerPixel(double x, double y) { m_mapping.SetWorldPerPixel(x, y); }
+    void SetWorldPerPixelBase(double x, double y) { m_mapping.SetWorldPerPixelBase(x, y); }
+    void SetWorldToCenter(double x, double y) { m_mapping.SetWorldToCenter(x, y); }
+    /// The world box of the window; mind the order.
+    void GetBound(double& minX, double& maxX, double& minY, double& maxY) const;
+    /// The extent of the vector bases, the inner and the external ones; minima of 1.7e308 and
+    /// maxima of -1.7e308 when there is none. @return 1
+    int CalcTotalRange(double& minX, double& minY, double& maxX, double& maxY);
+    /// Fits the view when a composite exists.
+    /// @return 0 without a composite manager or while its range is not valid
+    int UpdateComposites();
+    void SetFineZoomStep(double step) { m_fineZoomStep = step; } ///< of the wheel with Ctrl; 0.1
+    double GetFineZoomStep() const { return m_fineZoomStep; }
+
+    void SetBookMark(double x, double y, tagXColor color);
+    void ClearBookMark();
+
+    // Editing state
+    short GetMode() const { return m_messages.GetMode(); }
+    /// Also empties the selection and forgets the points of the tool in progress, but not its
+    /// object.
+    void SetMode(short mode);
+    void SetPostMode(short mode) { m_messages.SetPostMode(mode); }
+    short GetPostMode() const { return m_messages.GetPostMode(); }
+    void SetModeLimit(unsigned short limit) { m_messages.SetModeLimit(limit); }
+    unsigned short GetModeLimit() const { return m_messages.GetModeLimit(); }
+    XObList* GetSelectedObj() { return m_selection.GetList(); }
+    XvcLayer* GetEditLayer() const { return m_editLayer; }
+    void SetEditLayer(XvcLayer* layer); ///< empties the selection; null keeps the layer
+    XObList* GetInnBaseList() { return &m_innerBases; }
+    XObList* GetExtBaseList() { return &m_externalBases; }
+    XObList* GetSymbolTableList() { return &m_symbolTables; }
+    XDMCompManager* GetXDMCompManager() const { return m_compManager.get(); }
+    XCommandManager* GetCommandManager() const { return m_commandManager; }
+    const tagXHitFlag& GetHitFlag() const { return m_tool.hit; }
+    double GetRotationAngle() const { return m_rotationAngle; } ///< degrees, by the rotate tool
+    /// Minimum x, y, z and maximum x, y, z.
+    const double (&GetDefaultRange() const)[6] { return m_defaultRange; }
+    XGVObjectManager& GetObjectManager() { return m_objects; } ///< styles of new objects
+    void SetAutoFocus(int isOn) { m_autoFocus = isOn != 0; }
+    int GetAutoFocus() const { return m_autoFocus; }
+
+    tagXLineStyle& GetLineStyle() { return m_objects.GetLineStyle(); }
+    void SetLineStyle(const tagXLineStyle& style) { m_objects.SetLineStyle(style); }
+    tagXFillStyle& GetFillStyle() { return m_objects.GetFillStyle(); }
+    void SetFillStyle(const tagXFillStyle& style) { m_objects.SetFillStyle(style); }
+    tagXTextStyle& GetTextStyle() { return m_objects.GetTextStyle(); }
+    void SetTextStyle(const tagXTextStyle& style) { m_objects.SetTextStyle(style); }
+    tagXColor GetXvcForeColor() const { return m_objects.m_foreColor; }
+    void SetXvcForeColor(tagXColor color) { m_objects.m_foreColor = color; }
+    tagXColor GetXvcBackColor() const { return m_objects.m_backColor; }
+    void SetXvcBackColor(tagXColor color) { m_objects.m_backColor = color; }
+    tagXColor GetXvcLineColor() const { return m_objects.m_lineColor; }
+    void SetXvcLineColor(tagXColor color) { m_objects.m_lineColor = color; }
+    /// The back colour too; redraws the main surface at once.
+    void SetBackgroundColor(tagXColor color);
+
+    // Dialogs. Without a factory bound (XViewDialogFactories) a call does nothing and the question
+    // before it answers 0, so that a host can disable its entry.
+    int CanShowStretchDlg() const;
+    int CanShowColorTable() const;
+    int CanShowMeasureDlg() const;
+    int CanShowThumbView() const;
+    int CanShowMapGridProperty() const;
+    virtual void ShowStretchDlg(int show);
+    virtual void ShowColorTable(int show);
+    virtual void ShowMeasureDlg(int show);
+    virtual void ShowThumbView(int show);
+    virtual void ShowMapGridProperty(QWidget* parent);
+    int IsShowMeasureDlg() const { return m_dialogs.GetMeasure() != nullptr; }
+    void ClearMapGrid();
+    void AddPropButton(int id);
+    void ShowPropButton(int show);
+
+    // Drawing
+    XBackBuffer* GetBackBuffer() { return &m_overlay.GetMainBack(); }
+    XVertBuffer* GetVertexBuffer() { return &m_overlay.GetVertex(XViewBuffer::MainVertex); }
+    XViewOverlay& GetOverlay() { return m_overlay; } ///< to raise update flags
+    /// @param all  non-zero: everything but the measure recording is made anew
+    void InvalidateControl(int all);
+    void UpdateVertBuffer() override;
+    void UpdateVertBufferTemp() override;
+    void UpdateVertBufferMeasure() override;
+    void UpdateVertBufferBookMark() override;
+    void UpdateBackBuffer() override;
+    void UpdateBackBufferTemp() override;
+
+    // Input, in device pixels of the view; callable by tests and hosts
+    int HandleMessage(XHWND window, unsigned message, XWPARAM wParam, XLPARAM lParam) override;
+    void OnLButtonDown(unsigned flags, int x, int y) override;
+    void OnLButtonUp(unsigned flags, int x, int y) override;
+    void OnLButtonDblClk(unsigned flags, int x, int y) override;
+    void OnRButtonDown(unsigned flags, int x, int y) override;
+    void OnRButtonUp(unsigned flags, int x, int y) override;
+    void OnRButtonDblClk(unsigned flags, int x, int y) override;
+    void OnMouseMove(unsigned flags, int x, int y) override;
+    /// @param delta    multiples of 120; negative zooms in, unless the user's setting inverts it
+    /// @param screenX  device pixels of the screen
+    int OnMouseWheel(unsigned flags, int delta, int screenX, int screenY) override;
+    void OnKeyDown(unsigned character, unsigned repeat, unsigned flags) override;
+    void OnKeyUp(unsigned character, unsigned repeat, unsigned flags) override;
+
+    XLRESULT OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM lParam) override;
+
+protected:
+    /// Run once by Create. An override calls this first. @return 0, or -1 on failure
+    virtual int OnCreate();
+    virtual void OnInitialUpdate();
+    virtual void OnSize(int width, int height);
+    virtual void OnDestroy();
+    /// The tool of the current mode; none is known here.
+    virtual void HandleMouseMessage(XHWND window, unsigned message, XWPARAM wParam, XLPARAM lParam);
+
+    /// Why a repaint is asked for; hosts' traces know the numbers.
+    enum class Reason {
+        ZoomFit = 1,
+        ZoomIn = 2,
+        ZoomOut = 3,
+        ZoomOneToOne = 4,
+        ZoomFitRect = 5,
+        Size = 6,
+        MouseWheel = 7,
+        Pan = 15,
+        SetMode = 16,
+        Invalidate = 17,
+        BackgroundColor = 18
+    };
+    /// The one place that asks for a new picture.
+    void Repaint(Reason reason);
+
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void keyReleaseEvent(QKeyEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    XHWND GetInputWindow() const override { return GetHWND(); }
+    double GetPixelRatio() const override { return devicePixelRatioF(); }
+    QPoint GetScreenOrigin() const override;
+    void PanBy(int dx, int dy) override;
+    void PanByPart(int partsX, int partsY) override;
+    void ZoomByKey(int in) override;
+    void ZoomByPinch(int x, int y, double step) override;
+    void ShowCursor() override;
+
+    QSize GetClientPixels() const;
+    void FollowClientSize();
+    void UpdatePicture();
+    void RaiseMapping();
+    void ReportMouse(XViewReport code, unsigned flags, int x, int y, int delta = 0);
+    int ReportPaint(XViewReport code, unsigned timeoutMs);
+    void TakeFocusAt(int x, int y);
+    void PickStretchLimits(int x, int y);
+
+    XGVMessageManager m_messages;
+    XGVSelectedObjs m_selection;
+    XGVObjectManager m_objects;
+    XViewReports m_reports;
+    XViewOverlay m_overlay;
+    XViewMapping m_mapping;
+    XViewBookMark m_bookMark;
+    XViewFrame m_frame;
+    XViewInput m_input;
+    XViewDialogSet m_dialogs;
+    tagXToolState m_tool;
+    XObList m_innerBases{10};
+    XObList m_externalBases{10};
+    XObList m_symbolTables{10};
+    std::unique_ptr<XDMCompManager> m_compManager;
+    XvcLayer* m_editLayer = nullptr; // lives in its base
+    XCommandManager* m_commandManager = nullptr;
+    double m_fineZoomStep = 0.1;
+    double m_rotationAngle = 0.0; // degrees, summed up by the rotate tool
+    double m_defaultRange[6] = {0, 0, 0, 100, 100, 0};
+    std::atomic<int> m_cancel{0}; // stops a composite in mid-draw
+    QSize m_clientSize;           // as last followed, in device pixels
+    int m_autoFocus = 1;
+    bool m_isCreated = false;
+    bool m_isUpdating = false;    // a paint that strikes now shows the last frame
+    bool m_isPaintNested = false; // and one did
+    bool m_isDrawingBack = false; // within UpdateBackBuffer
+    bool m_isDrawnStale = false;  // another one was asked for meanwhile
+    int m_cursorKey = -2;         // which cursor is shown, to set it only when it changes
+};
+
+/// The view that extended views derive from.
+using XTQSpaceViewBase = XTQSpaceView;

@@ -1,0 +1,297 @@
+#include "foundation/base/XSentinels.h"
+#include "foundation/platform/XUserSettings.h"
+#include "foundation/raster/XDMComposite.h"
+#include "foundation/surface/XToolCursor.h"
+#include "view/XTQSpaceView.h"
+#include "view/XViewKeys.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QNativeGestureEvent>
+#include <QWheelEvent>
+
+#include <cmath>
+
+int XTQSpaceView::HandleMessage(XHWND window, unsigned message, XWPARAM wParam, XLPARAM lParam)
+{
+    if (m_messages.IsSwallowed(m_input.IsCtrlDown(), wParam)) return 1;
+    switch (message) {
+    case kMsgMouseMove:
+    case kMsgLButtonDblClk:
+    case kMsgRButtonDblClk:
+    case kMsgMouseWheel:
+        HandleMouseMessage(window, message, wParam, lParam);
+        return 1;
+    case kMsgKeyDown:
+        return 1;
+    case kMsgRButtonDown:
+        m_messages.SetRButtonDown(1);
+        break;
+    case kMsgRButtonUp:
+        m_messages.SetRButtonDown(0);
+        break;
+    case kMsgLButtonDown:
+    case kMsgLButtonUp:
+        break;
+    default:
+        return 0;
+    }
+    HandleMouseMessage(window, message, wParam, lParam);
+    return 0;
+}
+
+void XTQSpaceView::HandleMouseMessage(XHWND window, unsigned, XWPARAM, XLPARAM)
+{
+    XfnSendMessage(window, kMsgSetCursor, 0, 0); // the cursor follows the mode, known or not
+}
+
+XLRESULT XTQSpaceView::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM lParam)
+{
+    if (message == kMsgSetCursor) {
+        ShowCursor();
+        return 1;
+    }
+    if (m_dialogs.OnMessage(message)) return 0;
+    return XMessageWindow::OnWindowMessage(message, wParam, lParam);
+}
+
+void XTQSpaceView::ShowCursor()
+{
+    constexpr int kDefault = -1, kArrow = 0, kPan = 1;
+    const int mode = m_messages.GetMode();
+    const bool isTool = (mode >= 101 && mode <= 113) || mode == 120 || mode == 121 || mode == 131;
+    int key = kArrow;
+    if (mode == XGVMessageManager::kModeZoomRect || isTool || mode == 202) key = mode;
+    if (mode == XGVMessageManager::kModeNone) key = kDefault;
+    const bool isPan =
+        m_messages.IsRButtonDragging() || m_input.IsPanning() || m_input.IsSpaceDown();
+    if (isPan && mode != XGVMessageManager::kModeZoomRect) key = kPan;
+    if (key == m_cursorKey) return;
+    m_cursorKey = key;
+    switch (key) {
+    case kDefault:
+        unsetCursor();
+        break;
+    case kArrow:
+        setCursor(XfnGetCursor(XCursorImage::Arrow));
+        break;
+    case kPan:
+        setCursor(XfnGetCursor(XCursorImage::Pan));
+        break;
+    case XGVMessageManager::kModeZoomRect:
+        setCursor(XfnGetCursor(XCursorImage::ZoomRect));
+        break;
+    case 202:
+        setCursor(XfnGetCursor(XCursorImage::Rotate));
+        break;
+    default:
+        setCursor(XfnGetToolCursor(key));
+    }
+}
+
+void XTQSpaceView::ReportMouse(XViewReport code, unsigned flags, int x, int y, int delta)
+{
+    const tagXMouseReport report = {static_cast<std::int32_t>(flags), delta, x, y};
+    m_reports.Send(code, &report);
+}
+
+void XTQSpaceView::TakeFocusAt(int x, int y)
+{
+    const QRect client(0, 0, m_mapping.GetWidth(), m_mapping.GetHeight());
+    if (m_autoFocus && client.contains(x, y) && !hasFocus()) setFocus();
+}
+
+void XTQSpaceView::OnLButtonDown(unsigned flags, int x, int y)
+{
+    TakeFocusAt(x, y);
+    if (XViewMeasureDlg* measure = m_dialogs.GetMeasure()) {
+        if (!measure->IsUnderMeasuring()) measure->StartMeasure();
+        double worldX = x, worldY = y;
+        m_mapping.PixelToWorld(worldX, worldY);
+        measure->AddMeasurePoint(worldX, worldY, 0);
+        measure->AddMeasurePoint(worldX, worldY, 0); // the rubber end
+    }
+    ReportMouse(XViewReport::LButtonDown, flags, x, y);
+}
+
+void XTQSpaceView::OnLButtonUp(unsigned flags, int x, int y)
+{
+    constexpr int kRange = 3;
+    XViewMeasureDlg* measure = m_dialogs.GetMeasure();
+    if (measure && measure->IsUnderMeasuring() && measure->GetMeasureType() == kRange) {
+        measure->StopMeasure();
+        m_overlay.Raise({XViewBuffer::Measure, XViewBuffer::MainBack});
+        InvalidateControl(1);
+    }
+    if (m_dialogs.GetStretch()) PickStretchLimits(x, y);
+    ReportMouse(XViewReport::LButtonUp, flags, x, y);
+}
+
+// The pixel under the pointer becomes an end of the cut range of each channel that has one there.
+void XTQSpaceView::PickStretchLimits(int x, int y)
+{
+    XViewStretchDlg& dialog = *m_dialogs.GetStretch();
+    const int mode = dialog.GetSelectMinMaxMode();
+    XDMComposite* composite = dialog.GetCurXDMComposite();
+    if (composite && (mode == 0 || mode == 1)) {
+        double worldX = x, worldY = y;
+        m_mapping.PixelToWorld(worldX, worldY);
+        for (int ch = 0; ch < 3; ++ch) {
+            const double value = composite->ReadPixel(ch, worldX, worldY);
+            if (!XfnIsSet(value)) continue;
+            if (mode == 0)
+                dialog.SetCutMin(value, ch);
+            else
+                dialog.SetCutMax(value, ch);
+        }
+    }
+    dialog.UpdateSelectMinMax();
+}
+
+void XTQSpaceView::OnLButtonDblClk(unsigned flags, int x, int y)
+{
+    constexpr int kArea = 2;
+    XViewMeasureDlg* measure = m_dialogs.GetMeasure();
+    if (measure && measure->IsUnderMeasuring()) {
+        double firstX = kXNotSet, firstY = kXNotSet;
+        measure->GetFirstMeasurePoint(firstX, firstY);
+        if (measure->GetMeasureType() == kArea && firstX != kXNotSet && firstY != kXNotSet)
+            measure->AddMeasurePoint(firstX, firstY, 0); // closes the ring
+        measure->ShowMeasure();
+        measure->StopMeasure();
+        m_overlay.Raise({XViewBuffer::Measure, XViewBuffer::MainBack});
+        InvalidateControl(1);
+    }
+    ReportMouse(XViewReport::LButtonDblClk, flags, x, y);
+}
+
+void XTQSpaceView::OnRButtonDown(unsigned flags, int x, int y)
+{
+    m_tool.previous = m_tool.current = m_tool.panReference = QPoint(x, y);
+    setFocus();
+    ReportMouse(XViewReport::RButtonDown, flags, x, y);
+}
+
+void XTQSpaceView::OnRButtonUp(unsigned flags, int x, int y)
+{
+    setFocus();
+    ReportMouse(XViewReport::RButtonUp, flags, x, y);
+}
+
+void XTQSpaceView::OnRButtonDblClk(unsigned flags, int x, int y)
+{
+    setFocus();
+    ReportMouse(XViewReport::RButtonDblClk, flags, x, y);
+}
+
+void XTQSpaceView::OnMouseMove(unsigned flags, int x, int y)
+{
+    TakeFocusAt(x, y);
+    if (flags == kFlagRight) {
+        m_tool.current = QPoint(x, y);
+        const QPoint moved = m_tool.current - m_tool.previous;
+        m_mapping.PanPixel(moved.x(), moved.y());
+        m_overlay.Raise({XViewBuffer::MainBack, XViewBuffer::TempBack});
+        InvalidateControl(1);
+        m_tool.previous = m_tool.current;
+    }
+    XViewMeasureDlg* measure = m_dialogs.GetMeasure();
+    if (measure && measure->IsUnderMeasuring()) {
+        double worldX = x, worldY = y;
+        m_mapping.PixelToWorld(worldX, worldY);
+        measure->AddMeasurePoint(worldX, worldY, flags != kFlagLeft);
+        measure->ShowMeasure();
+        m_overlay.Raise({XViewBuffer::Measure, XViewBuffer::MainBack});
+        InvalidateControl(1);
+    }
+    ReportMouse(XViewReport::MouseMove, flags, x, y);
+}
+
+int XTQSpaceView::OnMouseWheel(unsigned flags, int delta, int screenX, int screenY)
+{
+    // compared before it is converted: only views near the screen's origin take the focus by wheel
+    TakeFocusAt(screenX, screenY);
+    const QPoint pixel = QPoint(screenX, screenY) - GetScreenOrigin();
+    if (XfnGetInvertMouseWheelZoomDir()) delta = static_cast<short>(-static_cast<short>(delta));
+    const double step = flags & kFlagCtrl ? m_fineZoomStep : 1.0;
+    m_mapping.ZoomWheel(pixel.x(), pixel.y(), delta < 0 ? step : -step);
+    RaiseMapping();
+    const XHWND window = GetHWND();
+    ReportMouse(XViewReport::MouseWheel, flags, pixel.x(), pixel.y(), delta);
+    if (XfnIsWindow(window)) Repaint(Reason::MouseWheel);
+    return 1;
+}
+
+void XTQSpaceView::OnKeyDown(unsigned character, unsigned repeat, unsigned flags)
+{
+    const tagXKeyReport report = {static_cast<std::int32_t>(flags),
+                                  static_cast<std::int32_t>(character),
+                                  static_cast<std::int32_t>(repeat)};
+    m_reports.Send(XViewReport::KeyDown, &report);
+}
+
+void XTQSpaceView::OnKeyUp(unsigned character, unsigned repeat, unsigned flags)
+{
+    const tagXKeyReport report = {static_cast<std::int32_t>(flags),
+                                  static_cast<std::int32_t>(character),
+                                  static_cast<std::int32_t>(repeat)};
+    m_reports.Send(XViewReport::KeyUp, &report);
+}
+
+QPoint XTQSpaceView::GetScreenOrigin() const
+{
+    const double ratio = devicePixelRatioF();
+    const QPointF origin = mapToGlobal(QPointF(0, 0)) * ratio;
+    return {static_cast<int>(std::floor(origin.x())), static_cast<int>(std::floor(origin.y()))};
+}
+
+void XTQSpaceView::mousePressEvent(QMouseEvent* event)
+{
+    event->setAccepted(m_input.MousePress(*event));
+}
+
+void XTQSpaceView::mouseReleaseEvent(QMouseEvent* event)
+{
+    event->setAccepted(m_input.MouseRelease(*event));
+}
+
+void XTQSpaceView::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    event->setAccepted(m_input.MouseDoubleClick(*event));
+}
+
+void XTQSpaceView::mouseMoveEvent(QMouseEvent* event)
+{
+    event->setAccepted(m_input.MouseMove(*event));
+}
+
+void XTQSpaceView::wheelEvent(QWheelEvent* event)
+{
+    event->setAccepted(m_input.Wheel(*event));
+}
+
+void XTQSpaceView::keyPressEvent(QKeyEvent* event)
+{
+    event->setAccepted(m_input.Key(*event, 1));
+}
+
+void XTQSpaceView::keyReleaseEvent(QKeyEvent* event)
+{
+    event->setAccepted(m_input.Key(*event, 0));
+}
+
+void XTQSpaceView::focusOutEvent(QFocusEvent* event)
+{
+    m_input.Forget();
+    QWidget::focusOutEvent(event);
+}
+
+bool XTQSpaceView::event(QEvent* event)
+{
+    if (event->type() == QEvent::NativeGesture &&
+        m_input.Gesture(static_cast<const QNativeGestureEvent&>(*event))) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "view/XViewDialogs.h"
+#include "view/XViewMapping.h"
+
+class XTQSpaceView;
+
+/// The windows open on one view, and what opening, closing and hearing them does to it.
+///
+/// Threads: user interface only.
+class XAPI XViewDialogSet
+{
+public:
+    explicit XViewDialogSet(XTQSpaceView& view) : m_view(view) {}
+    ~XViewDialogSet() { ReleaseAll(); }
+    XViewDialogSet(const XViewDialogSet&) = delete;
+    XViewDialogSet& operator=(const XViewDialogSet&) = delete;
+
+    void CreateButtonPanel();
+    void ReleaseAll(); ///< before the view's own members go
+
+    void ShowStretch(int show);
+    void ShowPalette(int show);
+    void ShowMeasure(int show);
+    void ShowThumb(int show);
+    void RunMapGridProperty(QWidget* parent);
+    void ClearMapGrid() { m_mapGrid.reset(); }
+
+    /// Apply and Close of the windows. @return non-zero when the message was one of theirs
+    int OnMessage(unsigned message);
+
+    void DrawMapGrid(XBackBuffer* buffer); ///< when there is one and it is shown
+    /// Tells an open palette dialog the value range of the first gray composite, and an open thumb
+    /// view what the view shows; a palette dialog without a gray composite ends both.
+    void TellDrawn(const tagXWorldBox& visible);
+
+    XViewStretchDlg* GetStretch() const { return m_stretch.get(); }
+    XViewPaletteDlg* GetPalette() const { return m_palette.get(); }
+    XViewMeasureDlg* GetMeasure() const { return m_measure.get(); }
+    XViewThumbDlg* GetThumb() const { return m_thumb.get(); }
+    XViewMapGrid* GetMapGrid() const { return m_mapGrid.get(); }
+    XViewButtonPanel* GetButtonPanel() const { return m_buttonPanel.get(); }
+
+private:
+    int HasComposite() const;
+    void RedrawMain();
+
+    XTQSpaceView& m_view;
+    XViewWindowPtr<XViewStretchDlg> m_stretch;
+    XViewWindowPtr<XViewPaletteDlg> m_palette;
+    XViewWindowPtr<XViewMeasureDlg> m_measure;
+    XViewWindowPtr<XViewThumbDlg> m_thumb;
+    XViewWindowPtr<XViewMapGrid> m_mapGrid;
+    XViewWindowPtr<XViewButtonPanel> m_buttonPanel;
+    int m_thumbFirstShow = 1;
+};

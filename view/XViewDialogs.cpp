@@ -1,0 +1,7 @@
+#include "view/XViewDialogs.h"
+
+XViewDialogFactories& XViewDialogFactories::Get()
+{
+    static XViewDialogFactories factories;
+    return factories;
+}
