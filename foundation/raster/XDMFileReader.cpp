@@ -1,0 +1,217 @@
+#include "foundation/raster/XDMFileReader.h"
+
+#include "foundation/base/XFile.h"
+#include "foundation/raster/XDMFileCatalogue.h"
+#include "foundation/raster/XDMFileChecksum.h"
+#include "foundation/raster/XDMFileTile.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+struct XDMFileReader::tagState
+{
+    std::unique_ptr<XFile> file;
+    XString name;
+    tagXDMFileInfo info;
+    XDMFileCatalogue catalogue;
+};
+
+namespace {
+
+/// Bytes of a compressed tile on their way; kept a thread unless a giant passed.
+unsigned char* GetPayloadBuffer(std::size_t count)
+{
+    thread_local std::unique_ptr<unsigned char[]> buffer;
+    thread_local std::size_t capacity = 0;
+    constexpr std::size_t kKept = std::size_t(1) << 22;
+    if (count > capacity || capacity > std::max(kKept, count)) {
+        const std::size_t wanted = std::max(count, std::size_t(1) << 16);
+        buffer.reset();
+        buffer.reset(new (std::nothrow) unsigned char[wanted]);
+        capacity = buffer ? wanted : 0;
+    }
+    return buffer.get();
+}
+
+XString NameTile(int band, int level, int tx, int ty)
+{
+    return XfnFormat("Tile (%d, %d) of level %d of band %d", tx, ty, level, band + 1);
+}
+
+} // namespace
+
+XDMFileReader::XDMFileReader() = default;
+XDMFileReader::~XDMFileReader() = default;
+
+int XDMFileReader::Open(const char* path, XString& message)
+{
+    auto file = std::make_unique<XFile>();
+    XFileException exception;
+    if (!file->Open(path ? path : "", XFile::kModeRead, &exception)) {
+        message = exception.GetErrorMessage();
+        return 0;
+    }
+    return Open(std::move(file), path, message);
+}
+
+int XDMFileReader::Open(std::unique_ptr<XFile> file, const XString& name, XString& message)
+{
+    auto state = std::make_unique<tagState>();
+    state->file = std::move(file);
+    state->name = name;
+    XString reason;
+    try {
+        if (state->catalogue.Read(*state->file, state->info, reason)) {
+            m_state = std::move(state);
+            return 1;
+        }
+    } catch (const std::bad_alloc&) {
+        reason = "There is not enough memory to open the file";
+    }
+    message = reason + ": " + name + ".";
+    return 0;
+}
+
+void XDMFileReader::Close()
+{
+    m_state.reset();
+}
+
+XString XDMFileReader::GetFilePath() const
+{
+    return m_state ? m_state->name : XString();
+}
+
+const tagXDMFileInfo& XDMFileReader::GetInfo() const
+{
+    static const tagXDMFileInfo kNothing;
+    return m_state ? m_state->info : kNothing;
+}
+
+namespace {
+
+/// Null when there is no such tile.
+const tagXDMFileLevel* FindLevel(const tagXDMFileInfo& info, int band, int level, int tx, int ty)
+{
+    if (band < 0 || static_cast<std::size_t>(band) >= info.bands.size()) return nullptr;
+    const std::vector<tagXDMFileLevel>& levels = info.bands[static_cast<std::size_t>(band)].levels;
+    if (level < 0 || static_cast<std::size_t>(level) >= levels.size()) return nullptr;
+    const tagXDMFileLevel& found = levels[static_cast<std::size_t>(level)];
+    return XfnHasXDMFileTile(found, tx, ty) ? &found : nullptr;
+}
+
+tagXDMFileTileShape GetShape(const tagXDMFileInfo& info, const tagXDMFileLevel& level, int band,
+                             int tx, int ty)
+{
+    tagXDMFileTileShape shape;
+    shape.dataType = info.bands[static_cast<std::size_t>(band)].dataType;
+    XfnGetXDMFileTileSize(level, tx, ty, shape.width, shape.height);
+    return shape;
+}
+
+} // namespace
+
+std::size_t XDMFileReader::GetTileBytes(int band, int level, int tx, int ty) const
+{
+    if (!m_state) return 0;
+    const tagXDMFileLevel* found = FindLevel(m_state->info, band, level, tx, ty);
+    return found ? GetShape(m_state->info, *found, band, tx, ty).GetBytes() : 0;
+}
+
+int XDMFileReader::ReadTile(int band, int level, int tx, int ty, void* out, std::size_t size,
+                            XString& message) const
+{
+    if (!m_state) {
+        message = "No file is open.";
+        return 0;
+    }
+    const auto fail = [&](const XString& what) {
+        message = what + ": " + m_state->name + ".";
+        return 0;
+    };
+    const tagXDMFileLevel* found = FindLevel(m_state->info, band, level, tx, ty);
+    if (!found) return fail(NameTile(band, level, tx, ty) + " does not exist");
+    const tagXDMFileTileShape shape = GetShape(m_state->info, *found, band, tx, ty);
+    if (size != shape.GetBytes() || !out) {
+        return fail(NameTile(band, level, tx, ty) + " does not fit the memory given for it");
+    }
+    XString reason;
+    const tagXDMFileTileEntry* entry =
+        m_state->catalogue.GetTile(*m_state->file, m_state->info, band, level, tx, ty, reason);
+    if (!entry) return fail(reason);
+
+    const XDMFileEncoding encoding = static_cast<XDMFileEncoding>(entry->encoding);
+    if (entry->bytes == 0) {
+        XfnFillXDMFileTile(out, size, m_state->catalogue.GetFill(band),
+                           static_cast<std::size_t>(XfnGetXDMFileSampleSize(shape.dataType)));
+        return 1;
+    }
+    const bool isPlain = encoding == XDMFileEncoding::Plain;
+    void* payload = isPlain ? out : GetPayloadBuffer(entry->bytes);
+    if (!payload) return fail("There is not enough memory to read a tile");
+    if (!XfnReadXDMFileBytes(*m_state->file, entry->offset, payload, entry->bytes, reason)) {
+        return fail(reason);
+    }
+    if (!XfnIsXDMFileChecksum(entry->checksum, payload, entry->bytes)) {
+        return fail(NameTile(band, level, tx, ty) + " is damaged");
+    }
+    if (!isPlain && !XfnDecodeXDMFileTile(encoding, static_cast<unsigned char*>(payload),
+                                          entry->bytes, shape, out)) {
+        return fail(NameTile(band, level, tx, ty) + " cannot be decompressed");
+    }
+    return 1;
+}
+
+int XDMFileReader::IsTileEmpty(int band, int level, int tx, int ty, XString& message) const
+{
+    XString reason =
+        m_state ? NameTile(band, level, tx, ty) + " does not exist" : "No file is open";
+    if (m_state && FindLevel(m_state->info, band, level, tx, ty)) {
+        const tagXDMFileTileEntry* entry =
+            m_state->catalogue.GetTile(*m_state->file, m_state->info, band, level, tx, ty, reason);
+        if (entry) return entry->bytes == 0;
+    }
+    message = reason + (m_state ? ": " + m_state->name : XString()) + ".";
+    return -1;
+}
+
+int XDMFileReader::CheckAll(const std::atomic<int>* abort, XString& message) const
+{
+    if (!m_state) {
+        message = "No file is open.";
+        return 0;
+    }
+    message.Empty();
+    const tagXDMFileInfo& info = m_state->info;
+    std::vector<unsigned char> tile;
+    try {
+        for (int band = 0; band < static_cast<int>(info.bands.size()); ++band) {
+            const auto& levels = info.bands[static_cast<std::size_t>(band)].levels;
+            for (int level = 0; level < static_cast<int>(levels.size()); ++level) {
+                const tagXDMFileLevel& size = levels[static_cast<std::size_t>(level)];
+                for (int ty = 0; ty < size.GetTileRows(); ++ty) {
+                    for (int tx = 0; tx < size.GetTileColumns(); ++tx) {
+                        if (abort && *abort) return 0;
+                        tile.resize(GetTileBytes(band, level, tx, ty));
+                        if (!ReadTile(band, level, tx, ty, tile.data(), tile.size(), message)) {
+                            return 0;
+                        }
+                    }
+                }
+            }
+        }
+        XString reason;
+        if (m_state->catalogue.AreTilesApart(reason)) return 1;
+        message = reason + ": " + m_state->name + ".";
+    } catch (const std::bad_alloc&) {
+        message = "There is not enough memory to check the file: " + m_state->name + ".";
+    }
+    return 0;
+}
+
+int XDMFileReader::IsXDMFile(const void* bytes, std::size_t count)
+{
+    return count >= sizeof kXDMFileMagic &&
+           std::memcmp(bytes, kXDMFileMagic, sizeof kXDMFileMagic) == 0;
+}
