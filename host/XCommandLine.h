@@ -10,14 +10,15 @@
 enum class CommandMode { Window, Render, Help, Version, Wrong };
 
 /// A command line, understood. Fields that the mode does not need keep their defaults.
-struct tagXCommandLine {
+struct tagXCommandLine
+{
     CommandMode mode = CommandMode::Window;
-    QStringList files;         ///< as typed, in order
-    QSize windowSize;          ///< empty when --geometry was not given
-    QPoint windowPos;          ///< valid when hasWindowPos
+    QStringList files; ///< as typed, in order
+    QSize windowSize;  ///< empty when --geometry was not given
+    QPoint windowPos;  ///< valid when hasWindowPos
     bool hasWindowPos = false;
-    tagXRenderRequest render;  ///< for CommandMode::Render
-    QString message;           ///< for CommandMode::Wrong: one sentence for the error stream
+    tagXRenderRequest render; ///< for CommandMode::Render
+    QString message;          ///< for CommandMode::Wrong: one sentence for the error stream
 };
 
 /// Reads the words behind the program's name. Options of the toolkit itself (-style, -platform and

@@ -8,7 +8,7 @@
 class XOpenErrors
 {
 public:
-    static constexpr int kMaxListed = 12;  ///< more files than this are counted, not listed
+    static constexpr int kMaxListed = 12; ///< more files than this are counted, not listed
 
     /// @param reason  a sentence that does not repeat the path
     void Add(const QString& path, const QString& reason);
@@ -19,7 +19,8 @@ public:
     QString GetText() const;
 
 private:
-    struct tagXFailure {
+    struct tagXFailure
+    {
         QString path;
         QString reason;
     };

@@ -13,12 +13,12 @@ class XRecentFiles
 public:
     static constexpr int kDefaultLimit = 10;
 
-    explicit XRecentFiles(int limit = kDefaultLimit);  ///< below 1 reads as 1
+    explicit XRecentFiles(int limit = kDefaultLimit); ///< below 1 reads as 1
 
-    void SetPaths(const QStringList& paths);  ///< as stored; repeats and empty entries are dropped
+    void SetPaths(const QStringList& paths); ///< as stored; repeats and empty entries are dropped
     const QStringList& GetPaths() const { return m_paths; }
 
-    void Add(const QString& path);  ///< to the front, and no longer missing
+    void Add(const QString& path); ///< to the front, and no longer missing
     void MarkMissing(const QString& path);
     bool IsMissing(const QString& path) const { return m_missing.contains(path); }
     void Clear();

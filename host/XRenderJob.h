@@ -4,13 +4,14 @@
 #include <QString>
 
 /// One picture asked for on the command line.
-struct tagXRenderRequest {
-    QString output;               ///< the picture to write; its suffix chooses the format
-    QString file;                 ///< the raster to show
-    QSize size;                   ///< in pixels; empty: the raster's own, at most 1024 a side
-    int bands[3] = {0, 0, 0};     ///< red, green, blue, counted from 1; all the same: gray; 0: chosen
+struct tagXRenderRequest
+{
+    QString output;           ///< the picture to write; its suffix chooses the format
+    QString file;             ///< the raster to show
+    QSize size;               ///< in pixels; empty: the raster's own, at most 1024 a side
+    int bands[3] = {0, 0, 0}; ///< red, green, blue, counted from 1; all the same: gray; 0: chosen
     bool hasBands = false;
-    double extent[4] = {0, 0, 0, 0};  ///< minimum x, minimum y, maximum x, maximum y in world units
+    double extent[4] = {0, 0, 0, 0}; ///< minimum x, minimum y, maximum x, maximum y in world units
     bool hasExtent = false;
 };
 

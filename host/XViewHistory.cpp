@@ -20,7 +20,7 @@ bool IsSamePlace(const tagXViewState& a, const tagXViewState& b)
            std::fabs(a.perPixelY - b.perPixelY) <= std::fabs(b.perPixelY) * 1e-9;
 }
 
-}  // namespace
+} // namespace
 
 void XViewHistory::Record(const tagXViewState& state, Gesture gesture, long long timeMs)
 {
@@ -38,6 +38,11 @@ void XViewHistory::Record(const tagXViewState& state, Gesture gesture, long long
     m_states.push_back(state);
     if (m_states.size() > kLimit) m_states.erase(m_states.begin());
     m_present = m_states.size() - 1;
+}
+
+void XViewHistory::Amend(const tagXViewState& state)
+{
+    if (IsUsable(state) && !m_states.empty()) m_states[m_present] = state;
 }
 
 bool XViewHistory::GoBack(tagXViewState& state)

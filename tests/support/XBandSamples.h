@@ -11,8 +11,8 @@
 #include <utility>
 #include <vector>
 
-/// A band in memory whose samples come from f(x, y), converted to the data type. A complex sample is
-/// (f, f / 2).
+/// A band in memory whose samples come from f(x, y), converted to the data type. A complex sample
+/// is (f, f / 2).
 template <class F>
 std::unique_ptr<XDMBandMemory> XfnMakeBand(int dataType, int width, int height, F f)
 {
@@ -24,7 +24,8 @@ std::unique_ptr<XDMBandMemory> XfnMakeBand(int dataType, int width, int height, 
         T* out = static_cast<T*>(band->GetData());
         for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x)
-                for (int part = 0; part < parts; ++part) *out++ = static_cast<T>(f(x, y) / (part + 1));
+                for (int part = 0; part < parts; ++part)
+                    *out++ = static_cast<T>(f(x, y) / (part + 1));
         return 1;
     });
     band->Changed();
@@ -32,8 +33,8 @@ std::unique_ptr<XDMBandMemory> XfnMakeBand(int dataType, int width, int height, 
 }
 
 /// A band of single rows of values, as they look.
-inline std::unique_ptr<XDMBandMemory> XfnMakeBand(
-    int dataType, std::initializer_list<std::initializer_list<double>> rows)
+inline std::unique_ptr<XDMBandMemory>
+XfnMakeBand(int dataType, std::initializer_list<std::initializer_list<double>> rows)
 {
     std::vector<std::vector<double>> table(rows.begin(), rows.end());
     return XfnMakeBand(dataType, static_cast<int>(table[0].size()), static_cast<int>(table.size()),
@@ -54,7 +55,8 @@ inline XBackBuffer XfnMakeSurface(int width, int height, std::uint32_t colour = 
 }
 
 /// Draws the whole surface.
-inline int XfnDrawAll(XDMComposite& composite, XBackBuffer& buffer, std::atomic<int>* abort = nullptr)
+inline int XfnDrawAll(XDMComposite& composite, XBackBuffer& buffer,
+                      std::atomic<int>* abort = nullptr)
 {
     double box[4] = {1e308, 1e308, -1e308, -1e308};
     for (int corner = 0; corner < 4; ++corner) {

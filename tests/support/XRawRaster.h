@@ -9,7 +9,8 @@
 
 /// Writes small rasters as a raw file with a text header beside it, of any sample type, for tests
 /// that need a file rather than a band in memory.
-struct tagXRawRaster {
+struct tagXRawRaster
+{
     int width = 0;
     int height = 0;
     int bands = 1;
@@ -17,13 +18,19 @@ struct tagXRawRaster {
     QByteArray extraHeader{};
 };
 
-template <class T> constexpr int XfnRawTypeCode()
+template <class T>
+constexpr int XfnRawTypeCode()
 {
-    if constexpr (std::is_same_v<T, unsigned char>) return 1;
-    else if constexpr (std::is_same_v<T, short>) return 2;
-    else if constexpr (std::is_same_v<T, float>) return 4;
-    else if constexpr (std::is_same_v<T, double>) return 5;
-    else if constexpr (std::is_same_v<T, unsigned short>) return 12;
+    if constexpr (std::is_same_v<T, unsigned char>)
+        return 1;
+    else if constexpr (std::is_same_v<T, short>)
+        return 2;
+    else if constexpr (std::is_same_v<T, float>)
+        return 4;
+    else if constexpr (std::is_same_v<T, double>)
+        return 5;
+    else if constexpr (std::is_same_v<T, unsigned short>)
+        return 12;
 }
 
 /// @param samples  band after band, rows from the top; the width, height and bands of `raster`
@@ -39,9 +46,9 @@ QString XfnWriteRawRaster(const QString& path, const tagXRawRaster& raster,
     if (data.write(reinterpret_cast<const char*>(samples.data()), count) != count) return QString();
     header.write("ENVI\nheader offset = 0\nfile type = ENVI Standard\ninterleave = bsq\n"
                  "byte order = 0\n");
-    header.write("samples = " + QByteArray::number(raster.width) + "\nlines = " +
-                 QByteArray::number(raster.height) + "\nbands = " +
-                 QByteArray::number(raster.bands) + "\ndata type = " +
+    header.write("samples = " + QByteArray::number(raster.width) +
+                 "\nlines = " + QByteArray::number(raster.height) +
+                 "\nbands = " + QByteArray::number(raster.bands) + "\ndata type = " +
                  QByteArray::number(XfnRawTypeCode<T>()) + "\n" + raster.extraHeader + "\n");
     return path;
 }

@@ -1,0 +1,84 @@
+#include "dialogs/XQtPromptsDialog.h"
+#include "foundation/platform/XUserSettings.h"
+#include "host/XCommandLine.h"
+#include "host/XFileActions.h"
+#include "host/XMainWindow.h"
+#include "host/XRenderJob.h"
+
+#include <QApplication>
+
+#include <clocale>
+#include <cstdio>
+
+namespace {
+
+constexpr int kExitFailed = 1;
+constexpr int kExitUsage = 2;
+
+void Say(std::FILE* stream, const QString& text)
+{
+    std::fputs(text.toLocal8Bit().constData(), stream);
+}
+
+int Render(int argc, char** argv, const tagXRenderRequest& request)
+{
+    // no display is needed, so none is asked for, whatever the session offers
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    // the error stream is for what became of the picture, not for remarks of the toolkit
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+        if (type == QtCriticalMsg || type == QtFatalMsg) Say(stderr, text + "\n");
+    });
+    QGuiApplication app(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    QString message;
+    if (XfnRenderToFile(request, message)) return 0;
+    Say(stderr, QString("tqlview: %1\n").arg(message));
+    return kExitFailed;
+}
+
+int RunWindow(int argc, char** argv, const tagXCommandLine& line)
+{
+    QApplication app(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    QCoreApplication::setOrganizationName("tql");
+    QCoreApplication::setApplicationName("tqlview");
+    QCoreApplication::setApplicationVersion(TQL_VERSION);
+    QGuiApplication::setApplicationDisplayName("tqlview");
+    QGuiApplication::setDesktopFileName("org.tql.tqlview");
+    // elsewhere on the desktop forward means nearer; the View menu turns it round
+    if (XSessionSettings().TakeFirstRun()) XfnSetInvertMouseWheelZoomDir(true);
+
+    XQtPromptsDialog prompts;
+    XPrompts::Set(&prompts);
+    XMainWindow window(TQL_VERSION);
+    window.Place(line.windowSize, line.windowPos, line.hasWindowPos);
+    window.show();
+    if (!line.files.isEmpty()) window.GetFiles().OpenDropped(line.files);
+    return app.exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QStringList words;
+    for (int i = 1; i < argc; ++i)
+        words.append(QString::fromLocal8Bit(argv[i]));
+    const tagXCommandLine line = XfnParseCommandLine(words);
+    switch (line.mode) {
+    case CommandMode::Help:
+        Say(stdout, XfnHelpText());
+        return 0;
+    case CommandMode::Version:
+        Say(stdout, QString("tqlview %1\n").arg(TQL_VERSION));
+        return 0;
+    case CommandMode::Wrong:
+        Say(stderr, QString("tqlview: %1\nTry 'tqlview --help'.\n").arg(line.message));
+        return kExitUsage;
+    case CommandMode::Render:
+        return Render(argc, argv, line.render);
+    case CommandMode::Window:
+        break;
+    }
+    return RunWindow(argc, argv, line);
+}

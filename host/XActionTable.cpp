@@ -1,0 +1,111 @@
+#include "host/XActionTable.h"
+
+#include <QKeySequence>
+
+const std::vector<tagXActionRow>& XfnActionTable()
+{
+    // clang-format off
+    static const std::vector<tagXActionRow> rows = {
+        {"file.open", "&Open...", {"Ctrl+O"}, {}, Symbol::Open, "Open raster files; the first one fills the view"},
+        {"file.clearRecent", "&Clear List", {}, {}, {}, "Forget the files opened before"},
+        {"file.close", "&Close Layer", {"Ctrl+W"}, {}, Symbol::Close, "Close the current layer"},
+        {"file.closeAll", "Close &All", {"Ctrl+Shift+W"}, {}, {}, "Close all layers"},
+        {"file.quit", "&Quit", {"Ctrl+Q"}, {}, {}, "Leave the program"},
+
+        {"edit.copyPosition", "Copy &Position", {"Ctrl+Shift+C"}, {}, Symbol::CopyPosition, "Copy the position under the pointer, with its coordinate system"},
+        {"edit.copyGeographic", "Copy &Geographic Position", {}, {}, {}, "Copy the position under the pointer as latitude and longitude"},
+
+        {"view.fitAll", "Fit &All", {"Ctrl+0"}, {"3"}, Symbol::FitAll, "Show all layers"},
+        {"view.fitLayer", "Fit &Layer", {}, {"2"}, Symbol::FitLayer, "Show the whole current layer"},
+        {"view.oneToOne", "One &to One", {"Ctrl+1"}, {"1"}, Symbol::OneToOne, "One image pixel on one screen pixel"},
+        {"view.zoomIn", "Zoom &In", {"Ctrl++", "Ctrl+="}, {"+", "="}, Symbol::ZoomIn, "See a smaller area, larger"},
+        {"view.zoomOut", "Zoom &Out", {"Ctrl+-"}, {"-"}, Symbol::ZoomOut, "See a larger area, smaller"},
+        {"view.previous", "&Previous View", {"Alt+Left"}, {}, Symbol::Previous, "Go back to the view before"},
+        {"view.next", "&Next View", {"Alt+Right"}, {}, Symbol::Next, "Go forward again"},
+        {"view.redraw", "&Redraw", {"F5"}, {}, {}, "Draw the image again"},
+        {"view.background", "&Background Colour...", {}, {}, {}, "Choose the colour around the image"},
+        {"view.percent", "Scale in Per &Cent", {}, {}, {}, "Show the scale as image pixels in per cent of screen pixels", true},
+        {"view.dms", "Degrees, Minutes, &Seconds", {}, {}, {}, "Show the geographic position in degrees, minutes and seconds", true},
+        {"view.wheelIn", "Wheel &Forward Zooms In", {}, {}, {}, "Turn the direction of the mouse wheel", true},
+        {"view.overview", "O&verview", {}, {}, {}, "Show the overview window"},
+        {"view.fullScreen", "F&ull Screen", {"F11"}, {}, Symbol::FullScreen, "Give the whole screen to the window; Esc leaves", true},
+
+        {"layer.visible", "&Visible", {"Ctrl+H"}, {}, {}, "Show or hide the current layer", true},
+        {"layer.up", "Move &Up", {"Ctrl+PgUp"}, {}, Symbol::Up, "Move the current layer one place up"},
+        {"layer.down", "Move &Down", {"Ctrl+PgDown"}, {}, Symbol::Down, "Move the current layer one place down"},
+        {"layer.top", "Move to &Top", {"Ctrl+Home"}, {}, Symbol::Top, "Move the current layer above all others"},
+        {"layer.next", "&Next Layer", {"Alt+PgDown"}, {}, {}, "Make the layer below the current one"},
+        {"layer.previous", "&Previous Layer", {"Alt+PgUp"}, {}, {}, "Make the layer above the current one"},
+
+        {"image.natural", "&Natural Colours", {}, {}, {}, "Show the bands nearest to red, green and blue light"},
+        {"image.falseColour", "&False Colours", {}, {}, {}, "Show near infrared, red and green: vegetation is red"},
+        {"image.shortWave", "Short &Wave Colours", {}, {}, {}, "Show short-wave infrared, near infrared and red"},
+        {"image.gray", "&Gray", {}, {}, {}, "Show one band of the current layer in gray", true},
+        {"image.stretch", "&Stretch...", {}, {}, {}, "Choose the stretch of the image"},
+        {"image.colorTable", "Colour &Table...", {}, {}, {}, "Choose the colours of a gray image"},
+
+        {"window.reset", "&Reset Layout", {}, {}, {}, "Put panels and toolbars back where they were at first"},
+
+        {"help.keys", "&Key Map", {"F1"}, {}, {}, "List the keys of all commands"},
+        {"help.about", "&About tqlview", {}, {}, {}, "Show the version"},
+    };
+    // clang-format on
+    return rows;
+}
+
+const std::vector<tagXMenuRow>& XfnMenuTable()
+{
+    static const std::vector<tagXMenuRow> rows = {
+        {"&File", {"file.open", "@recent", "-", "file.close", "file.closeAll", "-", "file.quit"}},
+        {"&Edit", {"edit.copyPosition", "edit.copyGeographic"}},
+        {"&View",
+         {"view.fitAll", "view.fitLayer", "view.oneToOne", "view.zoomIn", "view.zoomOut",
+          "view.previous", "view.next", "-", "view.redraw", "view.background", "-", "view.overview",
+          "-", "view.percent", "view.dms", "view.wheelIn", "-", "@panels", "view.fullScreen"}},
+        {"&Layer",
+         {"layer.visible", "-", "layer.up", "layer.down", "layer.top", "-", "layer.previous",
+          "layer.next"}},
+        {"&Image",
+         {"image.stretch", "image.colorTable", "-", "image.gray", "-", "image.natural",
+          "image.falseColour", "image.shortWave"}},
+        {"&Window", {"window.reset"}},
+        {"&Help", {"help.keys", "-", "help.about"}},
+    };
+    return rows;
+}
+
+const std::vector<const char*>& XfnToolBarTable()
+{
+    static const std::vector<const char*> ids = {"file.open",
+                                                 "-",
+                                                 "view.fitAll",
+                                                 "view.fitLayer",
+                                                 "view.oneToOne",
+                                                 "view.zoomIn",
+                                                 "view.zoomOut",
+                                                 "-",
+                                                 "view.previous",
+                                                 "view.next",
+                                                 "-",
+                                                 "edit.copyPosition",
+                                                 "view.fullScreen"};
+    return ids;
+}
+
+QString XfnKeyMapText()
+{
+    QString text;
+    for (const tagXActionRow& row : XfnActionTable()) {
+        QStringList keys;
+        for (const char* key : row.keys)
+            keys.append(QKeySequence(QString(key), QKeySequence::PortableText)
+                            .toString(QKeySequence::NativeText));
+        for (const char* key : row.imageKeys)
+            keys.append(key);
+        if (keys.isEmpty()) continue;
+        QString name(row.text);
+        name.remove('&').remove("...");
+        text += QString("%1\t%2\n").arg(name, keys.join("  "));
+    }
+    return text;
+}

@@ -1,0 +1,111 @@
+#include "host/XFileActions.h"
+
+#include "foundation/platform/XPrompts.h"
+#include "foundation/platform/XQtText.h"
+#include "host/XLayerStack.h"
+#include "host/XMainActions.h"
+#include "host/XOpenErrors.h"
+#include "host/XRasterFilters.h"
+#include "host/XSessionSettings.h"
+
+#include <QAction>
+#include <QFileInfo>
+#include <QMenu>
+
+XFileActions::XFileActions(XHWND handle, XLayerStack& layers, XMainActions& actions,
+                           XSessionSettings& settings)
+    : m_handle(handle), m_layers(layers), m_actions(actions), m_settings(settings)
+{
+    m_recent.SetPaths(m_settings.GetRecentFiles());
+    Connect();
+    m_layers.AddObserver([this](LayerChange) { EnableActions(); });
+    EnableActions();
+}
+
+void XFileActions::Connect()
+{
+    m_actions.Connect("file.open", [this] { AskAndOpen(); });
+    m_actions.Connect("file.close", [this] { m_layers.Close(m_layers.GetCurrent()); });
+    m_actions.Connect("file.closeAll", [this] { m_layers.CloseAll(); });
+    m_actions.Connect("file.clearRecent", [this] {
+        m_recent.Clear();
+        m_settings.SetRecentFiles(m_recent.GetPaths());
+    });
+}
+
+void XFileActions::AskAndOpen()
+{
+    tagXFilePrompt prompt;
+    prompt.title = "Open";
+    prompt.filter = XfnFromQString(XfnRasterFilter());
+    prompt.folder = XfnFromQString(m_settings.GetLastFolder());
+    std::vector<XString> chosen;
+    if (!XPrompts::Get()->OpenFiles(m_handle, prompt, true, chosen)) return;
+    QStringList paths;
+    for (const XString& path : chosen)
+        paths.append(XfnToQString(path));
+    OpenFiles(paths);
+}
+
+int XFileActions::OpenFiles(const QStringList& paths)
+{
+    XOpenErrors errors;
+    int opened = 0;
+    if (m_busy) m_busy(true);
+    for (const QString& given : paths) {
+        const QString path = QFileInfo(given).absoluteFilePath();
+        QString message;
+        if (m_layers.Open(path, message)) {
+            ++opened;
+            m_recent.Add(path);
+            m_settings.SetLastFolder(QFileInfo(path).path());
+        } else {
+            errors.Add(given, message);
+            if (!QFileInfo::exists(path)) m_recent.MarkMissing(path);
+        }
+    }
+    if (m_busy) m_busy(false);
+    m_settings.SetRecentFiles(m_recent.GetPaths());
+    if (!errors.IsEmpty()) XPrompts::Get()->Message(m_handle, XfnFromQString(errors.GetText()));
+    return opened;
+}
+
+int XFileActions::OpenDropped(const QStringList& paths)
+{
+    const tagXDroppedPaths sorted = XfnSortDroppedPaths(paths);
+    QStringList files = sorted.files;
+    if (!sorted.folderFiles.isEmpty() &&
+        XPrompts::Get()->AskYesNo(m_handle, XfnFromQString(XfnFolderQuestion(sorted.folderFiles))))
+        files += sorted.folderFiles;
+    if (!sorted.emptyFolders.isEmpty() && m_notice)
+        m_notice(QString("There is no raster in %1").arg(sorted.emptyFolders.join(", ")));
+    return files.isEmpty() ? 0 : OpenFiles(files);
+}
+
+void XFileActions::FillRecentMenu(QMenu* menu)
+{
+    menu->clear();
+    const QStringList& paths = m_recent.GetPaths();
+    for (int i = 0; i < paths.size(); ++i) {
+        const QString path = paths[i];
+        QAction* action = menu->addAction(m_recent.GetMenuText(i));
+        action->setObjectName(QString("recent.%1").arg(i));
+        action->setEnabled(!m_recent.IsMissing(path));
+        action->setStatusTip(m_recent.IsMissing(path) ? path + " was not found" : path);
+        QObject::connect(action, &QAction::triggered, menu, [this, path] { OpenFiles({path}); });
+    }
+    if (paths.isEmpty()) {
+        QAction* none = menu->addAction("(none yet)");
+        none->setEnabled(false);
+    }
+    menu->addSeparator();
+    m_actions.SetEnabled("file.clearRecent", !paths.isEmpty(), "No file was opened before");
+    menu->addAction(m_actions.Get("file.clearRecent"));
+}
+
+void XFileActions::EnableActions()
+{
+    const bool hasLayer = m_layers.GetCount() > 0;
+    m_actions.SetEnabled("file.close", hasLayer, "No image is open");
+    m_actions.SetEnabled("file.closeAll", hasLayer, "No image is open");
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "foundation/platform/XWindowMessages.h"
+#include "host/XRecentFiles.h"
+
+#include <QStringList>
+
+#include <functional>
+
+class QMenu;
+class XLayerStack;
+class XMainActions;
+class XSessionSettings;
+
+/// Everything that opens or closes files. The dialog, a drop, the command line and the recent list
+/// all end in OpenFiles. All parts outlive it.
+class XFileActions
+{
+public:
+    /// @param handle  the window that prompts lie over
+    XFileActions(XHWND handle, XLayerStack& layers, XMainActions& actions,
+                 XSessionSettings& settings);
+
+    /// Opens each file as a new top layer, in order. What cannot be opened is told once, in one box,
+    /// when the others are open.
+    /// @return the number of files opened
+    int OpenFiles(const QStringList& paths);
+    /// Files and folders as dropped or named on the command line; asks before the rasters of a folder are opened.
+    int OpenDropped(const QStringList& paths);
+    void AskAndOpen();
+
+    void FillRecentMenu(QMenu* menu); ///< call when the menu is about to show
+    void EnableActions();
+    /// Told of something that is no failure, for the status line.
+    void SetNotice(std::function<void(const QString&)> notice) { m_notice = std::move(notice); }
+    /// Called before a file is opened, which may take a moment.
+    void SetBusy(std::function<void(bool)> busy) { m_busy = std::move(busy); }
+
+private:
+    void Connect();
+
+    XHWND m_handle;
+    XLayerStack& m_layers;
+    XMainActions& m_actions;
+    XSessionSettings& m_settings;
+    XRecentFiles m_recent;
+    std::function<void(const QString&)> m_notice;
+    std::function<void(bool)> m_busy;
+};

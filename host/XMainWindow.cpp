@@ -1,0 +1,316 @@
+#include "host/XMainWindow.h"
+
+#include "foundation/platform/XPrompts.h"
+#include "foundation/platform/XQtText.h"
+#include "foundation/raster/XDMCompManager.h"
+#include "host/XActionTable.h"
+#include "host/XBandsWidget.h"
+#include "host/XFileActions.h"
+#include "host/XLayerActions.h"
+#include "host/XLayerStack.h"
+#include "host/XLayersWidget.h"
+#include "host/XMainActions.h"
+#include "host/XReadOut.h"
+#include "host/XStatusWidget.h"
+#include "host/XViewActions.h"
+#include "host/XWindowPlacement.h"
+#include "view/XTQSpaceView.h"
+#include "view/XViewKeys.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QDragEnterEvent>
+#include <QMenu>
+#include <QMimeData>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QToolBar>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr unsigned kHostMessage = 41024;
+constexpr QSize kFirstSize(1200, 800);
+constexpr int kNoticeMs = 8000;
+
+QStringList LocalPaths(const QMimeData* data)
+{
+    QStringList paths;
+    for (const QUrl& url : data->urls())
+        if (url.isLocalFile()) paths.append(url.toLocalFile());
+    return paths;
+}
+
+QDockWidget* MakeDock(QMainWindow* window, QWidget* content, const QString& title)
+{
+    auto* dock = new QDockWidget(title, window);
+    dock->setObjectName("dock." + content->objectName());
+    dock->setAccessibleName(title);
+    // on a small screen a panel scrolls rather than making the window higher than the screen
+    auto* scroll = new QScrollArea(dock);
+    scroll->setObjectName(content->objectName() + ".scroll");
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setWidgetResizable(true);
+    scroll->setWidget(content);
+    scroll->setMinimumWidth(content->minimumSizeHint().width() +
+                            scroll->verticalScrollBar()->sizeHint().width());
+    dock->setWidget(scroll);
+    window->addDockWidget(Qt::RightDockWidgetArea, dock);
+    return dock;
+}
+
+} // namespace
+
+XMainWindow::XMainWindow(const QString& version)
+    : m_version(version),
+      m_view(new XTQSpaceView(this)),
+      m_actions(std::make_unique<XMainActions>(this))
+{
+    setObjectName("main");
+    setWindowTitle("tqlview");
+    setWindowIcon(QIcon::fromTheme("org.tql.tqlview", XfnProgramIcon()));
+    setAcceptDrops(true);
+    m_view->setObjectName("view");
+    m_view->setAccessibleName("Image");
+    m_view->setMinimumSize(160, 120);
+    setCentralWidget(m_view);
+    m_view->Create();
+    m_layers = std::make_unique<XLayerStack>(m_view->GetXDMCompManager());
+    m_status = new XStatusWidget(this);
+    setStatusBar(m_status);
+    m_readOut = std::make_unique<XReadOut>(*m_view, *m_layers, *m_status);
+    m_files = std::make_unique<XFileActions>(GetHWND(), *m_layers, *m_actions, m_settings);
+    m_viewActions = std::make_unique<XViewActions>(*this, GetHWND(), *m_view, *m_layers, *m_actions,
+                                                   *m_readOut, m_settings);
+    m_layerActions = std::make_unique<XLayerActions>(*m_layers, *m_actions);
+    MakePanels();
+    MakeMenus();
+    ConnectOthers();
+    m_layers->AddObserver([this](LayerChange change) {
+        if (change != LayerChange::Closing) FollowLayers();
+    });
+    m_view->Initialize(GetHWND(), kHostMessage);
+    m_view->setFocus();
+    FollowLayers();
+    m_firstLayout = saveState();
+    restoreState(m_settings.GetWindowLayout());
+}
+
+XMainWindow::~XMainWindow()
+{
+    // reports of a view that is going must not reach helpers that have gone, and no panel may look
+    // at layers that have
+    DestroyHandle();
+    qDeleteAll(findChildren<QDockWidget*>());
+}
+
+void XMainWindow::MakePanels()
+{
+    auto* layers = new XLayersWidget(*m_layers, *m_actions, this);
+    auto* bands = new XBandsWidget(*m_layers, *m_actions, this);
+    MakeDock(this, layers, "Layers");
+    MakeDock(this, bands, "Bands");
+}
+
+void XMainWindow::MakeMenus()
+{
+    QToolBar* bar = m_actions->BuildToolBar();
+    m_actions->BuildMenus([this, bar](const QString& name, QMenu* menu) {
+        if (name == "recent") {
+            QMenu* recent = menu->addMenu("Open &Recent");
+            recent->setObjectName("menu.recent");
+            QObject::connect(recent, &QMenu::aboutToShow, recent,
+                             [this, recent] { m_files->FillRecentMenu(recent); });
+        } else if (name == "panels") {
+            QMenu* panels = menu->addMenu("Pa&nels");
+            panels->setObjectName("menu.panels");
+            const QList<QDockWidget*> docks = findChildren<QDockWidget*>();
+            for (QDockWidget* dock : docks)
+                panels->addAction(dock->toggleViewAction());
+            panels->addAction(bar->toggleViewAction());
+        }
+    });
+    m_actions->BindImageKeys(m_view);
+    m_status->AddPositionAction(m_actions->Get("edit.copyPosition"));
+    m_status->AddPositionAction(m_actions->Get("edit.copyGeographic"));
+    m_status->AddPositionAction(m_actions->Get("view.dms"));
+    m_status->AddScaleAction(m_actions->Get("view.percent"));
+}
+
+void XMainWindow::ConnectOthers()
+{
+    m_files->SetNotice([this](const QString& text) { Notice(text); });
+    m_files->SetBusy([](bool isBusy) {
+        if (isBusy)
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+        else
+            QApplication::restoreOverrideCursor();
+    });
+    m_actions->Connect("file.quit", [this] { close(); });
+    const auto copy = [this](const QString& text) {
+        if (text.isEmpty()) return;
+        QApplication::clipboard()->setText(text);
+        Notice("Copied " + text);
+    };
+    m_actions->Connect("edit.copyPosition", [this, copy] { copy(m_readOut->GetPositionText()); });
+    m_actions->Connect("edit.copyGeographic",
+                       [this, copy] { copy(m_readOut->GetGeographicText()); });
+    m_actions->Connect("window.reset", [this] { ResetLayout(); });
+    m_actions->Connect("help.keys", [this] {
+        XPrompts::Get()->Message(GetHWND(), XfnFromQString(XfnKeyMapText()), XPrompts::XIcon::None,
+                                 "Key Map");
+    });
+    m_actions->Connect("help.about", [this] {
+        XPrompts::Get()->Message(
+            GetHWND(),
+            XfnFromQString(
+                QString("tqlview %1\n\nLooks at remote-sensing imagery.").arg(m_version)),
+            XPrompts::XIcon::Information, "About tqlview");
+    });
+}
+
+void XMainWindow::Notice(const QString& text)
+{
+    m_status->showMessage(text, kNoticeMs);
+}
+
+void XMainWindow::FollowLayers()
+{
+    const int count = m_layers->GetCount();
+    const bool isFirst = m_shownLayers == 0 && count > 0;
+    const bool isMore = count > m_shownLayers;
+    m_shownLayers = count;
+    if (isFirst) {
+        m_viewActions->Forget();
+        m_view->UpdateComposites();
+    } else {
+        m_view->InvalidateControl(1); // a later layer leaves the view where it is
+    }
+    if (count == 0) m_viewActions->Forget();
+    m_viewActions->EnableActions();
+    const tagXLayer* layer = m_layers->GetAt(m_layers->GetCurrent());
+    setWindowTitle(layer ? layer->name + " - tqlview" : QString("tqlview"));
+    setWindowFilePath(layer ? layer->path : QString());
+    m_status->SetHint(layer ? QString("Drag with the right or the middle button to move the view")
+                            : QString("Open an image with Ctrl+O, or drop one here"));
+    m_actions->SetEnabled("edit.copyPosition", layer != nullptr, "Open an image first");
+    m_actions->SetEnabled("edit.copyGeographic", layer && !m_readOut->GetGeographicText().isEmpty(),
+                          "The image has no known coordinate system");
+    if (!isMore || isFirst || !layer) return;
+    double box[4] = {0, 0, 0, 0};
+    double minX = 0;
+    double maxX = 0;
+    double minY = 0;
+    double maxY = 0;
+    m_view->GetBound(minX, maxX, minY, maxY);
+    if (m_layers->GetExtent(m_layers->GetCurrent(), box) &&
+        (box[2] < minX || box[0] > maxX || box[3] < minY || box[1] > maxY))
+        Notice(layer->name + " lies outside the view; View > Fit Layer shows it");
+}
+
+XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM lParam)
+{
+    if (message != kHostMessage) return XMessageWindow::OnWindowMessage(message, wParam, lParam);
+    switch (static_cast<XViewReport>(wParam)) {
+    case XViewReport::MouseMove: {
+        const auto* report = reinterpret_cast<const tagXMouseReport*>(lParam);
+        m_readOut->OnPointer(report->x, report->y);
+        break;
+    }
+    case XViewReport::KeyDown:
+        if (reinterpret_cast<const tagXKeyReport*>(lParam)->character == kKeyEscape)
+            m_viewActions->LeaveFullScreen();
+        break;
+    case XViewReport::ZoomFit:
+    case XViewReport::ZoomIn:
+    case XViewReport::ZoomOneToOne:
+    case XViewReport::ZoomOut:
+        m_viewActions->OnZoomCommand();
+        break;
+    case XViewReport::PaintedRasters:
+        m_viewActions->OnPainted();
+        break;
+    default:
+        break;
+    }
+    return 0;
+}
+
+void XMainWindow::Place(const QSize& size, const QPoint& pos, bool hasPos)
+{
+    QList<QRect> areas;
+    for (const QScreen* screen : QGuiApplication::screens())
+        areas.append(screen->availableGeometry());
+    QRect rect = m_settings.GetWindowRect();
+    const bool wasLeft = rect.isValid() && size.isEmpty();
+    if (!wasLeft) {
+        rect = QRect(QPoint(0, 0), size.isEmpty() ? kFirstSize : size);
+        if (!areas.isEmpty()) rect.moveCenter(areas.first().center());
+        if (hasPos) rect.moveTopLeft(pos);
+    }
+    setGeometry(XfnPlaceWindow(rect, areas));
+    if (wasLeft && m_settings.IsWindowMaximized())
+        setWindowState(windowState() | Qt::WindowMaximized);
+}
+
+// The bands need their height to be of use, the layers take what is left.
+void XMainWindow::ShareHeight()
+{
+    const auto* bands = findChild<QWidget*>("bands");
+    const int wanted = bands->sizeHint().height() + 30; // with the title of the dock
+    const int rest = std::max(1, m_view->height() - wanted);
+    resizeDocks({findChild<QDockWidget*>("dock.layers"), findChild<QDockWidget*>("dock.bands")},
+                {rest, wanted}, Qt::Vertical);
+}
+
+void XMainWindow::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    if (std::exchange(m_isFirstShow, false) && m_settings.GetWindowLayout().isEmpty())
+        ShareHeight();
+}
+
+void XMainWindow::ResetLayout()
+{
+    restoreState(m_firstLayout);
+    if (!isMaximized() && !isFullScreen()) {
+        m_settings.SetWindow(QRect(), false, QByteArray());
+        Place(QSize(), QPoint(), false);
+    }
+    ShareHeight();
+}
+
+void XMainWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!LocalPaths(event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void XMainWindow::dropEvent(QDropEvent* event)
+{
+    const QStringList paths = LocalPaths(event->mimeData());
+    if (paths.isEmpty()) return;
+    event->acceptProposedAction();
+    activateWindow();
+    m_files->OpenDropped(paths);
+}
+
+void XMainWindow::closeEvent(QCloseEvent* event)
+{
+    const bool isPlain = !isMaximized() && !isFullScreen();
+    m_settings.SetWindow(isPlain ? geometry() : normalGeometry(), isMaximized(), saveState());
+    QMainWindow::closeEvent(event);
+}
+
+void XMainWindow::keyPressEvent(QKeyEvent* event)
+{
+    // Escape while a panel has the focus
+    if (event->key() == Qt::Key_Escape && m_viewActions->LeaveFullScreen()) return;
+    QMainWindow::keyPressEvent(event);
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// The filter of the Open dialog: all supported rasters, each format, all files, in the form
+/// "Label (*.a;*.b)|*.a;*.b|...||".
+QString XfnRasterFilter();
+
+/// True when the name ends like a raster of the filter; the case does not matter.
+bool XfnHasRasterSuffix(const QString& path);
+
+/// The paths of a drop, sorted out. Nothing is opened here.
+struct tagXDroppedPaths
+{
+    QStringList files;        ///< dropped as files, in order, whatever their suffix
+    QStringList folderFiles;  ///< rasters found directly in dropped folders, by name
+    QStringList emptyFolders; ///< dropped folders that hold no raster
+};
+
+/// Looks into dropped folders one level deep; a folder with more than `kMaxFolderFiles` rasters
+/// gives the first of them.
+tagXDroppedPaths XfnSortDroppedPaths(const QStringList& paths);
+constexpr int kMaxFolderFiles = 200;
+
+/// The question before the rasters of dropped folders are opened: how many, and which.
+QString XfnFolderQuestion(const QStringList& folderFiles);

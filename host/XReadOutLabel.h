@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QLabel>
+
+/// A label as wide as a given text, whatever it shows; it may be narrower, never wider. A text that
+/// does not fit is cut with dots, the whole one is the tool tip.
+class XReadOutLabel : public QLabel
+{
+public:
+    /// @param widest  the text that decides the width
+    XReadOutLabel(const QString& widest, QWidget* parent);
+
+    void SetFullText(const QString& text);
+    const QString& GetFullText() const { return m_full; }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void Cut();
+
+    QString m_widest;
+    QString m_full;
+};

@@ -1,0 +1,89 @@
+#include "host/XSessionSettings.h"
+
+#include <QDir>
+#include <QSettings>
+
+bool XSessionSettings::TakeFirstRun()
+{
+    QSettings settings;
+    if (settings.value("session/started", false).toBool()) return false;
+    settings.setValue("session/started", true);
+    return true;
+}
+
+QStringList XSessionSettings::GetRecentFiles() const
+{
+    return QSettings().value("files/recent").toStringList();
+}
+
+void XSessionSettings::SetRecentFiles(const QStringList& paths)
+{
+    QSettings().setValue("files/recent", paths);
+}
+
+QString XSessionSettings::GetLastFolder() const
+{
+    const QString folder = QSettings().value("files/folder").toString();
+    return folder.isEmpty() ? QDir::homePath() : folder;
+}
+
+void XSessionSettings::SetLastFolder(const QString& folder)
+{
+    QSettings().setValue("files/folder", folder);
+}
+
+QRect XSessionSettings::GetWindowRect() const
+{
+    return QSettings().value("window/rect").toRect();
+}
+
+bool XSessionSettings::IsWindowMaximized() const
+{
+    return QSettings().value("window/maximized", false).toBool();
+}
+
+QByteArray XSessionSettings::GetWindowLayout() const
+{
+    return QSettings().value("window/layout").toByteArray();
+}
+
+void XSessionSettings::SetWindow(const QRect& rect, bool isMaximized, const QByteArray& layout)
+{
+    QSettings settings;
+    settings.setValue("window/rect", rect);
+    settings.setValue("window/maximized", isMaximized);
+    settings.setValue("window/layout", layout);
+}
+
+ZoomFormat XSessionSettings::GetZoomFormat() const
+{
+    return QSettings().value("status/percent", false).toBool() ? ZoomFormat::Percent
+                                                               : ZoomFormat::Ratio;
+}
+
+void XSessionSettings::SetZoomFormat(ZoomFormat format)
+{
+    QSettings().setValue("status/percent", format == ZoomFormat::Percent);
+}
+
+GeoFormat XSessionSettings::GetGeoFormat() const
+{
+    return QSettings().value("status/dms", false).toBool() ? GeoFormat::Dms : GeoFormat::Decimal;
+}
+
+void XSessionSettings::SetGeoFormat(GeoFormat format)
+{
+    QSettings().setValue("status/dms", format == GeoFormat::Dms);
+}
+
+std::uint32_t XSessionSettings::GetBackground() const
+{
+    bool isNumber = false;
+    const unsigned value = QSettings().value("view/background").toString().toUInt(&isNumber, 16);
+    return 0xFF000000u | (isNumber ? value & 0x00FFFFFFu : 0u);
+}
+
+void XSessionSettings::SetBackground(std::uint32_t color)
+{
+    QSettings().setValue("view/background", QString::number(color & 0x00FFFFFFu, 16));
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "host/XStatusText.h"
+
+#include <QByteArray>
+#include <QRect>
+#include <QString>
+#include <QStringList>
+
+#include <cstdint>
+
+/// What the program remembers from one run to the next, in the user's configuration folder.
+///
+/// Every reading gives a usable value, whatever the file holds. User interface thread.
+class XSessionSettings
+{
+public:
+    /// True once for each user: the first time it is asked.
+    bool TakeFirstRun();
+
+    QStringList GetRecentFiles() const;
+    void SetRecentFiles(const QStringList& paths);
+
+    QString GetLastFolder() const; ///< the home folder at first
+    void SetLastFolder(const QString& folder);
+
+    QRect GetWindowRect() const; ///< empty at first
+    bool IsWindowMaximized() const;
+    QByteArray GetWindowLayout() const;
+    void SetWindow(const QRect& rect, bool isMaximized, const QByteArray& layout);
+
+    ZoomFormat GetZoomFormat() const;
+    void SetZoomFormat(ZoomFormat format);
+    GeoFormat GetGeoFormat() const;
+    void SetGeoFormat(GeoFormat format);
+
+    std::uint32_t GetBackground() const; ///< 0xFFBBGGRR; black at first
+    void SetBackground(std::uint32_t color);
+};

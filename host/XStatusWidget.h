@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QStatusBar>
+
+class QAction;
+class XReadOutLabel;
+
+/// The status bar: hint of the moment on the left, then samples, position, geographic position, scale
+/// and coordinate system. Each read-out has the width of the longest text it is made for, whatever it
+/// shows, so that nothing jumps while the pointer moves; in a narrow window all become narrower.
+/// A text that does not fit is cut with dots and stands whole in the tool tip.
+class XStatusWidget : public QStatusBar
+{
+public:
+    explicit XStatusWidget(QWidget* parent);
+
+    void SetHint(const QString& text);
+    void SetSamples(const QString& text);
+    void SetPosition(const QString& text);
+    void SetGeographic(const QString& text);
+    void SetScale(const QString& text);
+    void SetSystem(const QString& text);
+
+    /// Entries of the context menus of the read-outs.
+    void AddPositionAction(QAction* action);
+    void AddScaleAction(QAction* action);
+
+private:
+    XReadOutLabel* AddReadOut(const char* objectName, const QString& accessibleName,
+                              const char* widest);
+
+    XReadOutLabel* m_hint;
+    XReadOutLabel* m_samples;
+    XReadOutLabel* m_position;
+    XReadOutLabel* m_geographic;
+    XReadOutLabel* m_scale;
+    XReadOutLabel* m_system;
+};

@@ -1,0 +1,210 @@
+#include "host/XSymbolIcon.h"
+
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPalette>
+
+namespace {
+
+// All signs are drawn on a square of 16 units with a pen of 1.4.
+constexpr double kSide = 16.0;
+constexpr double kPen = 1.4;
+
+void Line(QPainterPath& path, double x0, double y0, double x1, double y1)
+{
+    path.moveTo(x0, y0);
+    path.lineTo(x1, y1);
+}
+
+// A line with a head of two strokes at its end; (dx, dy) is the unit direction.
+void Arrow(QPainterPath& path, double x0, double y0, double x1, double y1)
+{
+    Line(path, x0, y0, x1, y1);
+    const QPointF way(x1 - x0, y1 - y0);
+    const double length = std::hypot(way.x(), way.y());
+    const QPointF along = way / length * 3.2;
+    const QPointF across(-along.y(), along.x());
+    const QPointF tip(x1, y1);
+    path.moveTo(tip - along + across);
+    path.lineTo(tip);
+    path.lineTo(tip - along - across);
+}
+
+void Lens(QPainterPath& path)
+{
+    path.addEllipse(QPointF(6.8, 6.8), 4.6, 4.6);
+    Line(path, 10.2, 10.2, 14, 14);
+}
+
+void Frame(QPainterPath& path)
+{
+    for (const double x : {2.0, 14.0}) {
+        for (const double y : {2.0, 14.0}) {
+            const double toX = x < 8 ? 5.0 : 11.0;
+            const double toY = y < 8 ? 5.0 : 11.0;
+            path.moveTo(toX, y);
+            path.lineTo(x, y);
+            path.lineTo(x, toY);
+        }
+    }
+}
+
+QPainterPath PathOf(Symbol symbol)
+{
+    QPainterPath path;
+    switch (symbol) {
+    case Symbol::Open:
+        path.moveTo(2, 13);
+        path.lineTo(2, 3.5);
+        path.lineTo(6.5, 3.5);
+        path.lineTo(8, 5.5);
+        path.lineTo(13, 5.5);
+        path.lineTo(13, 8);
+        path.moveTo(2, 13);
+        path.lineTo(4.5, 8);
+        path.lineTo(15, 8);
+        path.lineTo(12.5, 13);
+        path.closeSubpath();
+        break;
+    case Symbol::Close:
+        Line(path, 3.5, 3.5, 12.5, 12.5);
+        Line(path, 12.5, 3.5, 3.5, 12.5);
+        break;
+    case Symbol::FitAll:
+        Frame(path);
+        path.addRect(5, 5, 4, 4);
+        path.addRect(7.5, 7.5, 4, 4);
+        break;
+    case Symbol::FitLayer:
+        Frame(path);
+        path.addRect(5, 6, 6, 4);
+        break;
+    case Symbol::OneToOne:
+        Line(path, 3, 5, 4.8, 3.5);
+        Line(path, 4.8, 3.5, 4.8, 12.5);
+        Line(path, 11, 5, 12.8, 3.5);
+        Line(path, 12.8, 3.5, 12.8, 12.5);
+        path.addEllipse(QPointF(8.6, 6.2), 0.35, 0.35);
+        path.addEllipse(QPointF(8.6, 10.4), 0.35, 0.35);
+        break;
+    case Symbol::ZoomIn:
+        Lens(path);
+        Line(path, 4.6, 6.8, 9, 6.8);
+        Line(path, 6.8, 4.6, 6.8, 9);
+        break;
+    case Symbol::ZoomOut:
+        Lens(path);
+        Line(path, 4.6, 6.8, 9, 6.8);
+        break;
+    case Symbol::Previous:
+        Arrow(path, 14, 8, 2, 8);
+        break;
+    case Symbol::Next:
+        Arrow(path, 2, 8, 14, 8);
+        break;
+    case Symbol::Up:
+        Arrow(path, 8, 14, 8, 2);
+        break;
+    case Symbol::Down:
+        Arrow(path, 8, 2, 8, 14);
+        break;
+    case Symbol::Top:
+        Line(path, 3, 2, 13, 2);
+        Arrow(path, 8, 14, 8, 4.5);
+        break;
+    case Symbol::FullScreen:
+        Arrow(path, 9, 7, 14, 2);
+        Arrow(path, 7, 9, 2, 14);
+        break;
+    case Symbol::CopyPosition:
+        path.addEllipse(QPointF(8, 8), 3.6, 3.6);
+        Line(path, 8, 1.5, 8, 6);
+        Line(path, 8, 10, 8, 14.5);
+        Line(path, 1.5, 8, 6, 8);
+        Line(path, 10, 8, 14.5, 8);
+        break;
+    }
+    return path;
+}
+
+void PaintSymbol(QPainter& painter, Symbol symbol, QIcon::Mode mode)
+{
+    const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+    const auto role = mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::ButtonText;
+    const QColor colour = QGuiApplication::palette().color(group, role);
+    painter.setPen(QPen(colour, kPen, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawPath(PathOf(symbol));
+}
+
+void PaintProgram(QPainter& painter, QIcon::Mode)
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(0x1d, 0x2b, 0x3a));
+    painter.drawRoundedRect(QRectF(0.5, 0.5, 15, 15), 3, 3);
+    const QColor bands[3] = {QColor(0x3f, 0x8e, 0xd6), QColor(0x5d, 0xbb, 0x63),
+                             QColor(0xe0, 0x6c, 0x4f)};
+    for (int i = 0; i < 3; ++i) {
+        const double y = 9.6 - 2.7 * i;
+        QPainterPath plane;
+        plane.moveTo(8, y - 3.2);
+        plane.lineTo(13.4, y);
+        plane.lineTo(8, y + 3.2);
+        plane.lineTo(2.6, y);
+        plane.closeSubpath();
+        painter.setBrush(bands[i]);
+        painter.drawPath(plane);
+    }
+}
+
+// Paints on demand, so the palette of the moment counts.
+class XDrawnIconEngine final : public QIconEngine
+{
+public:
+    using Paint = void (*)(QPainter&, Symbol, QIcon::Mode);
+    XDrawnIconEngine(Paint paint, Symbol symbol) : m_paint(paint), m_symbol(symbol) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override
+    {
+        const double side = std::min(rect.width(), rect.height());
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->translate(rect.x() + (rect.width() - side) / 2,
+                           rect.y() + (rect.height() - side) / 2);
+        painter->scale(side / kSide, side / kSide);
+        m_paint(*painter, m_symbol, mode);
+        painter->restore();
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
+    {
+        QImage image(size, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+        painter.end();
+        return QPixmap::fromImage(image);
+    }
+
+    QIconEngine* clone() const override { return new XDrawnIconEngine(*this); }
+
+private:
+    Paint m_paint;
+    Symbol m_symbol;
+};
+
+} // namespace
+
+QIcon XfnSymbolIcon(Symbol symbol)
+{
+    return QIcon(new XDrawnIconEngine(&PaintSymbol, symbol));
+}
+
+QIcon XfnProgramIcon()
+{
+    return QIcon(new XDrawnIconEngine(
+        [](QPainter& painter, Symbol, QIcon::Mode mode) { PaintProgram(painter, mode); },
+        Symbol::Open));
+}

@@ -1,0 +1,182 @@
+#include "host/XViewActions.h"
+
+#include "foundation/platform/XPrompts.h"
+#include "foundation/platform/XUserSettings.h"
+#include "foundation/surface/XBackBuffer.h"
+#include "host/XLayerStack.h"
+#include "host/XMainActions.h"
+#include "host/XReadOut.h"
+#include "host/XSessionSettings.h"
+#include "view/XTQSpaceView.h"
+
+#include <QAction>
+#include <QMainWindow>
+
+#include <chrono>
+
+namespace {
+
+long long NowMs()
+{
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+} // namespace
+
+XViewActions::XViewActions(QMainWindow& window, XHWND handle, XTQSpaceView& view,
+                           XLayerStack& layers, XMainActions& actions, XReadOut& readOut,
+                           XSessionSettings& settings)
+    : m_window(window),
+      m_handle(handle),
+      m_view(view),
+      m_layers(layers),
+      m_actions(actions),
+      m_readOut(readOut),
+      m_settings(settings)
+{
+    Connect();
+    m_actions.SetChecked("view.percent", m_settings.GetZoomFormat() == ZoomFormat::Percent);
+    m_actions.SetChecked("view.dms", m_settings.GetGeoFormat() == GeoFormat::Dms);
+    m_actions.SetChecked("view.wheelIn", XfnGetInvertMouseWheelZoomDir());
+    m_readOut.SetZoomFormat(m_settings.GetZoomFormat());
+    m_readOut.SetGeoFormat(m_settings.GetGeoFormat());
+    m_view.SetBackgroundColor(m_settings.GetBackground());
+    EnableActions();
+}
+
+void XViewActions::Connect()
+{
+    m_actions.Connect("view.fitAll", [this] { m_view.ZoomFit(); });
+    m_actions.Connect("view.fitLayer", [this] { FitLayer(m_layers.GetCurrent()); });
+    m_actions.Connect("view.oneToOne", [this] { m_view.ZoomOneToOne(); });
+    m_actions.Connect("view.zoomIn", [this] { m_view.ZoomIn(); });
+    m_actions.Connect("view.zoomOut", [this] { m_view.ZoomOut(); });
+    m_actions.Connect("view.previous", [this] {
+        tagXViewState state;
+        if (m_history.GoBack(state)) GoTo(state);
+    });
+    m_actions.Connect("view.next", [this] {
+        tagXViewState state;
+        if (m_history.GoForward(state)) GoTo(state);
+    });
+    m_actions.Connect("view.redraw", [this] { m_view.InvalidateControl(1); });
+    m_actions.Connect("view.background", [this] { ChooseBackground(); });
+    m_actions.Connect("view.overview", [this] { m_view.ShowThumbView(1); });
+    m_actions.Connect("view.percent", [this] {
+        const bool isOn = m_actions.Get("view.percent")->isChecked();
+        m_settings.SetZoomFormat(isOn ? ZoomFormat::Percent : ZoomFormat::Ratio);
+        m_readOut.SetZoomFormat(m_settings.GetZoomFormat());
+    });
+    m_actions.Connect("view.dms", [this] {
+        const bool isOn = m_actions.Get("view.dms")->isChecked();
+        m_settings.SetGeoFormat(isOn ? GeoFormat::Dms : GeoFormat::Decimal);
+        m_readOut.SetGeoFormat(m_settings.GetGeoFormat());
+    });
+    m_actions.Connect("view.wheelIn", [this] {
+        XfnSetInvertMouseWheelZoomDir(m_actions.Get("view.wheelIn")->isChecked());
+    });
+    m_actions.Connect("view.fullScreen",
+                      [this] { SetFullScreen(m_actions.Get("view.fullScreen")->isChecked()); });
+    m_actions.Connect("image.stretch", [this] { m_view.ShowStretchDlg(1); });
+    m_actions.Connect("image.colorTable", [this] { m_view.ShowColorTable(1); });
+}
+
+tagXViewState XViewActions::GetState() const
+{
+    tagXViewState state;
+    const XBackBuffer& buffer = *m_view.GetBackBuffer();
+    buffer.GetWorldToCenter(state.centreX, state.centreY);
+    buffer.GetWorldPerPixel(state.perPixelX, state.perPixelY);
+    return state;
+}
+
+void XViewActions::OnPainted()
+{
+    if (m_layers.GetCount() == 0) return;
+    const QSize size = m_view.GetBackBuffer()->GetImage().size();
+    if (size != m_paintedSize && !m_isJump)
+        m_history.Amend(GetState());
+    else
+        m_history.Record(GetState(),
+                         m_isJump ? XViewHistory::Gesture::Jump : XViewHistory::Gesture::Continuous,
+                         NowMs());
+    m_paintedSize = size;
+    m_isJump = false;
+    m_readOut.OnViewChanged();
+    EnableActions();
+}
+
+void XViewActions::OnZoomCommand()
+{
+    m_isJump = true;
+}
+
+void XViewActions::Forget()
+{
+    m_history.Clear();
+    m_isJump = true;
+}
+
+void XViewActions::GoTo(const tagXViewState& state)
+{
+    m_view.SetWorldToCenter(state.centreX, state.centreY);
+    m_view.SetWorldPerPixel(state.perPixelX, state.perPixelY);
+    m_view.InvalidateControl(1);
+    EnableActions();
+}
+
+void XViewActions::FitLayer(int index)
+{
+    double box[4] = {0, 0, 0, 0};
+    if (m_layers.GetExtent(index, box)) m_view.ZoomFitRect(box[0], box[1], box[2], box[3]);
+}
+
+void XViewActions::ChooseBackground()
+{
+    std::uint32_t color = m_settings.GetBackground();
+    if (!XPrompts::Get()->ChooseColor(m_handle, color)) return;
+    m_settings.SetBackground(color);
+    m_view.SetBackgroundColor(m_settings.GetBackground());
+}
+
+void XViewActions::SetFullScreen(bool isOn)
+{
+    if (isOn == m_window.isFullScreen()) return;
+    if (isOn) {
+        m_wasMaximized = m_window.isMaximized();
+        m_window.showFullScreen();
+    } else if (m_wasMaximized) {
+        m_window.showMaximized();
+    } else {
+        m_window.showNormal();
+    }
+    m_actions.SetChecked("view.fullScreen", isOn);
+}
+
+bool XViewActions::LeaveFullScreen()
+{
+    if (!m_window.isFullScreen()) return false;
+    SetFullScreen(false);
+    return true;
+}
+
+void XViewActions::EnableActions()
+{
+    const bool hasLayer = m_layers.GetCount() > 0;
+    const QString noLayer = "Open an image first";
+    for (const char* id : {"view.fitAll", "view.fitLayer", "view.oneToOne", "view.zoomIn",
+                           "view.zoomOut", "view.redraw"})
+        m_actions.SetEnabled(id, hasLayer, noLayer);
+    m_actions.SetEnabled("view.previous", hasLayer && m_history.CanGoBack(),
+                         "There is no earlier view");
+    m_actions.SetEnabled("view.next", hasLayer && m_history.CanGoForward(),
+                         "There is no later view");
+    const QString unbound = "This build has no such window";
+    m_actions.SetEnabled("view.overview", hasLayer && m_view.CanShowThumbView(),
+                         hasLayer ? unbound : noLayer);
+    m_actions.SetEnabled("image.stretch", hasLayer && m_view.CanShowStretchDlg(),
+                         hasLayer ? unbound : noLayer);
+    m_actions.SetEnabled("image.colorTable", hasLayer && m_view.CanShowColorTable(),
+                         hasLayer ? unbound : noLayer);
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "foundation/platform/XWindowMessages.h"
+#include "host/XViewHistory.h"
+
+#include <QSize>
+
+class QMainWindow;
+class XLayerStack;
+class XMainActions;
+class XReadOut;
+class XSessionSettings;
+class XTQSpaceView;
+
+/// The commands of the View menu and the history of the view. All parts outlive it.
+class XViewActions
+{
+public:
+    XViewActions(QMainWindow& window, XHWND handle, XTQSpaceView& view, XLayerStack& layers,
+                 XMainActions& actions, XReadOut& readOut, XSessionSettings& settings);
+
+    void OnPainted();       ///< the view painted: notes where it looks now
+    void OnZoomCommand();   ///< the next painting follows a command, which is a step of its own
+    void Forget();          ///< all layers went: so does the history
+    bool LeaveFullScreen(); ///< false when the window was not in full screen
+
+    /// Shows the whole layer `index`.
+    void FitLayer(int index);
+    void EnableActions();
+
+private:
+    void Connect();
+    void GoTo(const tagXViewState& state);
+    void ChooseBackground();
+    void SetFullScreen(bool isOn);
+    tagXViewState GetState() const;
+
+    QMainWindow& m_window;
+    XHWND m_handle;
+    XTQSpaceView& m_view;
+    XLayerStack& m_layers;
+    XMainActions& m_actions;
+    XReadOut& m_readOut;
+    XSessionSettings& m_settings;
+    XViewHistory m_history;
+    bool m_isJump = true;
+    QSize m_paintedSize;
+    bool m_wasMaximized = false;
+};

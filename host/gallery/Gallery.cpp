@@ -1,0 +1,151 @@
+// Pictures of the windows, for the documentation and for the eye: tql_gallery FOLDER
+
+#include "host/XFileActions.h"
+#include "host/XLayerStack.h"
+#include "host/XMainWindow.h"
+#include "view/XTQSpaceView.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QMouseEvent>
+#include <QPalette>
+#include <QProcess>
+#include <QSettings>
+#include <QStyle>
+#include <QStyleFactory>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <vector>
+
+namespace {
+
+constexpr QSize kWindow(960, 620);
+constexpr QSize kWindowAt150(840, 560); // in units of the toolkit
+
+struct tagXShot
+{
+    const char* name;
+    bool isDark;
+};
+
+QPalette MakePalette(bool isDark)
+{
+    if (!isDark) return QApplication::style()->standardPalette();
+    QPalette palette(QColor(0x35, 0x35, 0x35), QColor(0x2b, 0x2b, 0x2b));
+    palette.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x1e));
+    palette.setColor(QPalette::AlternateBase, QColor(0x2b, 0x2b, 0x2b));
+    palette.setColor(QPalette::Highlight, QColor(0x2f, 0x6f, 0xb0));
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    for (const QPalette::ColorRole role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::BrightText,
+          QPalette::ToolTipText}) {
+        palette.setColor(role, QColor(0xe6, 0xe6, 0xe6));
+        palette.setColor(QPalette::Disabled, role, QColor(0x86, 0x86, 0x86));
+    }
+    return palette;
+}
+
+// Drops the two lowest bits of each colour: nobody sees it, and the file shrinks by a third.
+void Coarsen(QImage& picture)
+{
+    for (int y = 0; y < picture.height(); ++y) {
+        auto* row = reinterpret_cast<QRgb*>(picture.scanLine(y));
+        for (int x = 0; x < picture.width(); ++x)
+            row[x] = (row[x] & 0xFFFCFCFCu) | (row[x] >> 6 & 0x00030303u);
+    }
+}
+
+void Settle()
+{
+    for (int i = 0; i < 5; ++i)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 100);
+}
+
+bool SaveWindow(const tagXShot& shot, QSize size, const QString& sample, const QString& folder)
+{
+    QApplication::setPalette(MakePalette(shot.isDark));
+    XMainWindow window("");
+    window.resize(size);
+    window.show();
+    Settle();
+    if (window.GetFiles().OpenFiles({sample}) != 1) return false;
+    window.GetLayers().ChangeBands(0, [](XBandChoice& choice) { choice.SetColour(2, 1, 0); });
+    // two screen pixels an image pixel: sharp, and the file stays small
+    XTQSpaceView& view = window.GetView();
+    view.ZoomOneToOne();
+    view.ZoomIn();
+    Settle();
+    // a pointer in the middle fills the read-outs
+    const QPointF middle(view.width() / 2.0, view.height() / 2.0);
+    QMouseEvent move(QEvent::MouseMove, middle, view.mapToGlobal(middle), Qt::NoButton,
+                     Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&view, &move);
+    Settle();
+    QImage picture = window.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    picture.setDevicePixelRatio(1);
+    Coarsen(picture);
+    return picture.save(QDir(folder).filePath(shot.name), "PNG", 0);
+}
+
+// The scale of the controls is fixed when the application starts, so another one is another process.
+int RunAtScale(const char* scale, const QStringList& arguments)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("QT_SCALE_FACTOR", scale);
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(QCoreApplication::applicationFilePath(), arguments.mid(1));
+    process.waitForFinished(-1);
+    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : 1;
+}
+
+QString FindSample(const QStringList& arguments)
+{
+    if (arguments.size() > 2) return arguments[2];
+    return QDir::current().filePath("data/sample/L7_ETMs.tif");
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const bool isLarge = qgetenv("QT_SCALE_FACTOR") == "1.5";
+    QApplication app(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() < 2) {
+        std::fputs("usage: tql_gallery FOLDER [RASTER]\n"
+                   "The raster is data/sample/L7_ETMs.tif below the working folder at first.\n",
+                   stderr);
+        return 2;
+    }
+    // a fixed style, font and empty settings: the same picture on every machine with these fonts
+    QTemporaryDir settings;
+    QSettings::setDefaultFormat(QSettings::IniFormat);
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
+    QCoreApplication::setOrganizationName("tql");
+    QCoreApplication::setApplicationName("tql_gallery");
+    QApplication::setStyle(QStyleFactory::create("Fusion"));
+    QFont font("DejaVu Sans");
+    font.setPixelSize(13);
+    QApplication::setFont(font);
+
+    const QString sample = FindSample(arguments);
+    if (!QFile::exists(sample)) {
+        std::fprintf(stderr, "tql_gallery: %s was not found\n", sample.toLocal8Bit().constData());
+        return 1;
+    }
+    QDir().mkpath(arguments[1]);
+    const std::vector<tagXShot> shots =
+        isLarge ? std::vector<tagXShot>{{"mainwindow-150.png", false}}
+                : std::vector<tagXShot>{{"mainwindow.png", false}, {"mainwindow-dark.png", true}};
+    for (const tagXShot& shot : shots) {
+        if (SaveWindow(shot, isLarge ? kWindowAt150 : kWindow, sample, arguments[1])) continue;
+        std::fprintf(stderr, "tql_gallery: %s was not made\n", shot.name);
+        return 1;
+    }
+    return isLarge ? 0 : RunAtScale("1.5", arguments);
+}
