@@ -14,7 +14,7 @@
 namespace {
 
 // Below this confidence a match is a guess by name only.
-constexpr int kMatchConfidence = 90;
+constexpr int kMatchConfidence = 70; // what is found must be equivalent too
 
 int ReadCode(const char* authority, const char* code)
 {

@@ -1,0 +1,355 @@
+// How fast a composite is drawn, against loops and reads that do nothing else.
+//
+// usage: bench_draw [SCENE.tif | SCENE_DIR]
+// A folder holds S1_rgb8.tif, S2_ms16.tif and S3_f32.tif; those that are missing are left out.
+// Without an argument the program writes small scenes of its own. Every run moves the view by a
+// pixel; rows are medians, and yardstick and drawing take turns.
+
+#include "bench/BenchDrawKernels.h"
+#include "foundation/raster/XDMBand.h"
+#include "foundation/raster/XDMComposite.h"
+#include "foundation/raster/XDefaultDisplay.h"
+#include "foundation/raster/XRSFile.h"
+#include "foundation/raster/XRSFileIO.h"
+#include "foundation/surface/XBackBuffer.h"
+
+#include <QGuiApplication>
+#include <QTemporaryDir>
+
+#include <gdal_priv.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int kWidth = 1920;
+constexpr int kHeight = 1080;
+constexpr std::size_t kPixels = std::size_t{kWidth} * kHeight;
+constexpr int kRuns = 31;
+constexpr int kSceneSize = 4096;
+
+double TimeMs(const std::function<void()>& work)
+{
+    const auto begin = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
+        .count();
+}
+
+double MedianOf(std::vector<double> times)
+{
+    std::nth_element(times.begin(), times.begin() + times.size() / 2, times.end());
+    return times[times.size() / 2];
+}
+
+/// Prints the rows of a JSON list.
+class XRows
+{
+public:
+    XRows() { std::printf("[\n"); }
+    ~XRows() { std::printf("\n]\n"); }
+
+    /// @param limit  of the ratio; 0 when there is none
+    void Add(const char* name, double value, double yardstick, double limit)
+    {
+        std::printf(
+            "%s  {\"name\": \"%s\", \"value\": %.4f, \"unit\": \"ms\", \"yardstick\": %.4f, "
+            "\"ratio\": %.3f, \"limit\": ",
+            m_separator, name, value, yardstick, value / yardstick);
+        if (limit > 0.0)
+            std::printf("%.2f}", limit);
+        else
+            std::printf("null}");
+        std::fflush(stdout);
+        m_separator = ",\n";
+    }
+
+private:
+    const char* m_separator = "";
+};
+
+/// A field of blobs of many sizes with the noise of a sensor on top: it deflates about two to one.
+template <class T>
+void WriteScene(const std::string& path, GDALDataType type, int bands, double scale)
+{
+    char** options = nullptr;
+    for (const char* option :
+         {"TILED=YES", "COMPRESS=DEFLATE", "PREDICTOR=2", "INTERLEAVE=PIXEL"}) {
+        const bool isFloat = type == GDT_Float32 && std::string(option) == "PREDICTOR=2";
+        options = CSLAddString(options, isFloat ? "PREDICTOR=3" : option);
+    }
+    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("GTiff");
+    GDALDataset* dataset =
+        driver->Create(path.c_str(), kSceneSize, kSceneSize, bands, type, options);
+    CSLDestroy(options);
+    if (!dataset) std::abort();
+    double transform[6] = {300000.0, 1.0, 0.0, 4200000.0, 0.0, -1.0};
+    dataset->SetGeoTransform(transform);
+    std::mt19937 random(5);
+    std::normal_distribution<double> noise(0.0, 9.0);
+    std::vector<double> wobble(4096);
+    for (double& value : wobble)
+        value = noise(random);
+    std::vector<T> row(kSceneSize);
+    for (int band = 1; band <= bands; ++band) {
+        for (int y = 0; y < kSceneSize; ++y) {
+            for (int x = 0; x < kSceneSize; ++x) {
+                double value = 120.0 + wobble[random() & 4095u];
+                for (int cell = 16; cell <= 512; cell *= 2) // the blobs
+                    value +=
+                        wobble[static_cast<unsigned>((x / cell) * 131 + (y / cell) * 517 + cell) &
+                               4095u];
+                row[static_cast<std::size_t>(x)] =
+                    static_cast<T>(std::clamp(value + 5 * band, 1.0, 254.0) * scale);
+            }
+            if (dataset->GetRasterBand(band)->RasterIO(GF_Write, 0, y, kSceneSize, 1, row.data(),
+                                                       kSceneSize, 1, type, 0, 0))
+                std::abort();
+        }
+    }
+    int levels[] = {2, 4, 8, 16};
+    if (dataset->BuildOverviews("AVERAGE", 4, levels, 0, nullptr, nullptr, nullptr)) std::abort();
+    GDALClose(dataset);
+}
+
+/// The scene to draw and what stands in the middle of it.
+struct tagScene
+{
+    XRSFile file;
+    XDMComposite composite;
+    XBackBuffer buffer;
+    int centreX = 0, centreY = 0; // pixel in the middle of the view
+
+    explicit tagScene(int mode) : composite(mode) {}
+};
+
+std::unique_ptr<tagScene> OpenScene(const std::string& path, int mode)
+{
+    auto scene = std::make_unique<tagScene>(mode);
+    XString error;
+    if (!XRSFileIO::Open(path.c_str(), &scene->file, error)) {
+        std::fprintf(stderr, "%s\n", static_cast<const char*>(error));
+        return nullptr;
+    }
+    for (int ch = 0; ch < scene->composite.GetNumberOfChannels(); ++ch)
+        scene->composite.SetBand(scene->file.GetBandAt(mode == 0 ? 0 : 2 - ch), ch);
+    XfnDefaultStretch(&scene->composite);
+    scene->buffer.Resize(nullptr, kWidth, kHeight);
+    scene->centreX = scene->file.GetBandAt(0)->GetXSize() / 2;
+    scene->centreY = scene->file.GetBandAt(0)->GetYSize() / 2;
+    return scene;
+}
+
+/// Puts the view `step` pixels beside the middle at so many raster pixels a screen pixel.
+void Place(tagScene& scene, double perPixel, int step)
+{
+    const XDMBand* band = scene.file.GetBandAt(0);
+    double x = scene.centreX - 0.5 + step % 16 * perPixel,
+           y = scene.centreY - 0.5 + step / 16 * perPixel;
+    band->ConvPixelToWorldCoord(x, y);
+    scene.buffer.SetWorldToCenter(x, y);
+    scene.buffer.SetWorldPerPixel(perPixel * band->GetXPixelSize(),
+                                  perPixel * band->GetYPixelSize());
+}
+
+void Draw(tagScene& scene)
+{
+    double left = 0, top = 0, right = kWidth, bottom = kHeight;
+    scene.buffer.ConvPixelToWorldCoord(left, top);
+    scene.buffer.ConvPixelToWorldCoord(right, bottom);
+    if (!scene.composite.Draw(&scene.buffer, left, bottom, right, top, 1, nullptr, nullptr))
+        std::abort();
+}
+
+/// Median times of drawing from tiles in memory and of the yardstick, taking turns.
+void MeasureWarm(XRows& rows, const char* name, tagScene& scene, double perPixel, double limit,
+                 const std::function<void()>& yardstick)
+{
+    for (int corner : {0, 15, 240, 255}) { // all tiles that any run touches
+        Place(scene, perPixel, corner);
+        Draw(scene);
+    }
+    std::vector<double> ours, theirs;
+    for (int run = 0; run < kRuns; ++run) {
+        theirs.push_back(TimeMs(yardstick));
+        Place(scene, perPixel, run);
+        ours.push_back(TimeMs([&] { Draw(scene); }));
+    }
+    rows.Add(name, MedianOf(ours), MedianOf(theirs), limit);
+}
+
+void EmptyCaches()
+{
+    XTileCache::Get().Clear();
+    while (GDALFlushCacheBlock()) {
+    }
+}
+
+struct tagTables
+{
+    std::uint8_t bytes[3][256];
+    std::vector<std::uint8_t> wide = std::vector<std::uint8_t>(65536);
+    const std::uint8_t* rows[3];
+    const std::uint8_t* wideRows[3];
+
+    tagTables()
+    {
+        for (int band = 0; band < 3; ++band) {
+            for (int v = 0; v < 256; ++v)
+                bytes[band][v] =
+                    static_cast<std::uint8_t>(std::clamp((v - 20 - band) * 255 / 200, 0, 255));
+            rows[band] = bytes[band];
+            wideRows[band] = wide.data();
+        }
+        for (int v = 0; v < 65536; ++v)
+            wide[static_cast<std::size_t>(v)] =
+                static_cast<std::uint8_t>(std::clamp((v - 1200) * 255 / 3000, 0, 255));
+    }
+};
+
+/// Reads the middle of a scene by GDAL alone.
+template <class T>
+class XPlainRead
+{
+public:
+    XPlainRead(const std::string& path, GDALDataType type, int bands)
+        : m_dataset(GDALDataset::Open(path.c_str(), GDAL_OF_RASTER)),
+          m_type(type),
+          m_bands(bands),
+          m_pixels(kPixels * static_cast<std::size_t>(bands))
+    {
+        if (!m_dataset) std::abort();
+        Read(0);
+        for (int band = 0; band < 3; ++band)
+            planes[band] =
+                m_pixels.data() + kPixels * static_cast<std::size_t>(std::min(band, bands - 1));
+    }
+    ~XPlainRead() { GDALClose(m_dataset); }
+    XPlainRead(const XPlainRead&) = delete;
+    XPlainRead& operator=(const XPlainRead&) = delete;
+
+    void Read(int step)
+    {
+        int list[3] = {1, 2, 3};
+        const int x = m_dataset->GetRasterXSize() / 2 - kWidth / 2 + step % 16;
+        const int y = m_dataset->GetRasterYSize() / 2 - kHeight / 2 + step / 16;
+        if (m_dataset->RasterIO(GF_Read, x, y, kWidth, kHeight, m_pixels.data(), kWidth, kHeight,
+                                m_type, m_bands, list, 0, 0, 0, nullptr))
+            std::abort();
+    }
+
+    const T* planes[3];
+
+private:
+    GDALDataset* m_dataset;
+    GDALDataType m_type;
+    int m_bands;
+    std::vector<T> m_pixels;
+};
+
+void BenchRgb8(XRows& rows, const std::string& path)
+{
+    const auto scene = OpenScene(path, 1);
+    if (!scene) return;
+    const tagTables tables;
+    XPlainRead<std::uint8_t> plain(path, GDT_Byte, 3);
+    std::vector<std::uint32_t> out(kPixels);
+    const auto loop = [&] { XfnPlainRgb8(plain.planes, tables.rows, kPixels, out.data()); };
+    MeasureWarm(rows, "draw.rgb8.1to1.warm", *scene, 1.0, 2.0, loop);
+    MeasureWarm(rows, "draw.rgb8.1to1.7.warm", *scene, 1.7, 0.0, loop);
+    MeasureWarm(rows, "draw.rgb8.1to3.warm", *scene, 3.0, 0.0, loop);
+    MeasureWarm(rows, "draw.rgb8.2to1.warm", *scene, 0.5, 0.0, loop);
+    scene->composite.SetAlpha(128);
+    MeasureWarm(rows, "draw.rgb8.1to1.alpha.warm", *scene, 1.0, 0.0, loop);
+    scene->composite.SetAlpha(255);
+    scene->composite.SetTransparentFlag(1);
+    scene->composite.SetTransparentApplyAsOne(1);
+    for (int ch = 0; ch < 3; ++ch)
+        scene->composite.SetTransparentValue(0.0, ch);
+    MeasureWarm(rows, "draw.rgb8.1to1.transparent.warm", *scene, 1.0, 0.0, loop);
+    scene->composite.SetTransparentFlag(0);
+    scene->composite.SetInterpolatePixel(1);
+    MeasureWarm(rows, "draw.rgb8.1to1.7.bilinear.warm", *scene, 1.7, 0.0, loop);
+    scene->composite.SetInterpolatePixel(0);
+    scene->buffer.SetRotationAngle(30.0);
+    MeasureWarm(rows, "draw.rgb8.turned.warm", *scene, 1.0, 0.0, loop);
+    scene->buffer.SetRotationAngle(0.0);
+
+    std::vector<double> ours, theirs;
+    for (int run = 0; run < kRuns; ++run) {
+        EmptyCaches();
+        theirs.push_back(TimeMs([&] {
+            plain.Read(run);
+            loop();
+        }));
+        EmptyCaches();
+        Place(*scene, 1.0, run);
+        ours.push_back(TimeMs([&] { Draw(*scene); }));
+    }
+    rows.Add("draw.rgb8.1to1.first", MedianOf(ours), MedianOf(theirs), 1.3);
+}
+
+void BenchRgb16(XRows& rows, const std::string& path)
+{
+    const auto scene = OpenScene(path, 1);
+    if (!scene) return;
+    const tagTables tables;
+    XPlainRead<std::uint16_t> plain(path, GDT_UInt16, 3);
+    std::vector<std::uint32_t> out(kPixels);
+    const auto loop = [&] { XfnPlainRgb16(plain.planes, tables.wideRows, kPixels, out.data()); };
+    MeasureWarm(rows, "draw.rgb16.1to1.warm", *scene, 1.0, 0.0, loop);
+    MeasureWarm(rows, "draw.rgb16.1to1.7.warm", *scene, 1.7, 0.0, loop);
+}
+
+void BenchFloat(XRows& rows, const std::string& path)
+{
+    const auto scene = OpenScene(path, 0);
+    if (!scene) return;
+    const tagTables tables;
+    XPlainRead<float> plain(path, GDT_Float32, 1);
+    std::vector<std::uint32_t> out(kPixels);
+    const float low = static_cast<float>(scene->composite.GetCutMin(0));
+    const float scale = 255.0f / (static_cast<float>(scene->composite.GetCutMax(0)) - low);
+    const auto loop = [&] {
+        XfnPlainGrayFloat(plain.planes[0], low, scale, tables.bytes[0], kPixels, out.data());
+    };
+    MeasureWarm(rows, "draw.float.1to1.warm", *scene, 1.0, 0.0, loop);
+    MeasureWarm(rows, "draw.float.1to1.7.warm", *scene, 1.7, 0.0, loop);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QGuiApplication app(argc, argv);
+    GDALAllRegister();
+    namespace fs = std::filesystem;
+    const QTemporaryDir own;
+    std::string paths[3];
+    if (argc > 1 && fs::is_directory(argv[1])) {
+        const char* names[] = {"S1_rgb8.tif", "S2_ms16.tif", "S3_f32.tif"};
+        for (int i = 0; i < 3; ++i)
+            paths[i] = (fs::path(argv[1]) / names[i]).string();
+    } else if (argc > 1) {
+        paths[0] = argv[1];
+    } else {
+        const std::string folder = own.path().toStdString();
+        for (int i = 0; i < 3; ++i)
+            paths[i] = folder + "/scene" + std::to_string(i) + ".tif";
+        WriteScene<std::uint8_t>(paths[0], GDT_Byte, 3, 1.0);
+        WriteScene<std::uint16_t>(paths[1], GDT_UInt16, 3, 16.0);
+        WriteScene<float>(paths[2], GDT_Float32, 1, 0.01);
+    }
+    XRows rows;
+    if (fs::exists(paths[0])) BenchRgb8(rows, paths[0]);
+    if (fs::exists(paths[1])) BenchRgb16(rows, paths[1]);
+    if (fs::exists(paths[2])) BenchFloat(rows, paths[2]);
+    return 0;
+}

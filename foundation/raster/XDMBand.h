@@ -1,0 +1,253 @@
+#pragma once
+
+#include "foundation/raster/XArr2.h"
+#include "foundation/raster/XBand.h"
+#include "foundation/raster/XBandAcquisition.h"
+#include "foundation/raster/XBandGeometry.h"
+#include "foundation/raster/XBandRadar.h"
+#include "foundation/raster/XRSGIS.h"
+#include "foundation/raster/XTileCache.h"
+#include "foundation/reference/XSpatialReference.h"
+
+#include <array>
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <unordered_map>
+#include <vector>
+
+class XRSFile;
+class XThread;
+
+/// The pixel of a raster of `size` that a level of `levelSize` shows at `position`: the one that
+/// holds the centre of the level's pixel.
+constexpr int XfnPickPixel(int position, int levelSize, int size)
+{
+    return static_cast<int>((2 * static_cast<std::int64_t>(position) + 1) * size /
+                            (2 * static_cast<std::int64_t>(levelSize)));
+}
+
+/// What a band shows; 8 and above are no images.
+enum XBandType : int {
+    kXBandUnknown = 0,
+    kXBandPanchromatic = 1,
+    kXBandMultispectral = 2,
+    kXBandHyperspectral = 3,
+    kXBandThermal = 4,
+    kXBandRadar = 5,
+    kXBandElevation = 6,
+    kXBandDerived = 7,
+    kXBandClassMap = 8,
+    kXBandMask = 9
+};
+
+/// A band that can be read: levels, tiles, geometry and everything that describes it.
+///
+/// Levels: level 0 is full resolution, each further one halves both sides, rounded up, until both
+/// are at most 256 pixels. A level is stored in the file (an overview) or virtual: read by taking
+/// every n-th pixel of the next finer stored level. Pixel (x, y) of level 0 lies in level l at
+/// ((x + 0.5) * levelWidth / width - 0.5), likewise y.
+///
+/// A derived class defines one operation, ReadTile; everything else here stands on tiles, which go
+/// through the cache of the process.
+///
+/// Threads: all reading operations may run in any number of threads at once. Setters belong to the
+/// thread that builds the band, before others see it. Lives as long as its XRSFile.
+/// Failure: reading answers 0 and throws nothing.
+class XAPI XDMBand : public XBand, public XBandAcquisition, public XBandRadar
+{
+    X_DECLARE_CLASS(XDMBand)
+public:
+    XDMBand();
+    ~XDMBand() override;
+
+    // ---- reading ----
+
+    /// One row of a level: `count` samples from column `start`, in pixels of that level.
+    /// @param block  a null pointer gets a new block, which the caller deletes; another is reused
+    /// @return 0 when the piece is not wholly inside or cannot be read; `block` is then undefined
+    virtual int ReadLineH(tagXArr2*& block, int level, int row, int start, int count);
+    virtual int ReadLineH(tagXArr2*& block, int level, int row);
+    /// One column of a level: `count` samples from row `start`; a block of width 1.
+    virtual int ReadLineV(tagXArr2*& block, int level, int column, int start, int count);
+    virtual int ReadLineV(tagXArr2*& block, int level, int column);
+    /// The pixel (x, y) at full resolution.
+    virtual int ReadPixel(tagXArr2*& block, int x, int y);
+    /// The pixel that covers a world point; 0 outside the band too.
+    int ReadPixelAtWorld(tagXArr2*& block, double worldX, double worldY);
+
+    /// The pixels x0..x1, y0..y1, both ends included and in full resolution pixels, as level `level`
+    /// shows them, in the band's data type. Level 0 gives every pixel, level l about every 2^l-th;
+    /// GetSubsetPos tells the size.
+    /// @param abort    polled once a tile; raised, the result is 0
+    /// @param message  when given, receives why it failed; empty after an abort
+    /// @return 0 when the window is empty, not wholly inside or too large for the memory, or cannot
+    ///         be read
+    virtual int ReadSubset(tagXArr2*& block, int level, int x0, int x1, int y0, int y1,
+                           const std::atomic<int>* abort, XString* message = nullptr);
+    /// The same as plain samples without gaps.
+    /// @param data  receives a block from XMemory::Alloc that the caller frees with XMemory::Free
+    virtual int ReadSubset(void*& data, int& width, int& height, int level, int x0, int x1, int y0,
+                           int y1, const std::atomic<int>* abort);
+
+    // ---- levels ----
+
+    int GetNumOfLevels() const { return static_cast<int>(m_levels.size()); } ///< at least 1
+    /// The number of reduced levels: GetNumOfLevels() - 1, the number of the coarsest.
+    virtual int GetLevel() const;
+    int IsVirtualLevel(int level) const;
+    /// 0 x 0 for a level that is none.
+    void GetLevelSize(int level, int& width, int& height) const;
+    void GetTileSize(int level, int& width, int& height) const;
+    /// The pixels of a level, both ends included, that the full resolution window x0..x1, y0..y1
+    /// has there; held inside the level.
+    virtual void GetSubsetPos(int level, int x0, int x1, int y0, int y1, int& levelX0, int& levelX1,
+                              int& levelY0, int& levelY1) const;
+    /// The tiles of a level, both ends included, that such a window touches.
+    virtual void GetSubsetInfo(int level, int x0, int x1, int y0, int y1, int& tileX0, int& tileX1,
+                               int& tileY0, int& tileY1) const;
+    /// The coarsest level at which the pixels x0..x1, y0..y1 still come to width x height samples.
+    virtual int GetHighestLevelForTarget(int x0, int x1, int y0, int y1, int width,
+                                         int height) const;
+    /// The same for a world quadrilateral: upper left, upper right, lower right, lower left.
+    virtual int GetHighestLevelForTarget(double ulX, double ulY, double urX, double urY, double lrX,
+                                         double lrY, double llX, double llY, int width,
+                                         int height) const;
+    /// Bytes of a processing strip of ten lines.
+    virtual std::int64_t CalcProcessWidthBytes() const;
+
+    // ---- tiles ----
+
+    /// A tile of a level, through the cache of the process; decoded in the calling thread when it is
+    /// not there. A tile that failed is not tried again for some seconds.
+    /// @param abort  may be null
+    /// @return null after an abort (`message` is empty), outside the level, or when reading failed
+    std::shared_ptr<const XTile> GetTile(int level, int tx, int ty, const std::atomic<int>* abort,
+                                         XString& message) const;
+    /// The tile when it is in the cache, else null; decodes nothing.
+    std::shared_ptr<const XTile> FindTile(int level, int tx, int ty) const;
+    /// Exact numbers from every pixel at full resolution, which replace the estimates.
+    /// @param thread  receives percents; may be null
+    /// @return 0 after an abort (`message` is empty) or when a part cannot be read; the numbers are
+    ///         then as they were
+    int CalcExactStatistics(const std::atomic<int>* abort, XThread* thread, XString& message);
+
+    // ---- geometry ----
+
+    XSpatialReference* GetSR() { return &m_sr; }
+    const XSpatialReference* GetSR() const { return &m_sr; }
+    double GetULX() const { return m_geometry.GetULX(); }
+    double GetULY() const { return m_geometry.GetULY(); }
+    double GetXPixelSize() const { return m_geometry.GetXPixelSize(); }
+    double GetYPixelSize() const { return m_geometry.GetYPixelSize(); }
+    void GetPixelSize(double& x, double& y) const;
+    /// Both make the band north-up; numbers that make no sense change nothing.
+    void SetUpperLeft(double x, double y);
+    void SetPixelSize(double x, double y);
+    const XBandGeometry& GetGeometry() const { return m_geometry; }
+    void SetGeometry(const XBandGeometry& geometry) { m_geometry = geometry; }
+    const XWarp2D& GetWorldToPixel() const { return m_geometry.GetWorldToPixel(); }
+    const XWarp2D& GetPixelToWorld() const { return m_geometry.GetPixelToWorld(); }
+    void ConvPixelToWorldCoord(double& x, double& y) const;
+    void ConvWorldToPixelCoord(double& x, double& y) const;
+    /// The pixel edges nearest to a world box, halves away from zero: a box that runs from pixel
+    /// (x0, y0) to pixel (x1 + 1, y1 + 1) gives x0, x1 + 1, y0, y1 + 1.
+    void ConvWorldToPixelRange(double left, double right, double bottom, double top, int& x0,
+                               int& x1, int& y0, int& y1) const;
+    void ConvPixelToWorldRange(int x0, int x1, int y0, int y1, double& left, double& right,
+                               double& bottom, double& top) const;
+    /// World extent between pixel centres.
+    void GetBoundRect(double& left, double& right, double& bottom, double& top) const;
+
+    // ---- description ----
+
+    XRSFile* GetXRSFile() const { return m_file; }
+    void SetXRSFile(XRSFile* file) { m_file = file; } ///< for XRSFile::AddBand
+    int GetBandType() const { return m_bandType; }    ///< XBandType, or a host's above 9
+    void SetBandType(int type) { m_bandType = type; }
+    /// 0 unknown, 1 grey, 2 colour table, 3 red, 4 green, 5 blue, 6 alpha.
+    int GetColorInterpretation() const { return m_colorInterpretation; }
+    void SetColorInterpretation(int role) { m_colorInterpretation = role; }
+    int IsNormalizedWorld() const { return m_normalizedWorld; }
+    void SetNormalizedWorld(int flag) { m_normalizedWorld = flag; }
+    int GetUseSensorModel() const { return m_useSensorModel; }
+    void SetUseSensorModel(int flag) { m_useSensorModel = flag; }
+
+    int GetNumOfGIS() const { return static_cast<int>(m_classes.size()); }
+    tagXRSGIS* GetGISAt(int index); ///< null outside the table
+    const tagXRSGIS* GetGISAt(int index) const;
+    /// Replaces the class table. With `isColorTable` its colours are those of pixel values.
+    void SetGISTable(std::vector<tagXRSGIS> classes, int isColorTable);
+    int HasColorTable() const { return m_hasColorTable; }
+    /// 256 words, red in the lowest byte, alpha on top, for the pixel values 0..255; values without
+    /// a class are transparent black. Null without a colour table. Made by SetGISTable; a change
+    /// through GetGISAt shows after UpdateColorTable.
+    const std::uint32_t* GetColorTable() const;
+    void UpdateColorTable();
+
+    /// Takes over all that describes `source`: name, null value, statistics, reference, geometry,
+    /// class table, attributes. Pixels, their layout, ID and owner stay.
+    virtual int CloneBand(const XDMBand* source);
+
+protected:
+    /// How one level is laid out.
+    struct tagLevel
+    {
+        int width = 0;
+        int height = 0;
+        int tileWidth = 0;
+        int tileHeight = 0;
+        int isVirtual = 0;
+    };
+    /// The sizes of all levels of a raster of this size: level 0 and its halves.
+    static std::vector<tagLevel> MakeLevels(int width, int height);
+    /// Sets data type, sizes and levels; the tile size of level 0 becomes the band's.
+    void SetLevels(int dataType, std::vector<tagLevel> levels);
+
+    /// Decodes one tile, without the cache. Any number of threads at once. tx and ty are inside.
+    /// @return null after an abort (`message` is empty) or a failure. Throws nothing but
+    ///         std::bad_alloc.
+    virtual std::shared_ptr<const XTile>
+    ReadTile(int level, int tx, int ty, const std::atomic<int>* abort, XString& message) const = 0;
+    /// A bounded part of the pixels for statistics: the coarsest level of at least a million pixels,
+    /// whole. @return 1 when it is every pixel
+    virtual int GatherSample(std::vector<std::shared_ptr<const XTile>>& tiles) const;
+
+    tagXBandStatistics CalcBandStatistics(const tagXBandStatistics* known) const override;
+
+    std::uint64_t GetOwnerID() const { return m_ownerID; }
+    int GatherLevel(int level, std::vector<std::shared_ptr<const XTile>>& tiles) const;
+    int ChooseSampleLevel() const;
+    /// Drops tiles and statistics after the pixels changed.
+    void DropPixels();
+
+private:
+    struct tagFailure
+    {
+        XString message;
+        std::int64_t timeMs;
+    };
+    int IsInside(int level, int tx, int ty) const;
+    int ReadLevelWindow(tagXArr2*& block, int level, int x0, int y0, int width, int height,
+                        const std::atomic<int>* abort, XString* message) const;
+    int FillLevelWindow(unsigned char* out, int level, int x0, int y0, int width, int height,
+                        const std::atomic<int>* abort, XString* message) const;
+    int FindFailure(const tagXTileKey& key, XString& message) const;
+    void NoteFailure(const tagXTileKey& key, const XString& message) const;
+
+    std::uint64_t m_ownerID;
+    std::vector<tagLevel> m_levels;
+    XRSFile* m_file = nullptr;
+    int m_bandType = kXBandUnknown;
+    int m_colorInterpretation = 0;
+    int m_normalizedWorld = 0;
+    int m_useSensorModel = 0;
+    XSpatialReference m_sr;
+    XBandGeometry m_geometry;
+    std::vector<tagXRSGIS> m_classes;
+    int m_hasColorTable = 0;
+    std::array<std::uint32_t, 256> m_colorTable{};
+
+    mutable std::mutex m_failureMutex;
+    mutable std::unordered_map<tagXTileKey, tagFailure> m_failures;
+};

@@ -1,0 +1,3 @@
+#include "foundation/raster/XDMBandBMP.h"
+
+X_IMPLEMENT_CLASS(XDMBandBMP, XDMBandGDAL)

@@ -1,0 +1,3 @@
+#include "foundation/raster/XDMBandDTED.h"
+
+X_IMPLEMENT_CLASS(XDMBandDTED, XDMBandGDAL)

@@ -1,0 +1,210 @@
+#include "foundation/raster/XDMBandGDAL.h"
+
+#include "foundation/raster/XGdalDescription.h"
+#include "foundation/raster/XGdalErrors.h"
+#include "foundation/raster/XGdalSource.h"
+#include "foundation/raster/XGdalTileReader.h"
+#include "foundation/raster/XRasterTypes.h"
+
+#include <gdal_priv.h>
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_set>
+
+X_IMPLEMENT_CLASS(XDMBandGDAL, XDMBand)
+
+namespace {
+
+constexpr std::int64_t kSampleBytes = std::int64_t(96) << 20; // decoded at most for an estimate
+constexpr std::int64_t kSamplePixels = 2000000;
+constexpr std::int64_t kFewestBlocks = 24;
+constexpr std::int64_t kMostBlocks = 512;
+constexpr std::int64_t kLongestBlockList = 1000000;
+
+int HoldsAllBands(GDALDataset* dataset)
+{
+    const char* order = dataset->GetMetadataItem("INTERLEAVE", "IMAGE_STRUCTURE");
+    return dataset->GetRasterCount() > 1 && order && EQUAL(order, "PIXEL");
+}
+
+std::int64_t CountBlocks(const tagXGdalLevel& level)
+{
+    const std::int64_t across = (level.sourceWidth - 1) / level.blockWidth + 1;
+    const std::int64_t down = (level.sourceHeight - 1) / level.blockHeight + 1;
+    return across * down;
+}
+
+} // namespace
+
+XDMBandGDAL::XDMBandGDAL(std::shared_ptr<XGdalSource> source, GDALDataset* dataset, int bandNumber,
+                         int useLevels, int useStatistics)
+    : m_source(std::move(source)), m_bandNumber(bandNumber), m_isInterleaved(HoldsAllBands(dataset))
+{
+    const XGdalErrors errors;
+    GDALRasterBand* band = dataset->GetRasterBand(bandNumber);
+    const int dataType = XfnFromGdalBand(band);
+    m_blockPixelBytes =
+        XfnGetDataTypeSize(dataType) * (m_isInterleaved ? dataset->GetRasterCount() : 1);
+    std::vector<std::pair<int, int>> halves;
+    for (const tagLevel& level : MakeLevels(band->GetXSize(), band->GetYSize()))
+        halves.emplace_back(level.width, level.height);
+    m_gdalLevels = XfnMakeGdalLevels(band, useLevels, m_blockPixelBytes, halves);
+    std::vector<tagLevel> levels;
+    for (const tagXGdalLevel& l : m_gdalLevels)
+        levels.push_back({l.width, l.height, l.tileWidth, l.tileHeight, l.isVirtual});
+    SetLevels(dataType, std::move(levels));
+    // strips are shared by the tiles beside each other, so few handles keep each block decoded once
+    if (m_gdalLevels.front().isStrip) m_source->LimitHandles(2);
+
+    XfnDescribeGdalBand(band, bandNumber, *this);
+    if (useStatistics) m_hasStored = XfnReadGdalStatistics(band, m_stored);
+    m_source->AddMember(GetOwnerID(), bandNumber);
+}
+
+XDMBandGDAL::~XDMBandGDAL()
+{
+    m_source->RemoveMember(GetOwnerID());
+}
+
+std::shared_ptr<const XTile> XDMBandGDAL::ReadTile(int level, int tx, int ty,
+                                                   const std::atomic<int>* abort,
+                                                   XString& message) const
+{
+    const tagXGdalLevel& l = m_gdalLevels[static_cast<std::size_t>(level)];
+    const bool isWholeRow = l.isStrip && l.isVirtual; // lines are read once for all of their tiles
+    const XGdalSource::Turn turn(*m_source, {level, l.isStrip ? -1 : tx, ty}, abort);
+    if (!turn.IsMine()) return nullptr;
+    if (auto tile = FindTile(level, tx, ty)) return tile; // made while this thread waited
+
+    XTileCache& cache = XTileCache::Get();
+    std::vector<XGdalSource::tagMember> members = m_source->NoteMiss(GetOwnerID());
+    if (!m_isInterleaved) members.resize(1);
+    std::erase_if(members, [&](const XGdalSource::tagMember& m) {
+        return m.owner != GetOwnerID() && cache.Find({m.owner, level, tx, ty});
+    });
+    const int firstTx = isWholeRow ? 0 : tx;
+    const int endTx = isWholeRow ? (l.width - 1) / l.tileWidth + 1 : tx + 1;
+    const int height = std::min(l.tileHeight, l.height - ty * l.tileHeight);
+    std::vector<tagXGdalTarget> targets;
+    for (const XGdalSource::tagMember& member : members) {
+        tagXGdalTarget target{member.bandNumber, {}};
+        for (int i = firstTx; i < endTx; ++i)
+            target.tiles.push_back(std::make_shared<XTile>(
+                GetDataType(), std::min(l.tileWidth, l.width - i * l.tileWidth), height));
+        targets.push_back(std::move(target));
+    }
+
+    const XGdalSource::Handle handle = m_source->Acquire(abort, message);
+    if (!handle) return nullptr;
+    if (!XfnReadGdalTiles(handle.Get(), l, GetDataType(), firstTx, ty, targets, abort, message)) {
+        if (!message.IsEmpty()) message = XfnFormat("\"%s\": %s", m_source->GetPath(), message);
+        return nullptr;
+    }
+    for (std::size_t m = 0; m < members.size(); ++m)
+        for (std::size_t i = 0; i < targets[m].tiles.size(); ++i)
+            cache.Insert({members[m].owner, level, firstTx + static_cast<int>(i), ty},
+                         targets[m].tiles[i]);
+    return targets.front().tiles[static_cast<std::size_t>(tx - firstTx)];
+}
+
+int XDMBandGDAL::ReadStoredStatistics(tagXBandStatistics& statistics) const
+{
+    if (m_hasStored) statistics = m_stored;
+    return m_hasStored;
+}
+
+int XDMBandGDAL::GatherSample(std::vector<std::shared_ptr<const XTile>>& tiles) const
+{
+    const int chosen = ChooseSampleLevel();
+    const tagXGdalLevel& level = m_gdalLevels[static_cast<std::size_t>(chosen)];
+    if (!level.isVirtual) return XDMBand::GatherSample(tiles);
+    // a level read by decimation decodes nearly every block it crosses, of strips one a line
+    std::int64_t blocks = CountBlocks(level);
+    if (level.isStrip) blocks = std::min<std::int64_t>(blocks, level.height);
+    const std::int64_t blockBytes =
+        static_cast<std::int64_t>(level.blockWidth) * level.blockHeight * m_blockPixelBytes;
+    if (blocks <= kSampleBytes / std::max<std::int64_t>(blockBytes, 1)) {
+        GatherLevel(chosen, tiles);
+        return 0;
+    }
+    return GatherBlocks(level, tiles);
+}
+
+int XDMBandGDAL::GatherBlocks(const tagXGdalLevel& level,
+                              std::vector<std::shared_ptr<const XTile>>& tiles) const
+{
+    XString message;
+    const XGdalSource::Handle handle = m_source->Acquire(nullptr, message);
+    if (!handle) return 0;
+    const XGdalErrors errors;
+    GDALRasterBand* band = XfnGetGdalLevelBand(handle.Get(), m_bandNumber, level.overview);
+    if (!band) return 0;
+    const std::int64_t across = (level.sourceWidth - 1) / level.blockWidth + 1;
+    const std::int64_t total = CountBlocks(level);
+    const std::int64_t blockPixels =
+        static_cast<std::int64_t>(level.blockWidth) * level.blockHeight;
+    const std::int64_t affordable =
+        std::max<std::int64_t>(kSampleBytes / (blockPixels * m_blockPixelBytes), 4);
+    const std::int64_t wanted =
+        std::min({std::clamp(kSamplePixels / blockPixels + 1, kFewestBlocks, kMostBlocks),
+                  affordable, total});
+
+    struct tagBlock
+    {
+        int x, y, width, height;
+    };
+    const auto blockAt = [&](std::int64_t index) {
+        const int x = static_cast<int>(index % across) * level.blockWidth;
+        const int y = static_cast<int>(index / across) * level.blockHeight;
+        return tagBlock{x, y, std::min(level.blockWidth, level.sourceWidth - x),
+                        std::min(level.blockHeight, level.sourceHeight - y)};
+    };
+    const auto coverage = [&](const tagBlock& b) {
+        return band->GetDataCoverageStatus(b.x, b.y, b.width, b.height, 0, nullptr);
+    };
+    // of a sparse file the blocks that exist are looked for, those that do not tell nothing
+    std::vector<std::int64_t> present;
+    if (total > wanted && total <= kLongestBlockList &&
+        (coverage({0, 0, level.sourceWidth, level.sourceHeight}) & GDAL_DATA_COVERAGE_STATUS_EMPTY))
+        for (std::int64_t i = 0; i < total; ++i)
+            if (coverage(blockAt(i)) & GDAL_DATA_COVERAGE_STATUS_DATA) present.push_back(i);
+    const std::int64_t choices =
+        present.empty() ? total : static_cast<std::int64_t>(present.size());
+
+    // Places from the plastic number's sequence spread evenly in both directions for any count (M.
+    // Roberts, "The unreasonable effectiveness of quasirandom sequences", 2018); a fixed step would
+    // walk along a diagonal. With nothing but no-data so far, the sequence goes on for a while.
+    std::unordered_set<std::int64_t> taken;
+    tagXMoments moments;
+    for (std::int64_t i = 1; i <= 16 * wanted && static_cast<std::int64_t>(taken.size()) < choices;
+         ++i) {
+        const std::int64_t got = static_cast<std::int64_t>(taken.size());
+        if (got >= wanted && (moments.count > 0 || got >= 4 * wanted)) break;
+        std::int64_t index = 0;
+        if (choices <= wanted) {
+            index = i - 1;
+            if (index >= choices) break;
+        } else {
+            const double u = std::fmod(0.5 + static_cast<double>(i) * 0.7548776662466927, 1.0);
+            const double v = std::fmod(0.5 + static_cast<double>(i) * 0.5698402909980532, 1.0);
+            const std::int64_t rows = (choices - 1) / across + 1;
+            index = static_cast<std::int64_t>(v * static_cast<double>(rows)) * across +
+                    static_cast<std::int64_t>(u * static_cast<double>(across));
+            if (index >= choices) continue;
+        }
+        if (!taken.insert(index).second) continue;
+        const tagBlock b =
+            blockAt(present.empty() ? index : present[static_cast<std::size_t>(index)]);
+        const auto tile = std::make_shared<XTile>(GetDataType(), b.width, b.height);
+        if (band->RasterIO(GF_Read, b.x, b.y, b.width, b.height, tile->GetFillData(), b.width,
+                           b.height, static_cast<GDALDataType>(XfnToGdalType(GetDataType())), 0, 0,
+                           nullptr) != CE_None)
+            continue;
+        XfnAddMoments(tile->GetData(),
+                      static_cast<std::size_t>(b.width) * static_cast<std::size_t>(b.height),
+                      GetDataType(), GetNullValue(), moments);
+        tiles.push_back(tile);
+    }
+    return static_cast<std::int64_t>(tiles.size()) == total && level.overview < 0;
+}

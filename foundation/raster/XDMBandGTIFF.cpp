@@ -1,0 +1,3 @@
+#include "foundation/raster/XDMBandGTIFF.h"
+
+X_IMPLEMENT_CLASS(XDMBandGTIFF, XDMBandGDAL)

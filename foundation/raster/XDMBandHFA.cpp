@@ -1,0 +1,3 @@
+#include "foundation/raster/XDMBandHFA.h"
+
+X_IMPLEMENT_CLASS(XDMBandHFA, XDMBandGDAL)

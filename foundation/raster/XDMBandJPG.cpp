@@ -1,0 +1,3 @@
+#include "foundation/raster/XDMBandJPG.h"
+
+X_IMPLEMENT_CLASS(XDMBandJPG, XDMBandGDAL)

@@ -1,0 +1,252 @@
+#include "foundation/raster/XDrawMapping.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+/// Rounded to a multiple of a power of two, where doubles hold such multiples exactly.
+double Snap(double value, double unit)
+{
+    return std::fabs(value) < 536870912.0 ? std::nearbyint(value / unit) * unit : value;
+}
+
+int AreFinite(std::initializer_list<double> values)
+{
+    return std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
+}
+
+int IsAffineSurface(const XBufferMapping& surface)
+{
+    const XWarp2D& there = surface.GetWarpCoeffWorldToPixel();
+    const XWarp2D& back = surface.GetWarpCoeffPixelToWorld();
+    return !(there.IsValid() && back.IsValid()) || (there.IsAffine() && back.IsAffine());
+}
+
+int IsPlainSurface(const XBufferMapping& surface)
+{
+    return surface.GetRotationAngle() == 0.0 && !(surface.GetWarpCoeffWorldToPixel().IsValid() &&
+                                                  surface.GetWarpCoeffPixelToWorld().IsValid());
+}
+
+} // namespace
+
+void XDrawMapping::Set(const XBufferMapping& surface, const XWarp2D& worldToBand,
+                       const XWarp2D& bandToWorld, int bandWidth, int bandHeight, int levelWidth,
+                       int levelHeight)
+{
+    m_kind = Kind::None;
+    m_bandStep = 0.0;
+    if (!worldToBand.IsValid() || bandWidth < 1 || bandHeight < 1) return;
+    m_surface = surface;
+    m_worldToBand = worldToBand;
+    m_scaleX = static_cast<double>(levelWidth) / bandWidth;
+    m_scaleY = static_cast<double>(levelHeight) / bandHeight;
+    m_middleX = surface.GetWidth() * 0.5;
+    m_middleY = surface.GetHeight() * 0.5;
+    if (!IsAffineSurface(surface) || !worldToBand.IsAffine()) {
+        if (!bandToWorld.IsValid()) return;
+        if (!XfnCalcWarpedBox(bandToWorld, -1.0, -1.0, bandWidth, bandHeight, m_worldBox)) return;
+        m_kind = Kind::General;
+        CalcBandStep();
+        return;
+    }
+
+    // the world's steps to the right and down the surface, a pixel each
+    double rightX = 0.0, rightY = 0.0, downX = 0.0, downY = 0.0;
+    double centreX = 0.0, centreY = 0.0;
+    surface.GetWorldToCenter(centreX, centreY);
+    if (IsPlainSurface(surface)) {
+        surface.GetWorldPerPixel(rightX, downY);
+        downY = -downY;
+    } else {
+        const double reach = 4096.0; // far points: the difference of near ones has few digits
+        rightX = m_middleX + reach, rightY = m_middleY;
+        downX = m_middleX, downY = m_middleY + reach;
+        surface.ConvPixelToWorldCoord(rightX, rightY);
+        surface.ConvPixelToWorldCoord(downX, downY);
+        rightX = (rightX - centreX) / reach, rightY = (rightY - centreY) / reach;
+        downX = (downX - centreX) / reach, downY = (downY - centreY) / reach;
+    }
+    double a[6];
+    worldToBand.GetAffine(a);
+    double x = centreX, y = centreY;
+    worldToBand.Warp(x, y);
+    m_originX = Snap((x + 0.5) * m_scaleX, 0x1p-24);
+    m_originY = Snap((y + 0.5) * m_scaleY, 0x1p-24);
+    m_stepXX = Snap((a[1] * rightX + a[2] * rightY) * m_scaleX, 0x1p-44);
+    m_stepXY = Snap((a[1] * downX + a[2] * downY) * m_scaleX, 0x1p-44);
+    m_stepYX = Snap((a[4] * rightX + a[5] * rightY) * m_scaleY, 0x1p-44);
+    m_stepYY = Snap((a[4] * downX + a[5] * downY) * m_scaleY, 0x1p-44);
+    if (!AreFinite({m_originX, m_originY, m_stepXX, m_stepXY, m_stepYX, m_stepYY})) return;
+
+    constexpr double kFlat = 1e-6; // pixels across the whole surface
+    const int isFlat = std::fabs(m_stepXY) * surface.GetHeight() < kFlat &&
+                       std::fabs(m_stepYX) * surface.GetWidth() < kFlat;
+    m_kind = isFlat ? Kind::Separable : Kind::Affine;
+    m_bandStep = std::min(std::hypot(m_stepXX / m_scaleX, m_stepYX / m_scaleY),
+                          std::hypot(m_stepXY / m_scaleX, m_stepYY / m_scaleY));
+}
+
+double XDrawMapping::GetColumnAt(int x) const
+{
+    return m_originX + m_stepXX * (x + 0.5 - m_middleX);
+}
+
+double XDrawMapping::GetRowAt(int y) const
+{
+    return m_originY + m_stepYY * (y + 0.5 - m_middleY);
+}
+
+void XDrawMapping::GetExact(double x, double y, double& levelX, double& levelY) const
+{
+    m_surface.ConvPixelToWorldCoord(x, y);
+    if (!(x >= m_worldBox[0] && x <= m_worldBox[1] && y >= m_worldBox[2] && y <= m_worldBox[3])) {
+        levelX = levelY = kNaN;
+        return;
+    }
+    m_worldToBand.Warp(x, y);
+    levelX = (x + 0.5) * m_scaleX;
+    levelY = (y + 0.5) * m_scaleY;
+}
+
+void XDrawMapping::GetPositions(int x, int y, int n, double* levelX, double* levelY) const
+{
+    if (m_kind == Kind::General) {
+        GetGeneral(x, y, n, levelX, levelY);
+        return;
+    }
+    const double down = y + 0.5 - m_middleY;
+    const double atX = m_originX + m_stepXY * down;
+    const double atY = m_originY + m_stepYY * down;
+    for (int i = 0; i < n; ++i) {
+        const double right = x + i + 0.5 - m_middleX;
+        levelX[i] = atX + m_stepXX * right;
+        levelY[i] = atY + m_stepYX * right;
+    }
+}
+
+/// Exact at every sixteenth pixel, straight between where the middle of the gap agrees.
+void XDrawMapping::GetGeneral(int x, int y, int n, double* levelX, double* levelY) const
+{
+    constexpr int kGap = 16;
+    constexpr double kAgree = 1.0 / 64.0;
+    const double atY = y + 0.5;
+    double fromX = 0.0, fromY = 0.0;
+    GetExact(x + 0.5, atY, fromX, fromY);
+    for (int begin = 0; begin < n; begin += kGap) {
+        double toX = 0.0, toY = 0.0, halfX = 0.0, halfY = 0.0;
+        GetExact(x + begin + kGap + 0.5, atY, toX, toY);
+        GetExact(x + begin + kGap / 2 + 0.5, atY, halfX, halfY);
+        const int end = std::min(begin + kGap, n);
+        const int isStraight = std::fabs((fromX + toX) * 0.5 - halfX) < kAgree &&
+                               std::fabs((fromY + toY) * 0.5 - halfY) < kAgree;
+        for (int i = begin; i < end; ++i) {
+            if (!isStraight) {
+                GetExact(x + i + 0.5, atY, levelX[i], levelY[i]);
+                continue;
+            }
+            const double part = (i - begin) * (1.0 / kGap);
+            levelX[i] = fromX + (toX - fromX) * part;
+            levelY[i] = fromY + (toY - fromY) * part;
+        }
+        fromX = toX;
+        fromY = toY;
+    }
+}
+
+/// The finest step at the middle and towards the corners of the surface.
+void XDrawMapping::CalcBandStep()
+{
+    double finest = 0.0;
+    for (const double partX : {0.1, 0.5, 0.9}) {
+        for (const double partY : {0.1, 0.5, 0.9}) {
+            const double x = 2.0 * m_middleX * partX;
+            const double y = 2.0 * m_middleY * partY;
+            double p[6];
+            GetExact(x, y, p[0], p[1]);
+            GetExact(x + 1.0, y, p[2], p[3]);
+            GetExact(x, y + 1.0, p[4], p[5]);
+            const double step =
+                std::min(std::hypot((p[2] - p[0]) / m_scaleX, (p[3] - p[1]) / m_scaleY),
+                         std::hypot((p[4] - p[0]) / m_scaleX, (p[5] - p[1]) / m_scaleY));
+            if (step > 0.0 && (finest == 0.0 || step < finest)) finest = step;
+        }
+    }
+    m_bandStep = finest;
+}
+
+int XfnCalcWarpedBox(const XWarp2D& warp, double x0, double y0, double x1, double y1,
+                     double (&box)[4])
+{
+    constexpr int kSteps = 32;
+    constexpr double kFar = std::numeric_limits<double>::infinity();
+    double found[4] = {kFar, -kFar, kFar, -kFar};
+    for (int i = 0; i <= kSteps; ++i) {
+        // the far end is taken as it is, not computed
+        const double alongX = i == kSteps ? x1 : x0 + (x1 - x0) * i / kSteps;
+        const double alongY = i == kSteps ? y1 : y0 + (y1 - y0) * i / kSteps;
+        const double border[4][2] = {{alongX, y0}, {alongX, y1}, {x0, alongY}, {x1, alongY}};
+        for (const auto& point : border) {
+            double x = point[0], y = point[1];
+            warp.Warp(x, y);
+            if (!std::isfinite(x) || !std::isfinite(y)) return 0;
+            found[0] = std::min(found[0], x);
+            found[1] = std::max(found[1], x);
+            found[2] = std::min(found[2], y);
+            found[3] = std::max(found[3], y);
+        }
+    }
+    std::copy(std::begin(found), std::end(found), std::begin(box));
+    return 1;
+}
+
+namespace {
+
+/// The point that a warp sends to (px, py), from a start near it. 0 when it is not found.
+int FindSource(const XWarp2D& warp, double px, double py, double reach, double& x, double& y)
+{
+    for (int step = 0; step < 40; ++step) {
+        double fx = x, fy = y, ax = x + reach, ay = y, bx = x, by = y + reach;
+        warp.Warp(fx, fy);
+        warp.Warp(ax, ay);
+        warp.Warp(bx, by);
+        const double offX = px - fx, offY = py - fy;
+        if (std::hypot(offX, offY) < 1e-7) return 1;
+        const double xx = (ax - fx) / reach, yx = (ay - fy) / reach;
+        const double xy = (bx - fx) / reach, yy = (by - fy) / reach;
+        const double det = xx * yy - xy * yx;
+        if (!std::isfinite(det) || det == 0.0) return 0;
+        x += (offX * yy - offY * xy) / det;
+        y += (xx * offY - yx * offX) / det;
+    }
+    return 0;
+}
+
+} // namespace
+
+XWarp2D XfnInvertWarp(const XWarp2D& worldToBand, const XWarp2D& guess, int width, int height)
+{
+    if (!worldToBand.IsValid() || worldToBand.IsAffine()) return worldToBand.InverseAffine();
+    XWarp2D inverse;
+    double fromX = 0.0, fromY = 0.0, toX = 1.0, toY = 0.0;
+    guess.Warp(fromX, fromY);
+    guess.Warp(toX, toY);
+    const double reach = 0.01 * std::hypot(toX - fromX, toY - fromY); // world length for slopes
+    if (!(reach > 0.0) || !std::isfinite(reach)) return inverse;
+    constexpr int kGrid = 9;
+    double px[kGrid * kGrid], py[kGrid * kGrid], wx[kGrid * kGrid], wy[kGrid * kGrid];
+    for (int k = 0; k < kGrid * kGrid; ++k) {
+        px[k] = (width - 1.0) * (k % kGrid) / (kGrid - 1);
+        py[k] = (height - 1.0) * (k / kGrid) / (kGrid - 1);
+        wx[k] = px[k], wy[k] = py[k];
+        guess.Warp(wx[k], wy[k]);
+        if (!FindSource(worldToBand, px[k], py[k], reach, wx[k], wy[k])) return inverse;
+    }
+    if (!inverse.Fit(px, py, wx, wy, kGrid * kGrid, 3))
+        inverse.Fit(px, py, wx, wy, kGrid * kGrid, 1);
+    return inverse;
+}

@@ -1,0 +1,212 @@
+#include "foundation/raster/XDrawKernels.h"
+
+#include "foundation/raster/XRasterTypes.h"
+
+#include <cmath>
+#include <limits>
+#include <type_traits>
+
+namespace {
+
+template <class R>
+inline std::uint16_t StateOf(R value, const tagXCut<R>& cut)
+{
+    R level = (value - cut.low) * cut.scale + cut.offset;
+    level = level > R(0) ? level : R(0); // in this order a NaN becomes 0
+    level = level < R(255) ? level : R(255);
+    const int hasData = (value == value) & (value != cut.null);
+    return static_cast<std::uint16_t>(static_cast<int>(level) | hasData << 8 |
+                                      (value == cut.transparent) << 9);
+}
+
+template <class R>
+const tagXCut<R>& CutOf(const tagXDrawCut& cut)
+{
+    if constexpr (std::is_same_v<R, float>)
+        return cut.single;
+    else
+        return cut.wide;
+}
+
+template <class T, class R, bool kIndexed>
+void RealRow(const void* src, const int* index, int n, const tagXDrawCut& cut,
+             std::uint16_t* __restrict states)
+{
+    const T* __restrict in = static_cast<const T*>(src);
+    const tagXCut<R> own = CutOf<R>(cut);
+    for (int i = 0; i < n; ++i)
+        states[i] = StateOf<R>(static_cast<R>(in[kIndexed ? index[i] : i]), own);
+}
+
+template <class T, class R, bool kIndexed>
+void ComplexRow(const void* src, const int* index, int n, const tagXDrawCut& cut,
+                std::uint16_t* __restrict states)
+{
+    const T* __restrict in = static_cast<const T*>(src);
+    const tagXCut<R> own = CutOf<R>(cut);
+    for (int i = 0; i < n; ++i) {
+        const std::size_t at = 2 * static_cast<std::size_t>(kIndexed ? index[i] : i);
+        const R re = static_cast<R>(in[at]);
+        const R im = static_cast<R>(in[at + 1]);
+        states[i] = StateOf<R>(std::sqrt(re * re + im * im), own);
+    }
+}
+
+template <class U, bool kIndexed>
+void TableRow(const void* src, const int* index, int n, const tagXDrawCut& cut,
+              std::uint16_t* __restrict states)
+{
+    const U* __restrict in = static_cast<const U*>(src);
+    const std::uint16_t* __restrict table = cut.table;
+    for (int i = 0; i < n; ++i)
+        states[i] = table[in[kIndexed ? index[i] : i]];
+}
+
+template <bool kIndexed>
+XDrawStateRow GetStateRow(int dataType)
+{
+    switch (dataType) {
+    case kXUInt8:
+    case kXInt8:
+        return TableRow<std::uint8_t, kIndexed>;
+    case kXUInt16:
+    case kXInt16:
+        return TableRow<std::uint16_t, kIndexed>;
+    case kXUInt32:
+        return RealRow<std::uint32_t, double, kIndexed>;
+    case kXInt32:
+        return RealRow<std::int32_t, double, kIndexed>;
+    case kXFloat:
+        return RealRow<float, float, kIndexed>;
+    case kXDouble:
+        return RealRow<double, double, kIndexed>;
+    case kXUInt8Complex:
+        return ComplexRow<std::uint8_t, float, kIndexed>;
+    case kXInt8Complex:
+        return ComplexRow<std::int8_t, float, kIndexed>;
+    case kXUInt16Complex:
+        return ComplexRow<std::uint16_t, float, kIndexed>;
+    case kXInt16Complex:
+        return ComplexRow<std::int16_t, float, kIndexed>;
+    case kXUInt32Complex:
+        return ComplexRow<std::uint32_t, double, kIndexed>;
+    case kXInt32Complex:
+        return ComplexRow<std::int32_t, double, kIndexed>;
+    case kXFloatComplex:
+        return ComplexRow<float, float, kIndexed>;
+    case kXDoubleComplex:
+        return ComplexRow<double, double, kIndexed>;
+    default:
+        return nullptr;
+    }
+}
+
+/// All bit patterns of T, in the order of the unsigned type of its size.
+template <class T>
+void FillTable(const tagXCut<double>& cut, std::uint16_t* __restrict table)
+{
+    constexpr int kCount = 1 << (8 * sizeof(T));
+    for (int i = 0; i < kCount; ++i)
+        table[i] = StateOf<double>(static_cast<double>(static_cast<T>(i)), cut);
+}
+
+template <class T, class R>
+void LoadRow(const void* src, int n, const tagXDrawCut& cut, void* reals)
+{
+    const T* __restrict in = static_cast<const T*>(src);
+    R* __restrict out = static_cast<R*>(reals);
+    const R null = CutOf<R>(cut).null;
+    constexpr R kNone = std::numeric_limits<R>::quiet_NaN();
+    for (int i = 0; i < n; ++i) {
+        const R value = static_cast<R>(in[i]);
+        out[i] = value == null ? kNone : value;
+    }
+}
+
+template <class T, class R>
+void LoadComplexRow(const void* src, int n, const tagXDrawCut& cut, void* reals)
+{
+    const T* __restrict in = static_cast<const T*>(src);
+    R* __restrict out = static_cast<R*>(reals);
+    const R null = CutOf<R>(cut).null;
+    constexpr R kNone = std::numeric_limits<R>::quiet_NaN();
+    for (int i = 0; i < n; ++i) {
+        const R re = static_cast<R>(in[2 * static_cast<std::size_t>(i)]);
+        const R im = static_cast<R>(in[2 * static_cast<std::size_t>(i) + 1]);
+        const R value = std::sqrt(re * re + im * im);
+        out[i] = value == null ? kNone : value;
+    }
+}
+
+} // namespace
+
+XDrawStateRow XfnGetStateRow(int dataType, int isIndexed)
+{
+    return isIndexed ? GetStateRow<true>(dataType) : GetStateRow<false>(dataType);
+}
+
+void XfnFillCutTable(int dataType, const tagXCut<double>& cut, std::uint16_t* table)
+{
+    switch (dataType) {
+    case kXUInt8:
+        FillTable<std::uint8_t>(cut, table);
+        break;
+    case kXInt8:
+        FillTable<std::int8_t>(cut, table);
+        break;
+    case kXUInt16:
+        FillTable<std::uint16_t>(cut, table);
+        break;
+    case kXInt16:
+        FillTable<std::int16_t>(cut, table);
+        break;
+    default:
+        break;
+    }
+}
+
+int XfnIsWideType(int dataType)
+{
+    const int part = XfnGetPartType(dataType);
+    return part == kXUInt32 || part == kXInt32 || part == kXDouble;
+}
+
+XDrawLoadRow XfnGetLoadRow(int dataType)
+{
+    switch (dataType) {
+    case kXUInt8:
+        return LoadRow<std::uint8_t, float>;
+    case kXInt8:
+        return LoadRow<std::int8_t, float>;
+    case kXUInt16:
+        return LoadRow<std::uint16_t, float>;
+    case kXInt16:
+        return LoadRow<std::int16_t, float>;
+    case kXUInt32:
+        return LoadRow<std::uint32_t, double>;
+    case kXInt32:
+        return LoadRow<std::int32_t, double>;
+    case kXFloat:
+        return LoadRow<float, float>;
+    case kXDouble:
+        return LoadRow<double, double>;
+    case kXUInt8Complex:
+        return LoadComplexRow<std::uint8_t, float>;
+    case kXInt8Complex:
+        return LoadComplexRow<std::int8_t, float>;
+    case kXUInt16Complex:
+        return LoadComplexRow<std::uint16_t, float>;
+    case kXInt16Complex:
+        return LoadComplexRow<std::int16_t, float>;
+    case kXUInt32Complex:
+        return LoadComplexRow<std::uint32_t, double>;
+    case kXInt32Complex:
+        return LoadComplexRow<std::int32_t, double>;
+    case kXFloatComplex:
+        return LoadComplexRow<float, float>;
+    case kXDoubleComplex:
+        return LoadComplexRow<double, double>;
+    default:
+        return nullptr;
+    }
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "foundation/base/XString.h"
+
+/// For the sources of this folder only. While it lives, what GDAL complains about in this thread is
+/// collected here and printed nowhere. Objects nest; the innermost one hears.
+class XGdalErrors
+{
+public:
+    XGdalErrors();
+    ~XGdalErrors();
+    XGdalErrors(const XGdalErrors&) = delete;
+    XGdalErrors& operator=(const XGdalErrors&) = delete;
+
+    /// The first failure's text as a sentence; empty when nothing failed.
+    XString GetSentence() const;
+    /// "\"path\": sentence", with `otherwise` when GDAL gave no text.
+    XString Describe(const XString& path, const char* otherwise) const;
+
+    void Note(const char* text); ///< for the handler
+
+private:
+    XString m_text;
+};
+
+/// Registers the drivers and sets the process up for reading images: once, from any thread.
+void XfnPrepareGdal();

@@ -1,0 +1,117 @@
+#pragma once
+
+#include "foundation/base/XObject.h"
+#include "foundation/base/XString.h"
+#include "foundation/raster/XDMBand.h"
+#include "foundation/raster/XGCPSets.h"
+
+#include <memory>
+#include <vector>
+
+class XDMVand;
+class XFile;
+
+/// A raster file: its bands, vector bands, control points and statistics.
+///
+/// Owns bands, vector bands and control point sets; the destructor destroys them, so a file must
+/// outlive every composite that shows one of its bands. Filled by XRSFileIO, or by hand for a file
+/// in memory, whose path is empty.
+/// Threads: the list belongs to the thread that builds it; the bands may be read from any thread.
+class XAPI XRSFile : public XObject
+{
+    X_DECLARE_CLASS(XRSFile)
+public:
+    XRSFile();
+    XRSFile(const XRSFile&) = delete;
+    XRSFile& operator=(const XRSFile&) = delete;
+    ~XRSFile() override;
+
+    XFile* GetFilePtr() const { return m_filePtr; }
+    /// With the attach flag set this object owns `file` and destroys it. The path follows the file.
+    void SetFile(XFile* file, int attachFlag);
+    int GetAttatchFlag() const { return m_attachFlag; }
+    void SetAttatchFlag(int flag) { m_attachFlag = flag; }
+
+    XString GetName() const { return m_name; }
+    void SetName(const XString& name) { m_name = name; }
+    XString GetFilePath() const; ///< empty for a file in memory
+    void SetFilePath(const XString& path) { m_path = path; }
+    XString GetFileName() const;  ///< last part of the path
+    XString GetFileTitle() const; ///< the name without its extension
+    const XString& GetDescription() const { return m_description; }
+    void SetDescription(const XString& text) { m_description = text; }
+    /// What the file is, in the words of the reader: "GeoTIFF"; empty in memory.
+    const XString& GetFormatName() const { return m_formatName; }
+    void SetFormatName(const XString& name) { m_formatName = name; }
+    int GetVersion() const { return m_version; }
+    void SetVersion(int version) { m_version = version; }
+    double GetThreshold1() const { return m_threshold1; }
+    void SetThreshold1(double value) { m_threshold1 = value; }
+    const XString& GetCryptoVaildationInfo() const { return m_cryptoInfo; }
+    void SetCryptoVaildationInfo(const XString& text) { m_cryptoInfo = text; }
+
+    int AddBand(XDMBand* band); ///< takes ownership; 0 for null or a band that is there already
+    XDMBand* GetBandAt(int index) const; ///< null outside the list
+    int GetNumOfBands() const { return static_cast<int>(m_bands.size()); }
+    int AddVand(XDMVand* vand);
+    XDMVand* GetVandAt(int index) const;
+    int GetNumOfVands() const { return static_cast<int>(m_vands.size()); }
+    int AddGCPSet(tagGCPSets* set);
+    tagGCPSets* GetGCPSetAt(int index) const;
+    int GetNumOfGCPSet() const { return static_cast<int>(m_gcpSets.size()); }
+
+    /// bands x bands values, row-major; null when not computed.
+    double* GetCorrelationMatrix()
+    {
+        return m_correlation.empty() ? nullptr : m_correlation.data();
+    }
+    double* GetCovarianceMatrix() { return m_covariance.empty() ? nullptr : m_covariance.data(); }
+    /// Copy GetNumOfBands() squared values; null drops the matrix.
+    void SetCorrelationMatrix(const double* values);
+    void SetCovarianceMatrix(const double* values);
+    /// 1 when there is a correlation matrix whose first element is not kXNotSet.
+    int HasValidStatistics() const;
+
+    /// Of the file as a whole. Without bands the reference is empty, sizes are 1 and the box 0.
+    XSpatialReference* GetSR();
+    double GetXPixelSize() const; ///< of the first band
+    double GetYPixelSize() const;
+    /// The union of the bands' extents between pixel centres.
+    void GetBoundRect(double& left, double& right, double& bottom, double& top) const;
+
+    /// The bands that the file's header names for red, green and blue, from 0.
+    /// @return 0 when it names none
+    int GetHeaderBands(int (&rgb)[3]) const;
+    void SetHeaderBands(const int (&rgb)[3]);
+
+    /// What was wrong with the file but did not keep it from opening, a sentence a line: a
+    /// georeference that makes no sense, for instance.
+    const XString& GetNotes() const { return m_notes; }
+    void AddNote(const XString& sentence);
+
+    /// Empties the file: everything owned is destroyed, the attributes are as in a new one.
+    void Clear();
+    /// Swaps everything with `other`; bands learn their new owner.
+    void Swap(XRSFile& other);
+
+private:
+    void AdoptAll();
+
+    XFile* m_filePtr = nullptr;
+    int m_attachFlag = 0;
+    XString m_name;
+    XString m_path;
+    XString m_description;
+    XString m_formatName;
+    int m_version = 0;
+    double m_threshold1 = kXNotSet;
+    XString m_cryptoInfo;
+    std::vector<std::unique_ptr<XDMBand>> m_bands;
+    std::vector<std::unique_ptr<XDMVand>> m_vands;
+    std::vector<std::unique_ptr<tagGCPSets>> m_gcpSets;
+    std::vector<double> m_correlation;
+    std::vector<double> m_covariance;
+    XSpatialReference m_noSR;
+    std::array<int, 3> m_headerBands{-1, -1, -1};
+    XString m_notes;
+};

@@ -1,0 +1,329 @@
+#include "foundation/raster/XRSFileIO.h"
+
+#include "foundation/base/XPath.h"
+#include "foundation/base/XSystem.h"
+#include "foundation/platform/XThread.h"
+#include "foundation/raster/XDMBandBMP.h"
+#include "foundation/raster/XDMBandDTED.h"
+#include "foundation/raster/XDMBandGTIFF.h"
+#include "foundation/raster/XDMBandHFA.h"
+#include "foundation/raster/XDMBandJPG.h"
+#include "foundation/raster/XGdalDescription.h"
+#include "foundation/raster/XGdalErrors.h"
+#include "foundation/raster/XGdalSource.h"
+#include "foundation/raster/XGdalTileReader.h"
+#include "foundation/raster/XRSFile.h"
+
+#include <gdal_priv.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <new>
+
+namespace {
+
+struct tagFormat
+{
+    int id;
+    const char* name;
+    const char* drivers[3]; // null for any reader
+};
+
+const tagFormat kFormats[] = {
+    {kXFormatBMP, "BMP", {"BMP", nullptr}},    {kXFormatJPG, "JPEG", {"JPEG", nullptr}},
+    {kXFormatTIF, "TIFF", {"GTiff", nullptr}}, {kXFormatIMG, "ERDAS IMAGINE", {"HFA", nullptr}},
+    {kXFormatDT0, "DTED", {"DTED", nullptr}},  {kXFormatDT1, "DTED", {"DTED", nullptr}},
+    {kXFormatDT2, "DTED", {"DTED", nullptr}},  {kXFormatOtherRaster, "", {nullptr}},
+};
+
+struct tagExtension
+{
+    const char* text;
+    int id;
+};
+
+const tagExtension kExtensions[] = {
+    {"XDM", kXFormatXDM}, {"PBI", kXFormatPBI},  {"PEI", kXFormatPBI}, {"BMP", kXFormatBMP},
+    {"JPG", kXFormatJPG}, {"JPEG", kXFormatJPG}, {"TIF", kXFormatTIF}, {"TIFF", kXFormatTIF},
+    {"IMG", kXFormatIMG}, {"DT0", kXFormatDT0},  {"DT1", kXFormatDT1}, {"DT2", kXFormatDT2},
+    {"XVC", kXFormatXVC}, {"DXF", kXFormatDXF},  {"SHP", kXFormatSHP}, {"DGN", kXFormatDGN},
+};
+
+/// What can be said about a path before any reader sees it; fifos and the like would block one.
+int CheckPath(const XString& path, XString& error)
+{
+    if (path.IsEmpty()) {
+        error = "There is no file name.";
+        return 0;
+    }
+    if (std::strncmp(path, "/vsi", 4) == 0) return 1;
+    struct stat status = {};
+    if (::stat(path, &status) != 0) {
+        const int code = errno;
+        XString name, text;
+        XfnGetErrorString(code, name, text);
+        error = code == ENOENT ? XfnFormat("\"%s\" does not exist.", path)
+                               : XfnFormat("\"%s\" cannot be opened: %s.", path, text);
+        return 0;
+    }
+    if (S_ISDIR(status.st_mode)) {
+        error = XfnFormat("\"%s\" is a folder, not a file.", path);
+        return 0;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        error = XfnFormat("\"%s\" is a device or a pipe, not a file.", path);
+        return 0;
+    }
+    if (status.st_size == 0) {
+        error = XfnFormat("\"%s\" is empty.", path);
+        return 0;
+    }
+    if (::faccessat(AT_FDCWD, path, R_OK, AT_EACCESS) != 0) {
+        error = XfnFormat("\"%s\" may not be read: permission denied.", path);
+        return 0;
+    }
+    return 1;
+}
+
+bool HoldsVectors(const XString& path)
+{
+    const XGdalErrors errors;
+    return GDALIdentifyDriverEx(path, GDAL_OF_VECTOR, nullptr, nullptr) != nullptr &&
+           GDALIdentifyDriverEx(path, GDAL_OF_RASTER, nullptr, nullptr) == nullptr;
+}
+
+std::unique_ptr<XDMBandGDAL> MakeBand(const std::shared_ptr<XGdalSource>& source,
+                                      GDALDataset* dataset, int number, int useLevels,
+                                      int useStatistics)
+{
+    const XString& driver = source->GetDriverName();
+    const auto make = [&]<class T>(const T*) -> std::unique_ptr<XDMBandGDAL> {
+        return std::make_unique<T>(source, dataset, number, useLevels, useStatistics);
+    };
+    if (driver == "GTiff" || driver == "COG")
+        return make(static_cast<const XDMBandGTIFF*>(nullptr));
+    if (driver == "BMP") return make(static_cast<const XDMBandBMP*>(nullptr));
+    if (driver == "JPEG") return make(static_cast<const XDMBandJPG*>(nullptr));
+    if (driver == "HFA") return make(static_cast<const XDMBandHFA*>(nullptr));
+    if (driver == "DTED") return make(static_cast<const XDMBandDTED*>(nullptr));
+    return make(static_cast<const XDMBandGDAL*>(nullptr));
+}
+
+/// What the bands show, as far as the file tells.
+void SetBandTypes(XRSFile& file, const XString& driver)
+{
+    int images = 0;
+    int hasWaveLengths = 1;
+    for (int i = 0; i < file.GetNumOfBands(); ++i) {
+        XDMBand* band = file.GetBandAt(i);
+        if (driver == "DTED")
+            band->SetBandType(kXBandElevation);
+        else if (band->GetNumOfGIS() > 0)
+            band->SetBandType(kXBandClassMap);
+        else if (band->GetColorInterpretation() == 6)
+            band->SetBandType(kXBandMask);
+        if (band->GetBandType() != kXBandUnknown) continue;
+        ++images;
+        hasWaveLengths &= band->GetWaveLength() != kXNotSet;
+    }
+    if (images < 3) return;
+    for (int i = 0; i < file.GetNumOfBands(); ++i)
+        if (file.GetBandAt(i)->GetBandType() == kXBandUnknown)
+            file.GetBandAt(i)->SetBandType(images > 32 && hasWaveLengths ? kXBandHyperspectral
+                                                                         : kXBandMultispectral);
+}
+
+int FillFile(XRSFile& file, const std::shared_ptr<XGdalSource>& source, GDALDataset* dataset,
+             int useLevels, int useStatistics, XThread* thread, XString& error)
+{
+    const XGdalErrors errors;
+    const int count = dataset->GetRasterCount();
+    if (count < 1) {
+        const int parts = CSLCount(dataset->GetMetadata("SUBDATASETS")) / 2;
+        error =
+            parts > 0
+                ? XfnFormat("\"%s\" holds no bands itself but %d images inside; open one of them.",
+                            source->GetPath(), parts)
+                : XfnFormat("\"%s\" holds no raster bands.", source->GetPath());
+        return 0;
+    }
+    XBandGeometry geometry;
+    XSpatialReference sr;
+    XString notes;
+    XfnReadGdalGeometry(dataset, geometry, sr, notes);
+    if (!notes.IsEmpty()) file.AddNote(XfnFormat("\"%s\": %s", source->GetPath(), notes));
+    for (int number = 1; number <= count; ++number) {
+        if (thread && thread->IsStopRequested()) {
+            error.Empty();
+            return 0;
+        }
+        if (XfnFromGdalBand(dataset->GetRasterBand(number)) == 0) {
+            error = XfnFormat("\"%s\": band %d has a data type that cannot be shown.",
+                              source->GetPath(), number);
+            return 0;
+        }
+        std::unique_ptr<XDMBandGDAL> band =
+            MakeBand(source, dataset, number, useLevels, useStatistics);
+        *band->GetSR() = sr;
+        band->SetGeometry(geometry);
+        file.AddBand(band.release());
+    }
+    if (dataset->GetGCPCount() > 0) {
+        auto set = std::make_unique<tagGCPSets>();
+        set->points = XfnReadGdalPoints(dataset, set->sr);
+        set->name = "GCP";
+        if (!set->points.empty()) file.AddGCPSet(set.release());
+    }
+    int rgb[3];
+    if (XfnReadGdalHeaderBands(dataset, rgb)) file.SetHeaderBands(rgb);
+    SetBandTypes(file, source->GetDriverName());
+    if (GDALDriver* driver = dataset->GetDriver())
+        if (const char* name = driver->GetMetadataItem(GDAL_DMD_LONGNAME)) file.SetFormatName(name);
+    file.SetFilePath(source->GetPath());
+    file.SetName(XfnGetFileTitle(source->GetPath()));
+    return 1;
+}
+
+int Load(XRSFile* file, const tagFormat& format, const XString& path, XString& error, int useLevels,
+         int useStatistics, XThread* thread)
+{
+    error.Empty();
+    if (!file) {
+        error = "There is no file to load into.";
+        return 0;
+    }
+    if (!CheckPath(path, error)) return 0;
+    if (thread && thread->IsStopRequested()) return 0;
+    try {
+        const bool isAny = format.drivers[0] == nullptr;
+        const auto source = XGdalSource::Open(path, isAny ? nullptr : format.drivers, error);
+        if (!source) {
+            if (HoldsVectors(path))
+                error = XfnFormat("\"%s\" holds vector data, not an image.", path);
+            else if (!isAny)
+                error = XfnFormat("\"%s\" is no readable %s file. (%s)", path, format.name, error);
+            return 0;
+        }
+        XRSFile made;
+        {
+            const XGdalSource::Handle handle = source->Acquire(nullptr, error);
+            if (!handle ||
+                !FillFile(made, source, handle.Get(), useLevels, useStatistics, thread, error))
+                return 0;
+        }
+        file->Swap(made);
+        return 1;
+    } catch (const std::bad_alloc&) {
+        error = XfnFormat("\"%s\": there is not enough memory to open it.", path);
+        return 0;
+    }
+}
+
+int FindInRegistry(const XString& extension)
+{
+    XfnPrepareGdal();
+    int id = kXFormatUnknown;
+    for (int i = 0; i < GetGDALDriverManager()->GetDriverCount(); ++i) {
+        GDALDriver* driver = GetGDALDriverManager()->GetDriver(i);
+        const char* list = driver->GetMetadataItem(GDAL_DMD_EXTENSIONS);
+        if (!list || !driver->GetMetadataItem(GDAL_DCAP_OPEN)) continue;
+        char** words = CSLTokenizeString2(list, " ", 0);
+        const bool isClaimed = CSLFindString(words, extension) >= 0; // in any case
+        CSLDestroy(words);
+        if (!isClaimed) continue;
+        if (driver->GetMetadataItem(GDAL_DCAP_RASTER)) return kXFormatOtherRaster;
+        if (driver->GetMetadataItem(GDAL_DCAP_VECTOR)) id = kXFormatOtherVector;
+    }
+    return id;
+}
+
+} // namespace
+
+int XRSFileIO::GetIDFromExt(const XString& extension)
+{
+    if (extension.IsEmpty()) return kXFormatUnknown;
+    for (const tagExtension& row : kExtensions)
+        if (extension.CompareNoCase(row.text) == 0) return row.id;
+    return FindInRegistry(extension);
+}
+
+int XRSFileIO::LoadFileRaster(XRSFile* file, int id, const XString& path, XString& error,
+                              int useLevels, int useStatistics, XThread* thread)
+{
+    for (const tagFormat& format : kFormats)
+        if (format.id == id)
+            return Load(file, format, path, error, useLevels, useStatistics, thread);
+    if (id == kXFormatXDM)
+        error =
+            XfnFormat("\"%s\": files of the native format XDM cannot be opened this way.", path);
+    else if (id == kXFormatPBI)
+        error = XfnFormat(
+            "\"%s\": the format PBI/PEI has no public description and cannot be read.", path);
+    else
+        error = XfnFormat("\"%s\": there is no raster format %d.", path, id);
+    return 0;
+}
+
+int XRSFileIO::LoadFileBMP(XRSFile* file, const XString& path, XString& error, int useLevels,
+                           int useStatistics, XThread* thread)
+{
+    return LoadFileRaster(file, kXFormatBMP, path, error, useLevels, useStatistics, thread);
+}
+
+int XRSFileIO::LoadFileJPG(XRSFile* file, const XString& path, XString& error, int useLevels,
+                           int useStatistics, XThread* thread)
+{
+    return LoadFileRaster(file, kXFormatJPG, path, error, useLevels, useStatistics, thread);
+}
+
+int XRSFileIO::LoadFileTIF(XRSFile* file, const XString& path, XString& error, int useLevels,
+                           int useStatistics, XThread* thread)
+{
+    return LoadFileRaster(file, kXFormatTIF, path, error, useLevels, useStatistics, thread);
+}
+
+int XRSFileIO::LoadFileDTED(XRSFile* file, const XString& path, XString& error, int useLevels,
+                            int useStatistics, XThread* thread)
+{
+    return LoadFileRaster(file, kXFormatDT0, path, error, useLevels, useStatistics, thread);
+}
+
+int XRSFileIO::LoadFileHFA(XRSFile* file, const XString& path, XString& error, int useLevels,
+                           int useStatistics, XThread* thread)
+{
+    return LoadFileRaster(file, kXFormatIMG, path, error, useLevels, useStatistics, thread);
+}
+
+int XRSFileIO::Open(const XString& path, XRSFile* file, XString& error, XThread* thread)
+{
+    if (!CheckPath(path, error)) return 0;
+    const int id = GetIDFromExt(XfnGetFileExt(path));
+    const bool isKnown = id > kXFormatPBI && id < kXFormatOtherRaster;
+    if (id == kXFormatXDM || id == kXFormatPBI)
+        return LoadFileRaster(file, id, path, error, 1, 1, thread);
+    if (isKnown && LoadFileRaster(file, id, path, error, 1, 1, thread)) return 1;
+    if (!file || (thread && thread->IsStopRequested())) return 0;
+    // an extension is a habit, not a promise: .img alone means three formats
+    XString byName = error;
+    if (LoadFileRaster(file, kXFormatOtherRaster, path, error, 1, 1, thread)) return 1;
+    if (isKnown && !byName.IsEmpty() && !HoldsVectors(path)) error = byName;
+    return 0;
+}
+
+int XfnIsValidXDMLevelData(XRSFile* file)
+{
+    if (!file || file->GetNumOfBands() < 1) return 0;
+    for (int i = 0; i < file->GetNumOfBands(); ++i) {
+        const XDMBand* band = file->GetBandAt(i);
+        int stored = 0;
+        for (int level = 1; level < band->GetNumOfLevels(); ++level)
+            stored |= !band->IsVirtualLevel(level);
+        if (!stored) return 0;
+    }
+    return 1;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "foundation/base/XApi.h"
+
+#include <cstddef>
+#include <memory>
+
+/// A decoded piece of one level of one band.
+///
+/// Row-major without gaps; a tile at the right or bottom edge holds only the pixels that exist.
+/// Whoever makes a tile fills it through GetFillData and then publishes it as
+/// std::shared_ptr<const XTile>; from then on it never changes, so any thread may read it.
+class XAPI XTile
+{
+public:
+    /// Samples of undefined value. Throws std::bad_alloc.
+    /// @param dataType  code of XRasterTypes.h
+    XTile(int dataType, int width, int height);
+    XTile(const XTile&) = delete;
+    XTile& operator=(const XTile&) = delete;
+
+    int GetWidth() const { return m_width; }
+    int GetHeight() const { return m_height; }
+    int GetDataType() const { return m_dataType; }
+    int GetSampleSize() const { return m_sampleSize; }
+    const void* GetData() const { return m_data.get(); }
+    std::size_t GetByteSize() const { return m_byteSize; }
+    std::size_t GetRowBytes() const { return static_cast<std::size_t>(m_width) * m_sampleSize; }
+    const unsigned char* GetRow(int y) const { return m_data.get() + GetRowBytes() * y; }
+
+    unsigned char* GetFillData() { return m_data.get(); }
+
+private:
+    int m_dataType;
+    int m_width;
+    int m_height;
+    int m_sampleSize;
+    std::size_t m_byteSize;
+    std::unique_ptr<unsigned char[]> m_data;
+};
