@@ -15,7 +15,7 @@ class Receiver : public XMessageWindow
 public:
     XLRESULT OnWindowMessage(unsigned, XWPARAM, XLPARAM) override { return ++g_word; }
 };
-}  // namespace
+} // namespace
 
 int main(int argc, char** argv)
 {

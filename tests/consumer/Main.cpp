@@ -12,7 +12,7 @@
 int main(int argc, char** argv)
 {
     QApplication app(argc, argv);
-    XRSFile file;  // outlives the view: composites only point at its bands
+    XRSFile file; // outlives the view: composites only point at its bands
     XString message;
     if (!XRSFileIO::Open(argc > 1 ? argv[1] : "", &file, message)) {
         std::fprintf(stderr, "%s\n", static_cast<const char*>(message));
@@ -20,12 +20,12 @@ int main(int argc, char** argv)
     }
     XTQSpaceView view;
     view.resize(800, 600);
-    view.show();  // creates the composite manager and the buffers
+    view.show(); // creates the composite manager and the buffers
 
     XDMCompManager* manager = view.GetXDMCompManager();
     XDMComposite* picture = manager->NewXDMComposite(1);
     for (int channel = 0; channel < 3; ++channel)
-        picture->SetBand(file.GetBandAt(2 - channel), channel);  // 0 is blue, 2 is red
+        picture->SetBand(file.GetBandAt(2 - channel), channel); // 0 is blue, 2 is red
     XfnDefaultStretch(picture);
     manager->AddXDMComposite(picture);
     manager->SetSR(file.GetSR());

@@ -4,7 +4,7 @@
 
 int main(int argc, char** argv)
 {
-    std::setlocale(LC_ALL, "");  // as a host does, so that a comma locale is really in force
+    std::setlocale(LC_ALL, ""); // as a host does, so that a comma locale is really in force
     ::testing::InitGoogleMock(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -8,6 +8,6 @@ int main(int argc, char** argv)
 {
     ::testing::InitGoogleMock(&argc, argv);
     QGuiApplication app(argc, argv);
-    std::setlocale(LC_NUMERIC, "");  // the toolkit resets it; a host may set it again
+    std::setlocale(LC_NUMERIC, ""); // the toolkit resets it; a host may set it again
     return RUN_ALL_TESTS();
 }
