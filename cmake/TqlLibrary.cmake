@@ -45,6 +45,8 @@ install(FILES ${PROJECT_BINARY_DIR}/tql_wndConfig.cmake
     DESTINATION ${package_dir} COMPONENT development)
 install(EXPORT tql_wndTargets NAMESPACE tql:: DESTINATION ${package_dir} COMPONENT development)
 
+# from the folder of the .pc file back to the prefix, however deep the library folder is
+file(RELATIVE_PATH tql_pc_to_prefix "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 configure_file(${PROJECT_SOURCE_DIR}/cmake/tql_wnd.pc.in ${PROJECT_BINARY_DIR}/tql_wnd.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/tql_wnd.pc
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
