@@ -46,14 +46,28 @@ bool IsDrawn(int style, int x, int y)
 }
 
 constexpr const char* kNames[Style::kPredefinedCount] = {
-    "None",  "Solid",          "Horizontal", "Vertical",   "Forward diagonal", "Backward diagonal",
-    "Cross", "Diagonal cross", "Dense 75 %", "Dense 50 %", "Dense 25 %",       "Dense 12 %",
-    "Dots",  "Checker",        "Brick",      "Wave",
+    "Solid",
+    "None",
+    "Horizontal",
+    "Vertical",
+    "Forward diagonal",
+    "Backward diagonal",
+    "Cross",
+    "Diagonal cross",
+    nullptr,
+    "Dense 75 %",
+    "Dense 50 %",
+    "Dense 25 %",
+    "Dense 12 %",
+    "Dots",
+    "Checker",
+    "Brick",
+    "Wave",
 };
 
 bool IsPredefined(int index)
 {
-    return index >= 0 && index < Style::kPredefinedCount;
+    return index >= 0 && index < Style::kPredefinedCount && kNames[index];
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "foundation/base/XApi.h"
 
 #include <cstdint>
+#include <cstring>
 
 /// How an area is filled: a pattern of 32 rows of 32 bits, then the style code.
 ///
@@ -12,20 +13,20 @@ struct XAPI tagXFillStyle
 {
     static constexpr int kPatternBytes = 128;
 
-    unsigned char pattern[kPatternBytes] = {};
-    std::int32_t style = 0;
+    unsigned char pattern[kPatternBytes];
+    std::int32_t style = kSolid;
 
     /// The predefined styles by index, and the code of a pattern of one's own.
     enum Predefined {
-        kNone,
         kSolid,
+        kNone, ///< no fill: nothing is drawn
         kHorizontal,
         kVertical,
         kForwardDiagonal,  ///< rises to the right
         kBackwardDiagonal, ///< falls to the right
         kCross,
         kDiagonalCross,
-        kDense75,
+        kDense75 = 9, ///< 8 is left out: editors mean "several styles" by it
         kDense50,
         kDense25,
         kDense12,
@@ -35,9 +36,9 @@ struct XAPI tagXFillStyle
         kWave,
         kCustom = 1024,
     };
-    static constexpr int kPredefinedCount = 16;
+    static constexpr int kPredefinedCount = 17; ///< one past the last index
 
-    tagXFillStyle() = default;
+    tagXFillStyle() { std::memset(pattern, 0xFF, sizeof pattern); } ///< solid
     explicit tagXFillStyle(int index) { SetStyle(index); }
 
     /// Sets the predefined style `index` and its pattern; an index that is not predefined gives
@@ -46,6 +47,7 @@ struct XAPI tagXFillStyle
     /// Copies 128 bytes; the style code becomes kCustom.
     void SetStyle(const unsigned char* newPattern);
     int GetStyle() const { return style; }
+    int IsNone() const { return style == kNone ? 1 : 0; }
     const unsigned char* GetPattern() const { return pattern; }
 
     /// 1 when the pattern draws the pixel; positions repeat every 32.

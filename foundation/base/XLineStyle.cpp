@@ -9,10 +9,10 @@ struct tagEntry
 };
 
 constexpr tagEntry kEntries[tagXLineStyle::kPredefinedCount] = {
-    {"Solid", 0xFFFF},        {"Rubber band", 0xF0F0}, {"Selection", 0xCCCC},
-    {"Dash", 0xFFF0},         {"Dot", 0x8888},         {"Dash dot", 0xFF18},
-    {"Dash dot dot", 0xFC92}, {"Long dash", 0xFFFC},   {"Long dash dot", 0xFFE4},
-    {"Sparse dot", 0x8080},
+    {"Solid", 0xFFFF},         {"Rubber band", 0xF0F0},  {"Selection", 0xCCCC},
+    {"Dash", 0xFFF0},          {"Dot", 0x8888},          {"None", 0x0000},
+    {"Dash dot", 0xFF18},      {"Dash dot dot", 0xFC92}, {"Long dash", 0xFFFC},
+    {"Long dash dot", 0xFFE4}, {"Sparse dot", 0x8080},
 };
 
 bool IsPredefined(int index)

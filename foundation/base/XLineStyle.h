@@ -21,13 +21,14 @@ struct XAPI tagXLineStyle
         kSelection,
         kDash,
         kDot,
+        kNone, ///< no line: nothing is drawn
         kDashDot,
         kDashDotDot,
         kLongDash,
         kLongDashDot,
         kSparseDot,
     };
-    static constexpr int kPredefinedCount = 10;
+    static constexpr int kPredefinedCount = 11;
 
     tagXLineStyle() = default;
     explicit tagXLineStyle(int index) { SetStyle(index); }
@@ -37,6 +38,7 @@ struct XAPI tagXLineStyle
     void SetStyle(int index);
     void SetStyle(unsigned short newPattern, int newStyle);
     int GetStyle() const { return style; }
+    int IsNone() const { return style == kNone ? 1 : 0; }
     unsigned short GetPattern() const { return pattern; }
 
     /// The English name of a predefined style for lists, null for any other index.

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
@@ -10,16 +11,26 @@
 
 namespace {
 
-XString ResolveLinks(const char* path)
-{
-    const std::unique_ptr<char, decltype(&std::free)> name(realpath(path, nullptr), &std::free);
-    return name ? name.get() : path;
-}
-
 /// The folder with the separator; empty for a name without one.
 XString GetFolder(const XString& path)
 {
     return path.Left(path.ReverseFind('/') + 1);
+}
+
+/// Where the path leads, also when nothing stands there yet. A ring of links stays a link.
+XString FollowLinks(XString path)
+{
+    constexpr int kMaxLinks = 40; // more than that the system itself does not follow
+    for (int i = 0; i < kMaxLinks; ++i) {
+        const std::unique_ptr<char, decltype(&std::free)> name(realpath(path, nullptr), &std::free);
+        if (name) return name.get();
+        char target[PATH_MAX];
+        const ssize_t length = readlink(path, target, sizeof target);
+        if (length <= 0 || length == sizeof target) break;
+        const XString next(target, static_cast<int>(length));
+        path = target[0] == '/' ? next : GetFolder(path) + next;
+    }
+    return path;
 }
 
 /// A name that no other file under way in this or another process has; the exclusive creation of
@@ -52,9 +63,9 @@ XSafeFile::~XSafeFile()
 int XSafeFile::Create(const char* path, XString& message)
 {
     Discard();
-    m_target = ResolveLinks(path ? path : "");
+    m_target = FollowLinks(path);
     struct stat old;
-    const bool isReplaced = stat(m_target, &old) == 0;
+    const bool isReplaced = lstat(m_target, &old) == 0; // a link that is left is none of ours
     if (isReplaced && !S_ISREG(old.st_mode)) {
         message = "This is not a file that can be replaced: " + m_target + ".";
         return 0;

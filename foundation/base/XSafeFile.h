@@ -6,7 +6,8 @@
 ///
 /// The bytes go to a new file beside the target; Commit hands them to the disk and renames it over
 /// the target. Without a Commit the destructor removes the new file. A target that is a link is
-/// followed; permissions of a file that is replaced are kept.
+/// followed and stays a link; when nothing stands where it points, the file is made there, and a
+/// ring of links is refused. Permissions of a file that is replaced are kept.
 ///
 ///     XSafeFile file;
 ///     if (!file.Create(path, message)) return 0;

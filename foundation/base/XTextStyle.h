@@ -5,13 +5,18 @@
 #include <cstdint>
 
 /// A font as stored with text objects; units and codes are those of the classic font record.
+///
+/// Texts are drawn with the face, weight, italic, underline and strike-out, and with the height
+/// where the text has none of its own. Everything else is carried along and drawn with nowhere:
+/// a text has an angle of its own, letters keep the width of the face, and which bytes make a
+/// letter is settled by the code page of the process.
 struct XAPI tagXFontRecord
 {
-    std::int32_t height = 0;
+    std::int32_t height = 0; ///< pixels: of a line when positive, of the letters when negative
     std::int32_t width = 0;
-    std::int32_t escapement = 0;  ///< tenths of a degree
-    std::int32_t orientation = 0; ///< tenths of a degree
-    std::int32_t weight = 400;    ///< 400 normal, 700 bold
+    std::int32_t escapement = 0;
+    std::int32_t orientation = 0;
+    std::int32_t weight = 400; ///< 400 normal, 700 bold
     std::uint8_t italic = 0;
     std::uint8_t underline = 0;
     std::uint8_t strikeOut = 0;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <type_traits>
 
 namespace {
@@ -62,7 +63,8 @@ inline void FillTerms(double u, double v, int terms, double* t)
 
 int XWarp2D::GetOrder() const
 {
-    return m_terms == 0 ? 0 : m_terms == kAffine ? 1 : m_terms == kThird ? 3 : 2;
+    const int terms = m_polynomial.terms;
+    return terms == 0 ? 0 : terms == kAffine ? 1 : terms == kThird ? 3 : 2;
 }
 
 void XWarp2D::SetAffine(double a0, double a1, double a2, double b0, double b1, double b2)
@@ -72,9 +74,33 @@ void XWarp2D::SetAffine(double a0, double a1, double a2, double b0, double b1, d
     for (const double value : coefficients) {
         if (!std::isfinite(value)) return;
     }
-    m_terms = kAffine;
-    std::copy_n(coefficients, 3, m_x);
-    std::copy_n(coefficients + 3, 3, m_y);
+    m_polynomial.terms = kAffine;
+    std::copy_n(coefficients, 3, m_polynomial.xCoeff.begin());
+    std::copy_n(coefficients + 3, 3, m_polynomial.yCoeff.begin());
+}
+
+int XWarp2D::SetPolynomial(const tagXWarpPolynomial& polynomial)
+{
+    const int terms = polynomial.terms;
+    if (terms != 0 && terms != kAffine && terms != kPseudoAffine && terms != kSecond &&
+        terms != kThird) {
+        return 0;
+    }
+    tagXWarpPolynomial taken;
+    if (terms > 0) {
+        taken = polynomial;
+        std::fill(taken.xCoeff.begin() + terms, taken.xCoeff.end(), 0.0);
+        std::fill(taken.yCoeff.begin() + terms, taken.yCoeff.end(), 0.0);
+    }
+    const auto isFinite = [](double value) { return std::isfinite(value); };
+    const double frame[] = {taken.centerX, taken.centerY, taken.scaleX, taken.scaleY};
+    if (!std::all_of(std::begin(frame), std::end(frame), isFinite) ||
+        !std::all_of(taken.xCoeff.begin(), taken.xCoeff.end(), isFinite) ||
+        !std::all_of(taken.yCoeff.begin(), taken.yCoeff.end(), isFinite)) {
+        return 0;
+    }
+    m_polynomial = taken;
+    return 1;
 }
 
 int XWarp2D::Fit(const double* srcX, const double* srcY, const double* dstX, const double* dstY,
@@ -103,21 +129,21 @@ int XWarp2D::FitTerms(const double* srcX, const double* srcY, const double* dstX
         !FindExtent(dstX, n, to[0]) || !FindExtent(dstY, n, to[1])) {
         return 0;
     }
-    XWarp2D fit;
-    fit.m_terms = terms;
-    fit.m_centerX = from[0].center;
-    fit.m_centerY = from[1].center;
-    fit.m_scaleX = 1.0 / from[0].half;
-    fit.m_scaleY = 1.0 / from[1].half;
+    tagXWarpPolynomial fit;
+    fit.terms = terms;
+    fit.centerX = from[0].center;
+    fit.centerY = from[1].center;
+    fit.scaleX = 1.0 / from[0].half;
+    fit.scaleY = 1.0 / from[1].half;
     // no extent at all: the points lie on a line
-    if (!std::isfinite(fit.m_scaleX) || !std::isfinite(fit.m_scaleY)) return 0;
+    if (!std::isfinite(fit.scaleX) || !std::isfinite(fit.scaleY)) return 0;
 
     Eigen::MatrixXd design(n, terms);
     Eigen::MatrixXd target(n, 2);
     for (int i = 0; i < n; ++i) {
-        double t[kMaxTerms];
-        FillTerms((srcX[i] - fit.m_centerX) * fit.m_scaleX,
-                  (srcY[i] - fit.m_centerY) * fit.m_scaleY, terms, t);
+        double t[tagXWarpPolynomial::kMaxTerms];
+        FillTerms((srcX[i] - fit.centerX) * fit.scaleX, (srcY[i] - fit.centerY) * fit.scaleY, terms,
+                  t);
         for (int j = 0; j < terms; ++j)
             design(i, j) = t[j];
         target(i, 0) = dstX[i] - to[0].center;
@@ -130,12 +156,12 @@ int XWarp2D::FitTerms(const double* srcX, const double* srcY, const double* dstX
     const Eigen::MatrixXd solution = qr.solve(target);
     if (!solution.allFinite()) return 0;
     for (int j = 0; j < terms; ++j) {
-        fit.m_x[j] = solution(j, 0);
-        fit.m_y[j] = solution(j, 1);
+        fit.xCoeff[j] = solution(j, 0);
+        fit.yCoeff[j] = solution(j, 1);
     }
-    fit.m_x[0] += to[0].center;
-    fit.m_y[0] += to[1].center;
-    *this = fit;
+    fit.xCoeff[0] += to[0].center;
+    fit.yCoeff[0] += to[1].center;
+    m_polynomial = fit;
     return 1;
 }
 
@@ -146,21 +172,22 @@ void XWarp2D::Warp(double& x, double& y) const
 
 void XWarp2D::WarpPoints(double* x, double* y, int n) const
 {
+    const tagXWarpPolynomial& p = m_polynomial;
     const auto run = [&](auto terms) {
         for (int i = 0; i < n; ++i) {
-            double t[kMaxTerms];
-            FillTerms((x[i] - m_centerX) * m_scaleX, (y[i] - m_centerY) * m_scaleY, terms(), t);
-            double newX = m_x[0];
-            double newY = m_y[0];
+            double t[tagXWarpPolynomial::kMaxTerms];
+            FillTerms((x[i] - p.centerX) * p.scaleX, (y[i] - p.centerY) * p.scaleY, terms(), t);
+            double newX = p.xCoeff[0];
+            double newY = p.yCoeff[0];
             for (int j = 1; j < terms(); ++j) {
-                newX += m_x[j] * t[j];
-                newY += m_y[j] * t[j];
+                newX += p.xCoeff[j] * t[j];
+                newY += p.yCoeff[j] * t[j];
             }
             x[i] = newX;
             y[i] = newY;
         }
     };
-    switch (m_terms) {
+    switch (p.terms) {
     case kAffine:
         run(std::integral_constant<int, kAffine>());
         break;
@@ -180,48 +207,49 @@ void XWarp2D::WarpPoints(double* x, double* y, int n) const
 
 int XWarp2D::IsIdentity() const
 {
-    if (m_terms == 0) return 1;
+    if (m_polynomial.terms == 0) return 1;
     XWarp2D identity;
     identity.SetAffine(0, 1, 0, 0, 0, 1);
-    return m_terms == kAffine && m_centerX == 0.0 && m_centerY == 0.0 && m_scaleX == 1.0 &&
-           m_scaleY == 1.0 && std::equal(m_x, m_x + kAffine, identity.m_x) &&
-           std::equal(m_y, m_y + kAffine, identity.m_y);
+    return m_polynomial == identity.m_polynomial;
 }
 
 void XWarp2D::GetAffine(double (&a)[6]) const
 {
     const double identity[6] = {0, 1, 0, 0, 0, 1};
     std::copy_n(identity, 6, a);
-    if (m_terms != kAffine) return;
-    a[1] = m_x[1] * m_scaleX;
-    a[2] = m_x[2] * m_scaleY;
-    a[0] = m_x[0] - a[1] * m_centerX - a[2] * m_centerY;
-    a[4] = m_y[1] * m_scaleX;
-    a[5] = m_y[2] * m_scaleY;
-    a[3] = m_y[0] - a[4] * m_centerX - a[5] * m_centerY;
+    const tagXWarpPolynomial& p = m_polynomial;
+    if (p.terms != kAffine) return;
+    a[1] = p.xCoeff[1] * p.scaleX;
+    a[2] = p.xCoeff[2] * p.scaleY;
+    a[0] = p.xCoeff[0] - a[1] * p.centerX - a[2] * p.centerY;
+    a[4] = p.yCoeff[1] * p.scaleX;
+    a[5] = p.yCoeff[2] * p.scaleY;
+    a[3] = p.yCoeff[0] - a[4] * p.centerX - a[5] * p.centerY;
 }
 
 XWarp2D XWarp2D::InverseAffine() const
 {
     XWarp2D inverse;
-    if (m_terms != kAffine) return inverse;
-    const double a1 = m_x[1] * m_scaleX;
-    const double a2 = m_x[2] * m_scaleY;
-    const double b1 = m_y[1] * m_scaleX;
-    const double b2 = m_y[2] * m_scaleY;
+    const tagXWarpPolynomial& p = m_polynomial;
+    if (p.terms != kAffine) return inverse;
+    const double a1 = p.xCoeff[1] * p.scaleX;
+    const double a2 = p.xCoeff[2] * p.scaleY;
+    const double b1 = p.yCoeff[1] * p.scaleX;
+    const double b2 = p.yCoeff[2] * p.scaleY;
     const double determinant = a1 * b2 - a2 * b1;
     // below this nothing but the rounding of the two products is left
     const double noise = 1e-14 * (std::fabs(a1 * b2) + std::fabs(a2 * b1));
     if (!(std::fabs(determinant) > noise) || !std::isfinite(determinant)) return inverse;
-    inverse.m_terms = kAffine;
+    tagXWarpPolynomial& to = inverse.m_polynomial;
+    to.terms = kAffine;
     // around the image of the centre, so that large offsets do not cancel
-    inverse.m_centerX = m_x[0];
-    inverse.m_centerY = m_y[0];
-    inverse.m_x[0] = m_centerX;
-    inverse.m_x[1] = b2 / determinant;
-    inverse.m_x[2] = -a2 / determinant;
-    inverse.m_y[0] = m_centerY;
-    inverse.m_y[1] = -b1 / determinant;
-    inverse.m_y[2] = a1 / determinant;
+    to.centerX = p.xCoeff[0];
+    to.centerY = p.yCoeff[0];
+    to.xCoeff[0] = p.centerX;
+    to.xCoeff[1] = b2 / determinant;
+    to.xCoeff[2] = -a2 / determinant;
+    to.yCoeff[0] = p.centerY;
+    to.yCoeff[1] = -b1 / determinant;
+    to.yCoeff[2] = a1 / determinant;
     return inverse;
 }

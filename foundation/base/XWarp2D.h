@@ -2,6 +2,28 @@
 
 #include "foundation/base/XApi.h"
 
+#include <array>
+
+/// The numbers of an XWarp2D, for storing it exactly.
+///
+/// With u = (x - centerX) * scaleX and v = (y - centerY) * scaleY, x' is the sum of xCoeff[i] times
+/// term i over the first `terms` of 1, u, v, uv, uu, vv, uuu, uuv, uvv, vvv, and y' likewise with
+/// yCoeff. Terms 3 is affine, 4 pseudo affine, 6 and 10 are orders 2 and 3; 0 is not valid.
+struct tagXWarpPolynomial
+{
+    static constexpr int kMaxTerms = 10;
+
+    int terms = 0;
+    double centerX = 0.0;
+    double centerY = 0.0;
+    double scaleX = 1.0;
+    double scaleY = 1.0;
+    std::array<double, kMaxTerms> xCoeff{}; ///< 0 from `terms` on
+    std::array<double, kMaxTerms> yCoeff{};
+
+    bool operator==(const tagXWarpPolynomial&) const = default;
+};
+
 /// A polynomial map of the plane, (x, y) to (x', y'), in whatever units its points have.
 ///
 /// x' and y' are polynomials of order 1 (affine, 3 terms), 2 (6 terms) or 3 (10 terms), or the
@@ -19,14 +41,21 @@ public:
     /// Not valid; leaves points as they are.
     XWarp2D() = default;
 
-    int IsValid() const { return m_terms > 0; }
+    int IsValid() const { return m_polynomial.terms > 0; }
     /// 1, 2 or 3; 2 for the pseudo affine form, 0 when not valid.
     int GetOrder() const;
-    int GetNumOfTerms() const { return m_terms; }
+    int GetNumOfTerms() const { return m_polynomial.terms; }
 
     /// x' = a0 + a1 x + a2 y, y' = b0 + b1 x + b2 y, exactly so. A coefficient that is not finite
     /// makes the warp not valid.
     void SetAffine(double a0, double a1, double a2, double b0, double b1, double b2);
+
+    /// The numbers of the warp; SetPolynomial makes the same warp of them, to the last bit.
+    const tagXWarpPolynomial& GetPolynomial() const { return m_polynomial; }
+    /// Coefficients beyond the terms are not looked at.
+    /// @return 0 when the number of terms is none of 0, 3, 4, 6, 10 or a number is not finite; the
+    ///         warp is then as it was
+    int SetPolynomial(const tagXWarpPolynomial& polynomial);
 
     /// The best map of `n` points in the sense of least squares.
     /// @return 0 when the order is not 1..3, there are fewer points than terms, a coordinate is not
@@ -45,7 +74,7 @@ public:
     void WarpPoints(double* x, double* y, int n) const;
 
     int IsIdentity() const; ///< 1 when every point stays exactly; so also when not valid
-    int IsAffine() const { return m_terms == 3; }
+    int IsAffine() const { return m_polynomial.terms == 3; }
     /// a0, a1, a2, b0, b1, b2 of an affine warp as in SetAffine; the identity when it is not valid
     /// or not affine.
     void GetAffine(double (&a)[6]) const;
@@ -54,18 +83,8 @@ public:
     XWarp2D InverseAffine() const;
 
 private:
-    static constexpr int kMaxTerms = 10;
-
     int FitTerms(const double* srcX, const double* srcY, const double* dstX, const double* dstY,
                  int n, int terms);
 
-    int m_terms = 0;
-    // u = (x - m_centerX) * m_scaleX, likewise v; then the sum of coefficient times term in the
-    // order 1 u v uv uu vv uuu uuv uvv vvv
-    double m_centerX = 0.0;
-    double m_centerY = 0.0;
-    double m_scaleX = 1.0;
-    double m_scaleY = 1.0;
-    double m_x[kMaxTerms] = {};
-    double m_y[kMaxTerms] = {};
+    tagXWarpPolynomial m_polynomial;
 };

@@ -152,7 +152,13 @@ int XThread::IsValid() const
 
 int XThread::Wait(unsigned timeoutMs)
 {
-    return IsValid() && m_ended.Wait(timeoutMs) ? 1 : 0;
+    if (!IsValid()) return 0;
+    // this thread delivers the worker's sends, so a worker within one would never end
+    const bool mustRelease = timeoutMs != 0 && XMessageHub::Get().IsUiThread();
+    if (mustRelease) m_worker.Release();
+    const int hasEnded = m_ended.Wait(timeoutMs);
+    if (mustRelease && !hasEnded) m_worker.Lift();
+    return hasEnded;
 }
 
 int XThread::GetStatus() const

@@ -36,7 +36,7 @@ using XThreadFunction = std::function<unsigned(void* parameter)>;
 /// Stopping and suspending are cooperative: Terminate raises the stop flag, which the work polls
 /// with IsStopRequested, and a suspended worker halts in its next callback.
 ///
-/// Threads: Create, Resume, Suspend, Terminate and the destructor belong to the owner's thread and
+/// Threads: Create, Resume, Suspend, Terminate, Wait and the destructor belong to the owner's thread and
 /// never to the worker itself; the callbacks may run on any thread; the accessors may be read from
 /// any thread. The destructor stops and joins; sends of the worker to the UI thread fail from then
 /// on, so the join cannot lock up, and reports not yet delivered are withdrawn. An exception that
@@ -74,8 +74,11 @@ public:
     /// The stop flag as a word that raster code polls; it lives as long as this object.
     std::atomic<int>* GetStopFlag() { return &m_stop; }
 
-    int IsValid() const;                      ///< a thread was created, running or not
-    int Wait(unsigned timeoutMs = kXForever); ///< non-zero once the function has returned
+    int IsValid() const; ///< a thread was created, running or not
+    /// Waits for the function to return; a time-out of 0 only looks. While the UI thread waits,
+    /// sends of the worker fail at once; after a time-out they are delivered again.
+    /// @return non-zero once the function has returned
+    int Wait(unsigned timeoutMs = kXForever);
     void* GetOwner() const { return m_owner; }
     XHWND GetWindow() const { return m_window; }
     int GetStatus() const;

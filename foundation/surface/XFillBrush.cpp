@@ -13,7 +13,7 @@ QBrush XfnGetFillBrush(const tagXFillStyle& style, tagXColor foreColour, tagXCol
 {
     const QColor fore = XfnToQColor(foreColour);
     const QColor back = XfnToQColor(backColour);
-    if (style.GetStyle() == tagXFillStyle::kNone) return QBrush();
+    if (style.IsNone()) return QBrush();
     if (style.GetStyle() == tagXFillStyle::kSolid) {
         return fore.alpha() ? QBrush(fore) : QBrush();
     }

@@ -37,6 +37,7 @@ QList<qreal> XfnGetDashLengths(const tagXLineStyle& style, qreal& offset)
 
 QPen XPen::ToQPen() const
 {
+    if (style.IsNone()) return QPen(Qt::NoPen);
     QPen pen{QColor::fromRgb(XfnToQRgb(colour))};
     pen.setWidthF(widthPx > 1.0 ? std::min(widthPx, kMaxWidth) : 1.0);
     pen.setCapStyle(Qt::SquareCap); // with a flat one a line would lack its last pixel

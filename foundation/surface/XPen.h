@@ -5,7 +5,8 @@
 
 #include <QPen>
 
-/// How a line is drawn on a device context: dash pattern, width in pixels, colour. Always opaque.
+/// How a line is drawn on a device context: dash pattern, width in pixels, colour. Always opaque;
+/// with the line style kNone nothing is drawn.
 struct XAPI XPen
 {
     tagXLineStyle style;

@@ -59,7 +59,7 @@ void XVertBuffer::AddPolygon(const tagXVector3* vertices, std::size_t count,
 
 void XVertBuffer::AddText(const tagXVertText& text)
 {
-    if (m_growing) m_growing->AddText(text);
+    if (m_growing) m_growing->AddText(text, m_fontSizeFlag != 0);
 }
 
 void XVertBuffer::AddImage(const QImage& image, const tagXVector3& upperLeft,
@@ -75,6 +75,5 @@ int XVertBuffer::Draw(XBackBuffer* buffer, const std::atomic<int>* abort) const
     if (IsEmpty()) return 1;
     XVertReplay replay(*m_recording, buffer->GetMapping(), buffer->GetImage());
     replay.SetSmooth(m_isSmooth != 0);
-    replay.SetTextInPixels(m_fontSizeFlag != 0);
     return replay.Run(abort) ? 1 : 0;
 }

@@ -54,7 +54,7 @@ public:
     /// A code that the owner keeps here.
     void SetType(int type) { m_type = type; }
     int GetType() const { return m_type; }
-    /// Non-zero: heights of texts are pixels.
+    /// Non-zero: the heights of texts added from now on are pixels.
     void SetFontSizeFlag(int flag) { m_fontSizeFlag = flag; }
     int GetFontSizeFlag() const { return m_fontSizeFlag; }
     /// Non-zero: edges are smoothed. Off at first; never use it for exclusive-or overlays.

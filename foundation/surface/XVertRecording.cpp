@@ -47,12 +47,12 @@ bool IsSamePoint(const tagXVertPoint& a, const tagXVertPoint& b)
 
 bool IsVisible(const tagXVertLine& line)
 {
-    return XfnGetAlpha(line.colour) != 0 && std::isfinite(line.thick);
+    return !line.style.IsNone() && XfnGetAlpha(line.colour) != 0 && std::isfinite(line.thick);
 }
 
 bool IsVisible(const tagXVertFill& fill)
 {
-    if (fill.style.GetStyle() == tagXFillStyle::kNone) return false;
+    if (fill.style.IsNone()) return false;
     const bool hasBack = fill.style.GetStyle() != tagXFillStyle::kSolid;
     return XfnGetAlpha(fill.foreColour) != 0 || (hasBack && XfnGetAlpha(fill.backColour) != 0);
 }
@@ -137,13 +137,13 @@ void XVertRecording::AddPolygon(const tagXVector3* vertices, const std::size_t* 
     command.extraCount = static_cast<std::uint32_t>(m_rings.size() - firstRing);
 }
 
-void XVertRecording::AddText(const tagXVertText& text)
+void XVertRecording::AddText(const tagXVertText& text, bool isHeightInPixels)
 {
     if (!IsDrawable(text.position) || !std::isfinite(text.angleDeg)) return;
     if (!(text.height > 0.0) || !std::isfinite(text.height) || text.text.IsEmpty()) return;
     PushCommand(XKind::Text, m_vertices.size() / 2, 0).extra =
         static_cast<std::uint32_t>(m_texts.size());
-    m_texts.push_back(text);
+    m_texts.push_back({text, isHeightInPixels});
 }
 
 void XVertRecording::AddImage(const QImage& image, const tagXVector3& upperLeft,

@@ -36,6 +36,11 @@ public:
         QImage image;
         double opacity;
     };
+    struct tagText
+    {
+        tagXVertText text;
+        bool isHeightInPixels;
+    };
     static constexpr std::uint32_t kNoStyle = 0xFFFFFFFFu;
 
     void AddPoint(const tagXVector3& at, const tagXVertPoint& point);
@@ -43,7 +48,7 @@ public:
     void AddPolygon(const tagXVector3* vertices, const std::size_t* ringSizes,
                     std::size_t ringCount, const tagXVertLine* line, const tagXVertFill* fill,
                     bool isWinding);
-    void AddText(const tagXVertText& text);
+    void AddText(const tagXVertText& text, bool isHeightInPixels);
     void AddImage(const QImage& image, const tagXVector3& upperLeft, const tagXVector3& upperRight,
                   const tagXVector3& lowerLeft, double opacity);
 
@@ -53,7 +58,7 @@ public:
     const tagXVertLine& GetLine(std::uint32_t index) const { return m_lines[index]; }
     const tagXVertFill& GetFill(std::uint32_t index) const { return m_fills[index]; }
     const tagXVertPoint& GetPoint(std::uint32_t index) const { return m_points[index]; }
-    const tagXVertText& GetText(std::uint32_t index) const { return m_texts[index]; }
+    const tagText& GetText(std::uint32_t index) const { return m_texts[index]; }
     const tagImage& GetImage(std::uint32_t index) const { return m_images[index]; }
 
 private:
@@ -66,6 +71,6 @@ private:
     std::vector<tagXVertLine> m_lines;
     std::vector<tagXVertFill> m_fills;
     std::vector<tagXVertPoint> m_points;
-    std::vector<tagXVertText> m_texts;
+    std::vector<tagText> m_texts;
     std::vector<tagImage> m_images;
 };

@@ -288,13 +288,14 @@ void XVertReplay::DrawSmallTriangle(const QPoint& centre, int sizePx)
     }
 }
 
-void XVertReplay::DrawText(const tagXVertText& text)
+void XVertReplay::DrawText(const XVertRecording::tagText& record)
 {
+    const tagXVertText& text = record.text;
     const double position[2] = {text.position.x, text.position.y};
     const QPointF at = ToPixel(position);
     double unused = 0.0;
     double height = text.height;
-    if (!m_isTextInPixels) m_mapping.ConvWorldToPixelLength(unused, height);
+    if (!record.isHeightInPixels) m_mapping.ConvWorldToPixelLength(unused, height);
     if (!IsFinite(at) || !(height >= kMinTextPx) || height > kMaxSizePx) return;
     // no letter is wider than twice the line is high
     const double reach = height * 2.0 * (text.text.GetLength() + 1.0);

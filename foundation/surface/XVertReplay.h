@@ -15,7 +15,6 @@ public:
     XVertReplay(const XVertRecording& recording, const XBufferMapping& mapping, QImage& target);
 
     void SetSmooth(bool isSmooth);
-    void SetTextInPixels(bool isInPixels) { m_isTextInPixels = isInPixels; }
 
     /// @return false when the abort word rose
     bool Run(const std::atomic<int>* abort);
@@ -35,14 +34,13 @@ private:
     void DrawPoints(const tagCommand& command);
     void DrawMark(int shape, const QPoint& centre, int sizePx);
     void DrawSmallTriangle(const QPoint& centre, int sizePx);
-    void DrawText(const tagXVertText& text);
+    void DrawText(const XVertRecording::tagText& record);
     void DrawImage(const tagCommand& command);
 
     const XVertRecording& m_recording;
     const XBufferMapping& m_mapping;
     QPainter m_painter;
     bool m_isSmooth = false;
-    bool m_isTextInPixels = false;
 
     // the line and fill set up last
     std::uint32_t m_lineIndex = XVertRecording::kNoStyle;

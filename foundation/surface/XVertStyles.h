@@ -11,7 +11,8 @@
 // What recorded primitives look like. The top byte of every colour is its opacity; 0 leaves that
 // part of the primitive out.
 
-/// A line. The thickness is a world length; a negative one is pixels, 0 is one pixel.
+/// A line. The thickness is a world length; a negative one is pixels, 0 is one pixel. The style
+/// kNone draws nothing.
 struct tagXVertLine
 {
     tagXColor colour = kXOpaque;
@@ -20,6 +21,7 @@ struct tagXVertLine
 };
 
 /// An area: the set bits of the fill pattern in the fore colour, the others in the back colour.
+/// The style kNone draws nothing.
 struct tagXVertFill
 {
     tagXFillStyle style{};
@@ -38,7 +40,7 @@ struct tagXVertPoint
 };
 
 /// A text. Line ends break it; the height is that of one line, a world length, or pixels where the
-/// vertex buffer's font size flag is set.
+/// vertex buffer's font size flag is set when it is added.
 struct tagXVertText
 {
     tagXVector3 position{};

@@ -2,6 +2,17 @@
 
 #include <algorithm>
 
+void tagXVectorRange::Get(double& toMinX, double& toMinY, double& toMinZ, double& toMaxX,
+                          double& toMaxY, double& toMaxZ) const
+{
+    toMinX = minX;
+    toMinY = minY;
+    toMinZ = minZ;
+    toMaxX = maxX;
+    toMaxY = maxY;
+    toMaxZ = maxZ;
+}
+
 void tagXVectorRange::Add(double x, double y, double z)
 {
     if (!XfnIsSet(x) || !XfnIsSet(y) || !XfnIsSet(z)) return;

@@ -11,6 +11,8 @@ struct XAPI tagXVectorRange
     double maxX = kXNoData, maxY = kXNoData, maxZ = kXNoData;
 
     int IsEmpty() const { return !(minX <= maxX && minY <= maxY && minZ <= maxZ); }
+    void Get(double& toMinX, double& toMinY, double& toMinZ, double& toMaxX, double& toMaxY,
+             double& toMaxZ) const;
     void Clear() { *this = tagXVectorRange(); }
 
     /// Widens to hold a point; one with a coordinate that is not set or not finite is left out.

@@ -1,41 +1,33 @@
 #pragma once
 
-#include "foundation/base/XObList.h"
-#include "foundation/vector/XvcLayer.h"
-#include "foundation/vector/XvcObj.h"
+#include "foundation/vector/XVectorRange.h"
 
-/// For the sources of this folder only: the objects below a list, through lists inside it.
+class XObList;
+class XVertBuffer;
+class XWarp2D;
+class XvcObj;
+struct tagXDrawAttrs;
+struct tagXHitFlag;
+struct tagXVector3;
 
-/// Hands every object to `visit(XvcObj&)`, the rearmost first.
-template <class Visit>
-void XfnVisitObjects(XObList& list, const Visit& visit)
-{
-    for (__POSITION* position = list.GetHeadPosition(); position;) {
-        XObject* element = list.GetNext(position);
-        if (auto* object = dynamic_cast<XvcObj*>(element)) {
-            visit(*object);
-        } else if (auto* inner = dynamic_cast<XObList*>(element)) {
-            XfnVisitObjects(*inner, visit);
-        }
-    }
-}
+/// For the sources of this folder only: what bases and layers do with their elements.
+///
+/// Bases, layers and plain lists are told by their exact class names ("XvcBase", "XvcLayer",
+/// "XObList"); anything else in a list is an object, and what is no object either is passed over.
+/// Plain lists are walked into, however deep. A base or layer answers for itself, since it keeps a
+/// range, may be hidden or not to be hit, and so on.
 
-/// Asks `test(XvcObj&)` of every object, the frontmost first, until one answers an object.
-template <class Test>
-XvcObj* XfnFindObject(XObList& list, const Test& test)
-{
-    for (__POSITION* position = list.GetTailPosition(); position;) {
-        XObject* element = list.GetPrev(position);
-        XvcObj* found = nullptr;
-        if (auto* object = dynamic_cast<XvcObj*>(element)) {
-            found = test(*object);
-        } else if (auto* inner = dynamic_cast<XObList*>(element)) {
-            found = XfnFindObject(*inner, test);
-        }
-        if (found) return found;
-    }
-    return nullptr;
-}
+/// Calculates the range of every element, hidden ones too.
+/// @return the union
+tagXVectorRange XfnCalcElementRanges(XObList& list);
 
-/// Destroys the objects below a list and the lists inside it, and empties it.
+/// Records every element that is not hidden, the rearmost first.
+void XfnRecordElements(XObList& list, XVertBuffer* buffer, const XWarp2D* warp,
+                       const tagXDrawAttrs* attrs);
+
+/// The frontmost object hit among the elements that are not hidden.
+XvcObj* XfnHitTestElements(XObList& list, const tagXVector3& point, double toleranceX,
+                           double toleranceY, tagXHitFlag& hitFlag);
+
+/// Destroys the elements, with those of plain lists among them, and empties the list.
 void XfnDestroyElements(XObList& list);

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "foundation/base/XObList.h"
 #include "foundation/vector/XHitFlag.h"
 #include "foundation/vector/XVectorRange.h"
+#include "foundation/vector/XvcChildList.h"
 
 class XVertBuffer;
 class XWarp2D;
@@ -14,10 +14,14 @@ struct tagXVector3;
 
 /// A list of layers, the last drawn in front.
 ///
-/// The base owns its layers: the destructor destroys them with their objects. Taking a layer out
-/// (RemoveAt, RemoveAll) never destroys it and hands it to the caller. The symbol table is lent.
+/// Layers that are added learn their parent base. The base owns its layers: the destructor
+/// destroys them with their objects. Taking a layer out (RemoveAt, RemoveAll and the like) only
+/// unlinks it: it is neither destroyed nor read, so that it may be gone already, and its parent base
+/// stays. The symbol table is lent.
+/// Plain lists (class XObList), further bases and objects may stand among the layers or in plain
+/// lists; they count as the layers do in ranges, recordings and hits, and the base owns them too.
 /// Threads: no lock.
-class XAPI XvcBase : public XObList
+class XAPI XvcBase : public XvcChildList<XvcLayer>
 {
     X_DECLARE_CLASS(XvcBase)
 public:
@@ -25,10 +29,6 @@ public:
     ~XvcBase() override;
     XvcBase(const XvcBase&) = delete;
     XvcBase& operator=(const XvcBase&) = delete;
-
-    __POSITION* AddTail(XvcLayer* layer); ///< the layer learns its parent base
-    void RemoveAt(__POSITION* position);
-    void RemoveAll();
 
     const XString& GetName() const { return m_name; }
     void SetName(const XString& name) { m_name = name; }
@@ -40,17 +40,24 @@ public:
     XvcSymbolTable* GetSymbolTable() const { return m_symbolTable; }
     void SetSymbolTable(XvcSymbolTable* table) { m_symbolTable = table; }
 
-    void CalcRange(); ///< of every layer and the union
+    void CalcRange(); ///< of every element, hidden ones too, and the union
     /// The union of the last CalcRange; an empty one has minima at 1.7e308 and maxima at -1.7e308.
+    const tagXVectorRange& GetRange() const { return m_range; }
     void GetRange(double& minX, double& minY, double& minZ, double& maxX, double& maxY,
                   double& maxZ) const;
     /// Mean of minimum and maximum on each axis; 0 on all when the range is empty.
     void GetCenter(double& x, double& y, double& z) const;
 
+    /// A hidden base and hidden elements record nothing.
     void CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp, const tagXDrawAttrs* attrs);
 
     /// The frontmost object hit, null in a hidden base.
     XvcObj* HitTest(const tagXVector3& point, double tolerance, tagXHitFlag& hitFlag);
+    XvcObj* HitTest(const tagXVector3& point, double toleranceX, double toleranceY,
+                    tagXHitFlag& hitFlag);
+
+protected:
+    void Adopt(XvcLayer& layer) override;
 
 private:
     XString m_name;

@@ -5,79 +5,16 @@
 
 X_IMPLEMENT_CLASS(XvcLayer, XObList)
 
-void XfnDestroyElements(XObList& list)
-{
-    for (__POSITION* position = list.GetHeadPosition(); position;) {
-        XObject* element = list.GetNext(position);
-        // a layer or base destroys what it owns by itself; a plain list owns nothing
-        if (XfnIsExactly(element, "XObList")) XfnDestroyElements(static_cast<XObList&>(*element));
-        delete element;
-    }
-    list.RemoveAll();
-}
-
-XvcLayer::XvcLayer() : XObList(10) {}
+XvcLayer::XvcLayer() = default;
 
 XvcLayer::~XvcLayer()
 {
-    if (m_attachFlag) {
-        XfnDestroyElements(*this);
-    } else {
-        RemoveAll();
-    }
+    if (m_attachFlag) DestroyAll();
 }
 
-__POSITION* XvcLayer::AddHead(XvcObj* object)
+void XvcLayer::Adopt(XvcObj& object)
 {
-    if (!object) return nullptr;
-    __POSITION* position = XObList::AddHead(object);
-    object->SetParentLayer(this);
-    return position;
-}
-
-__POSITION* XvcLayer::AddTail(XvcObj* object)
-{
-    if (!object) return nullptr;
-    __POSITION* position = XObList::AddTail(object);
-    object->SetParentLayer(this);
-    return position;
-}
-
-__POSITION* XvcLayer::InsertBefore(__POSITION* position, XvcObj* object)
-{
-    if (!object) return nullptr;
-    __POSITION* inserted = XObList::InsertBefore(position, object);
-    object->SetParentLayer(this);
-    return inserted;
-}
-
-__POSITION* XvcLayer::InsertAfter(__POSITION* position, XvcObj* object)
-{
-    if (!object) return nullptr;
-    __POSITION* inserted = XObList::InsertAfter(position, object);
-    object->SetParentLayer(this);
-    return inserted;
-}
-
-void XvcLayer::SetAt(__POSITION* position, XvcObj* object)
-{
-    if (!object) return;
-    // the former object is not asked for anything: callers replace objects they destroyed already
-    XObList::SetAt(position, object);
-    object->SetParentLayer(this);
-}
-
-void XvcLayer::RemoveAt(__POSITION* position)
-{
-    auto* object = dynamic_cast<XvcObj*>(GetAt(position));
-    XObList::RemoveAt(position);
-    if (object) object->SetParentLayer(nullptr);
-}
-
-void XvcLayer::RemoveAll()
-{
-    XfnVisitObjects(*this, [](XvcObj& object) { object.SetParentLayer(nullptr); });
-    XObList::RemoveAll();
+    object.SetParentLayer(this);
 }
 
 void XvcLayer::DestroyAll()
@@ -87,22 +24,13 @@ void XvcLayer::DestroyAll()
 
 void XvcLayer::CalcRange()
 {
-    m_range.Clear();
-    XfnVisitObjects(*this, [this](XvcObj& object) {
-        object.CalcRange();
-        m_range.Add(object.GetRange());
-    });
+    m_range = XfnCalcElementRanges(*this);
 }
 
 void XvcLayer::GetRange(double& minX, double& minY, double& minZ, double& maxX, double& maxY,
                         double& maxZ) const
 {
-    minX = m_range.minX;
-    minY = m_range.minY;
-    minZ = m_range.minZ;
-    maxX = m_range.maxX;
-    maxY = m_range.maxY;
-    maxZ = m_range.maxZ;
+    m_range.Get(minX, minY, minZ, maxX, maxY, maxZ);
 }
 
 void XvcLayer::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
@@ -113,9 +41,7 @@ void XvcLayer::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
     const int formerFontSizeFlag = buffer->GetFontSizeFlag();
     if (m_vertBufferType >= 0) buffer->SetType(m_vertBufferType);
     if (m_vertBufferFontSizeFlag >= 0) buffer->SetFontSizeFlag(m_vertBufferFontSizeFlag);
-    XfnVisitObjects(*this, [&](XvcObj& object) {
-        if (!object.IsHidden()) object.CreateVertexBuffer(buffer, warp, attrs);
-    });
+    XfnRecordElements(*this, buffer, warp, attrs);
     buffer->SetType(formerType);
     buffer->SetFontSizeFlag(formerFontSizeFlag);
 }
@@ -129,8 +55,5 @@ XvcObj* XvcLayer::HitTest(const tagXVector3& point, double toleranceX, double to
                           tagXHitFlag& hitFlag)
 {
     if (m_hideFlag || !m_hitTestable) return nullptr;
-    return XfnFindObject(*this, [&](XvcObj& object) -> XvcObj* {
-        if (object.IsHidden()) return nullptr;
-        return object.HitTest(point, toleranceX, toleranceY, hitFlag);
-    });
+    return XfnHitTestElements(*this, point, toleranceX, toleranceY, hitFlag);
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "foundation/base/XObList.h"
 #include "foundation/vector/XHitFlag.h"
 #include "foundation/vector/XVectorRange.h"
+#include "foundation/vector/XvcChildList.h"
 #include "foundation/vector/XvcObj.h"
 
 class XvcBase;
@@ -10,11 +10,14 @@ class XvcBase;
 /// A list of vector objects in z-order: the head is rearmost, the tail is drawn last.
 ///
 /// Objects that are added learn their parent layer. While the attach flag is set (as it is at
-/// first) the layer owns its objects: the destructor destroys them. Taking an object out
-/// (RemoveAt, RemoveAll) never destroys it and hands it to the caller.
-/// Elements that are lists themselves (class XObList) are walked into.
+/// first) the layer owns its objects: the destructor destroys them; without the flag it drops its
+/// nodes only. Taking an object out (RemoveAt, RemoveAll and the like) or replacing it (SetAt) only
+/// unlinks it: it is neither destroyed nor read, so that it may be gone already or lie in another
+/// layer by then. An object that was taken out therefore keeps its parent layer until it is added
+/// elsewhere.
+/// Plain lists (class XObList) among the objects are walked into, further layers and bases too.
 /// Threads: no lock.
-class XAPI XvcLayer : public XObList
+class XAPI XvcLayer : public XvcChildList<XvcObj>
 {
     X_DECLARE_CLASS(XvcLayer)
 public:
@@ -23,15 +26,7 @@ public:
     XvcLayer(const XvcLayer&) = delete;
     XvcLayer& operator=(const XvcLayer&) = delete;
 
-    __POSITION* AddHead(XvcObj* object);
-    __POSITION* AddTail(XvcObj* object);
-    __POSITION* InsertBefore(__POSITION* position, XvcObj* object);
-    __POSITION* InsertAfter(__POSITION* position, XvcObj* object);
-    void SetAt(__POSITION* position,
-               XvcObj* object);          ///< the object that stood there is not destroyed
-    void RemoveAt(__POSITION* position); ///< the object's parent layer becomes null
-    void RemoveAll();                    ///< likewise for all
-    void DestroyAll();                   ///< empties the layer and destroys its objects
+    void DestroyAll(); ///< empties the layer and destroys its objects
 
     const XString& GetName() const { return m_name; }
     void SetName(const XString& name) { m_name = name; }
@@ -56,7 +51,7 @@ public:
     int GetVertBufferFontSizeFlag() const { return m_vertBufferFontSizeFlag; }
     void SetVertBufferFontSizeFlag(int flag) { m_vertBufferFontSizeFlag = flag; }
 
-    void CalcRange(); ///< of every object, hidden ones too, and the union
+    void CalcRange(); ///< of every element, hidden ones too, and the union
     const tagXVectorRange& GetRange() const { return m_range; }
     void GetRange(double& minX, double& minY, double& minZ, double& maxX, double& maxY,
                   double& maxZ) const;
@@ -68,6 +63,9 @@ public:
     XvcObj* HitTest(const tagXVector3& point, double tolerance, tagXHitFlag& hitFlag);
     XvcObj* HitTest(const tagXVector3& point, double toleranceX, double toleranceY,
                     tagXHitFlag& hitFlag);
+
+protected:
+    void Adopt(XvcObj& object) override;
 
 private:
     XString m_name;

@@ -104,12 +104,7 @@ XvcObj::~XvcObj() = default;
 void XvcObj::GetRange(double& minX, double& minY, double& minZ, double& maxX, double& maxY,
                       double& maxZ) const
 {
-    minX = m_range.minX;
-    minY = m_range.minY;
-    minZ = m_range.minZ;
-    maxX = m_range.maxX;
-    maxY = m_range.maxY;
-    maxZ = m_range.maxZ;
+    m_range.Get(minX, minY, minZ, maxX, maxY, maxZ);
 }
 
 XString XvcObj::GetReserved(int index) const

@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
-#include <vector>
 
 X_IMPLEMENT_CLASS(XvcPoint, XvcObj)
 
@@ -40,16 +39,9 @@ tagXDrawAttrs Resolve(const XvcObj& object, const tagXDrawAttrs* attrs)
     tagXDrawAttrs used = attrs ? *attrs : tagXDrawAttrs();
     if (!used.lineColor) used.lineColor = object.GetLineColor();
     if (!used.foreColor) used.foreColor = object.GetForeColor();
-    if (!used.backColor) used.backColor = object.GetBackColor();
     if (!used.lineStyle) used.lineStyle = object.GetLineStyle();
-    if (!used.fillStyle) used.fillStyle = object.GetFillStyle();
     if (!used.thick) used.thick = object.GetThick();
     return used;
-}
-
-bool IsArea(int shape)
-{
-    return shape == kXPointCircle || shape == kXPointSquare || shape == kXPointTriangle;
 }
 
 int ShapeToDraw(int type)
@@ -135,50 +127,12 @@ void XvcPoint::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
         }
         if (!IsUsable(at.x) || !IsUsable(at.y) || !IsUsable(size)) return;
     }
-    const int shape = ShapeToDraw(m_type);
-    const int fill = used.fillStyle->GetStyle();
-    const bool isPattern = fill != tagXFillStyle::kNone && fill != tagXFillStyle::kSolid;
-    if (IsArea(shape) && isPattern && size > 0.0) {
-        AddPatternMark(*buffer, at, size, used);
-        return;
-    }
     tagXVertPoint mark;
-    mark.shape = shape;
+    mark.shape = ShapeToDraw(m_type);
     mark.size = size;
-    mark.lineColour = *used.lineColor;
-    mark.fillColour = fill == tagXFillStyle::kNone ? 0 : *used.foreColor;
+    mark.lineColour = used.lineStyle->IsNone() ? 0 : *used.lineColor;
+    mark.fillColour = *used.foreColor;
     buffer->AddPoint(at, mark);
-}
-
-void XvcPoint::AddPatternMark(XVertBuffer& buffer, const tagXVector3& at, double size,
-                              const tagXDrawAttrs& attrs) const
-{
-    const double half = size / 2.0;
-    std::vector<tagXVector3> outline;
-    switch (ShapeToDraw(m_type)) {
-    case kXPointSquare:
-        outline = {{at.x - half, at.y - half},
-                   {at.x + half, at.y - half},
-                   {at.x + half, at.y + half},
-                   {at.x - half, at.y + half}};
-        break;
-    case kXPointTriangle:
-        outline = {{at.x - half, at.y - half}, {at.x + half, at.y - half}, {at.x, at.y + half}};
-        break;
-    default:
-        for (int i = 0; i < m_numPieSegs; ++i) {
-            const double angleRad = 2.0 * std::numbers::pi * i / m_numPieSegs;
-            outline.emplace_back(at.x + half * std::cos(angleRad),
-                                 at.y + half * std::sin(angleRad));
-        }
-    }
-    tagXVertLine line;
-    line.colour = *attrs.lineColor;
-    tagXVertFill fill;
-    fill.style = *attrs.fillStyle;
-    fill.foreColour = *attrs.foreColor;
-    fill.backColour = *attrs.backColor;
-    buffer.AddPolygon(outline.data(), outline.size(), &line, &fill);
 }
 
 XvcObj* XvcPoint::HitTest(const tagXVector3& point, double toleranceX, double toleranceY,

@@ -13,8 +13,9 @@
 /// | 4          | upright cross |
 /// | 5          | diagonal cross|
 ///
-/// Other codes are kept and drawn as a dot. Marks 1 to 3 are filled after the fill style and
-/// outlined in the line colour, the others are strokes in the line colour.
+/// Other codes are kept and drawn as a dot. Marks 1 to 3 are outlined in the line colour and filled
+/// with the fore colour, whatever the fill style says; the others are strokes in the line colour. The
+/// line style kNone leaves outlines and strokes out.
 ///
 /// Size: the thickness is the side of the mark's box in world units; a negative one is that many
 /// pixels and 0 is kDefaultPixels of them. How much of the world a mark given in pixels covers is
@@ -42,7 +43,7 @@ public:
 
     int GetType() const { return m_type; }
     void SetType(int shape) { m_type = shape; }
-    /// Sides of the polygon that stands for a disc filled with a pattern, 3 to 360.
+    /// Sides of the polygon that a renderer may draw for a disc, 3 to 360; here discs are round.
     int GetNumPieSegs() const { return m_numPieSegs; }
     void SetNumPieSegs(int count);
     /// World length of a pixel, 0 (at first) when not known; others are ignored unless positive.
@@ -76,9 +77,6 @@ public:
     XString ExportToWkt() const override;
 
 private:
-    void AddPatternMark(XVertBuffer& buffer, const tagXVector3& at, double size,
-                        const tagXDrawAttrs& attrs) const;
-
     tagXVector3 m_vertex;
     int m_type = 0;
     int m_numPieSegs = 24;

@@ -212,6 +212,36 @@ TEST_F(FileTest, ASafeFileReplacesOnlyWhenCommitted)
     EXPECT_FALSE(file.Write("x", 1));
 }
 
+TEST_F(FileTest, ASafeFileIsMadeWhereALinkPoints)
+{
+    fs::create_directory(Path("folder").GetString());
+    const struct
+    {
+        const char* what;
+        const char* link;
+        std::string target;
+        const char* made; // null: refused
+    } kCases[] = {
+        {"a name beside the link", "near", "new1.txt", "new1.txt"},
+        {"a relative path", "folder/up", "../new2.txt", "new2.txt"},
+        {"an absolute path", "far", m_folder.string() + "/folder/new3.txt", "folder/new3.txt"},
+        {"a link to such a link", "chain", "folder/up2", "new4.txt"},
+        {"a folder that is missing", "lost", "none/new5.txt", nullptr},
+        {"itself", "ring", "ring", nullptr},
+    };
+    ASSERT_EQ(symlink("../new4.txt", Path("folder/up2")), 0);
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.what);
+        const XString link = Path(row.link);
+        ASSERT_EQ(symlink(row.target.c_str(), link), 0);
+        XString message;
+        EXPECT_EQ(XfnWriteFileSafely(link, "x", 1, message), row.made ? 1 : 0);
+        EXPECT_EQ(message.IsEmpty(), row.made != nullptr) << message;
+        EXPECT_TRUE(fs::is_symlink(link.GetString())) << "the link itself stays";
+        EXPECT_TRUE(!row.made || Contents(Path(row.made)) == "x");
+    }
+}
+
 TEST_F(FileTest, ASafeFileThatFailsLeavesTheTarget)
 {
     XString message;

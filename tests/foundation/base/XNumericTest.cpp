@@ -12,6 +12,7 @@
 #include <cstring>
 #include <limits>
 #include <new>
+#include <numeric>
 #include <random>
 #include <thread>
 #include <vector>
@@ -276,6 +277,83 @@ TEST(XWarp2D, IdentityAndInvalid)
     EXPECT_FALSE(warp.InverseAffine().IsValid());
     warp.SetAffine(0, 1, kNan, 0, 2, 4);
     EXPECT_FALSE(warp.IsValid());
+}
+
+TEST(XWarp2D, ItsNumbersMakeTheSameWarp)
+{
+    tagPoints points;
+    points.Fill([](double& x, double& y) {
+        const double u = (x - 4.0e6) / 700.0;
+        const double v = (y + 3.0e5) / 3000.0;
+        x = 3.1 + 7.3 * u - 0.2 * v + 0.31 * u * v + 0.17 * u * u * v;
+        y = -1.7 - 0.4 * u + 5.9 * v - 0.23 * v * v + 0.11 * v * v * v;
+    });
+    for (int terms : {0, 3, 4, 6, 10}) {
+        SCOPED_TRACE(terms);
+        XWarp2D warp;
+        const int count = static_cast<int>(points.x.size());
+        if (terms == 4) {
+            ASSERT_TRUE(warp.FitPseudoAffine(points.x.data(), points.y.data(), points.toX.data(),
+                                             points.toY.data(), count));
+        } else if (terms > 0) {
+            ASSERT_TRUE(points.Fit(warp, terms == 3 ? 1 : terms == 6 ? 2 : 3));
+        }
+        const tagXWarpPolynomial numbers = warp.GetPolynomial();
+        ASSERT_EQ(numbers.terms, terms);
+        XWarp2D again;
+        again.SetAffine(1, 2, 3, 4, 5, 6);
+        ASSERT_TRUE(again.SetPolynomial(numbers));
+        EXPECT_EQ(again.GetOrder(), warp.GetOrder());
+        EXPECT_EQ(again.GetPolynomial(), numbers);
+        // the formula of the header, and the same bits both ways
+        for (std::size_t i = 0; i < points.x.size(); i += 7) {
+            double p[2] = {points.x[i], points.y[i]}, q[2] = {p[0], p[1]};
+            const double u = (p[0] - numbers.centerX) * numbers.scaleX;
+            const double v = (p[1] - numbers.centerY) * numbers.scaleY;
+            const double t[] = {1,     u,         v,         u * v,     u * u,
+                                v * v, u * u * u, u * u * v, u * v * v, v * v * v};
+            const double byHand = std::inner_product(t, t + terms, numbers.xCoeff.begin(), 0.0);
+            warp.Warp(p[0], p[1]);
+            again.Warp(q[0], q[1]);
+            EXPECT_TRUE(p[0] == q[0] && p[1] == q[1]);
+            EXPECT_NEAR(p[0], terms > 0 ? byHand : points.x[i], 1e-12) << "values of about 10";
+        }
+    }
+}
+
+TEST(XWarp2D, LyingNumbersLeaveItAsItWas)
+{
+    const double kInf = std::numeric_limits<double>::infinity();
+    const struct
+    {
+        const char* what;
+        void (*spoil)(tagXWarpPolynomial& p, double inf);
+        int isTaken;
+    } kCases[] = {
+        {"good", [](tagXWarpPolynomial&, double) {}, 1},
+        {"terms of no form", [](tagXWarpPolynomial& p, double) { p.terms = 5; }, 0},
+        {"terms beyond the arrays", [](tagXWarpPolynomial& p, double) { p.terms = 1000; }, 0},
+        {"terms below 0", [](tagXWarpPolynomial& p, double) { p.terms = -3; }, 0},
+        {"a scale that is no number", [](tagXWarpPolynomial& p, double) { p.scaleY = kNan; }, 0},
+        {"an endless centre", [](tagXWarpPolynomial& p, double inf) { p.centerX = inf; }, 0},
+        {"a coefficient of y", [](tagXWarpPolynomial& p, double inf) { p.yCoeff[2] = -inf; }, 0},
+        {"one beyond the terms", [](tagXWarpPolynomial& p, double) { p.xCoeff[3] = kNan; }, 1},
+        {"no warp", [](tagXWarpPolynomial& p, double inf) { p = {0, inf, inf, 0, 0, {}, {}}; }, 1},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.what);
+        XWarp2D warp;
+        warp.SetAffine(7, 2, 0, 8, 0, 3);
+        tagXWarpPolynomial numbers = warp.GetPolynomial();
+        numbers.centerX = 1.0;
+        row.spoil(numbers, kInf);
+        EXPECT_EQ(warp.SetPolynomial(numbers), row.isTaken);
+        double x = 1, y = 1;
+        warp.Warp(x, y);
+        const double expected = !row.isTaken ? 9.0 : numbers.terms ? 7.0 : 1.0;
+        EXPECT_EQ(x, expected);
+        EXPECT_FALSE(std::isnan(y));
+    }
 }
 
 TEST(XThreadSafeArr3, SizesAndPlaces)

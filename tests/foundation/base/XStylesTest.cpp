@@ -36,6 +36,7 @@ TEST(XLineStyle, EveryPredefinedStyleDiffers)
         EXPECT_EQ(style.GetStyle(), i);
         EXPECT_TRUE(patterns.insert(style.pattern).second) << i;
         EXPECT_NE(tagXLineStyle::GetName(i), nullptr);
+        EXPECT_EQ(style.IsNone(), i == 5) << i; // property pages read 5 as "no line"
     }
     EXPECT_EQ(tagXLineStyle(0), tagXLineStyle());
     EXPECT_EQ(tagXLineStyle(0).pattern, 0xFFFF);
@@ -63,12 +64,21 @@ TEST(XFillStyle, PredefinedPatterns)
     std::set<std::string> patterns;
     for (int i = 0; i < tagXFillStyle::kPredefinedCount; ++i) {
         const tagXFillStyle style(i);
+        EXPECT_EQ(style.IsNone(), i == 1 || i == 8) << i; // property pages read 1 as "no fill"
+        if (i == 8) {
+            EXPECT_EQ(style, tagXFillStyle(1)) << "8 stands for several styles, it is none itself";
+            EXPECT_EQ(tagXFillStyle::GetName(i), nullptr);
+            continue;
+        }
+        EXPECT_NE(tagXFillStyle::GetName(i), nullptr) << i;
         EXPECT_EQ(style.GetStyle(), i);
         const char* bytes = reinterpret_cast<const char*>(style.pattern);
         EXPECT_TRUE(patterns.insert(std::string(bytes, 128)).second) << i;
     }
-    EXPECT_STREQ(GetRow(tagXFillStyle(tagXFillStyle::kNone), 4), "..........");
-    EXPECT_STREQ(GetRow(tagXFillStyle(tagXFillStyle::kSolid), 4), "##########");
+    EXPECT_STREQ(GetRow(tagXFillStyle(0), 4), "##########");
+    EXPECT_STREQ(GetRow(tagXFillStyle(1), 4), "..........");
+    EXPECT_EQ(tagXFillStyle(), tagXFillStyle(0)) << "the code and its pattern agree from the start";
+    EXPECT_TRUE(tagXFillStyle(-1).IsNone() && tagXFillStyle(99).IsNone());
     EXPECT_STREQ(GetRow(tagXFillStyle(tagXFillStyle::kVertical), 0), "....#.....");
     EXPECT_STREQ(GetRow(tagXFillStyle(tagXFillStyle::kForwardDiagonal), 0), ".......#..");
     EXPECT_STREQ(GetRow(tagXFillStyle(tagXFillStyle::kForwardDiagonal), 1), "......#...");

@@ -121,6 +121,55 @@ TEST(Thread, DestructorFreesAWorkerThatWaitsForThisThread)
     EXPECT_EQ(isSent, 0);
 }
 
+TEST(Thread, WaitFreesAWorkerThatSendsAndATimeOutLetsItSendAgain)
+{
+    XMessageRecorder window;
+    const XHWND handle = window.GetHWND();
+    constexpr unsigned kFarTooLongMs = 20000; // a wait that hangs fails instead of stopping the run
+    for (const bool isTimedOutFirst : {false, true}) {
+        SCOPED_TRACE(isTimedOutFirst);
+        window.Forget();
+        XEvent go;
+        std::atomic<int> isSent{-1};
+        XThread thread;
+        ASSERT_TRUE(thread.Create(
+            nullptr, handle,
+            [&](void*) {
+                if (isTimedOutFirst) go.Wait();
+                isSent = XfnSendMessageTimeout(handle, 7, 0, 0, kXForever);
+                return 0u;
+            },
+            nullptr));
+        if (isTimedOutFirst) {
+            EXPECT_FALSE(thread.Wait(1));
+            go.Set();
+            XfnRunUntil([&] { return !window.GetMessages().empty(); });
+        }
+        EXPECT_TRUE(thread.Wait(kFarTooLongMs));
+        EXPECT_EQ(isSent, isTimedOutFirst ? 1 : 0);
+    }
+}
+
+TEST(Thread, ALookTakesNoSendAway)
+{
+    XMessageRecorder window;
+    const XHWND handle = window.GetHWND();
+    constexpr int kSendCount = 200;
+    int sentCount = 0;
+    XThread thread;
+    ASSERT_TRUE(thread.Create(
+        nullptr, handle,
+        [&](void*) {
+            for (int i = 0; i < kSendCount; ++i)
+                sentCount += XfnSendMessageTimeout(handle, 7, 0, 0, kXForever);
+            return 0u;
+        },
+        nullptr));
+    while (!thread.Wait(0))
+        QCoreApplication::processEvents();
+    EXPECT_EQ(sentCount, kSendCount);
+}
+
 TEST(Thread, SuspendHaltsInTheNextCallback)
 {
     XThread thread;

@@ -196,6 +196,8 @@ TEST(Pen, WidthsAreHeldAndTheColourIsOpaque)
         EXPECT_EQ(pen.ToQPen().widthF(), held);
         EXPECT_EQ(pen.ToQPen().color().rgba(), 0xFFFF0000u);
     }
+    EXPECT_TRUE(XfnCreatePen(pen, tagXLineStyle(5), 3, 0xFFu));
+    EXPECT_EQ(pen.ToQPen().style(), Qt::NoPen) << "the code of no line";
 }
 
 TEST(DC, FiguresStandOnTheirPixels)

@@ -1,10 +1,13 @@
 #include "foundation/surface/XVertBuffer.h"
 
 #include "foundation/surface/XBackBuffer.h"
+#include "foundation/surface/XFillBrush.h"
 #include "foundation/surface/XPointShape.h"
 #include "tests/support/XPixelGrid.h"
 
 #include <gtest/gtest.h>
+
+#include <QPainter>
 
 #include <limits>
 #include <thread>
@@ -52,6 +55,16 @@ TEST(VertBuffer, LinesStandOnTheirPixels)
         b.AddPolyline(upright, 2, Line(0.0, 0, kRed));
     });
     EXPECT_EQ(cross, XfnRows({"..R..", "..R..", "WWRWW", "..R.."}));
+
+    const std::string none = Draw(5, 4, [](XVertBuffer& b) {
+        const tagXVector3 box[] = {{0.5, 0.5}, {4.5, 0.5}, {4.5, 3.5}, {0.5, 3.5}};
+        const tagXVertLine line = Line(2.0, 5); // the code of "no line"
+        const tagXVertFill fill{tagXFillStyle(1), kRed, kRed};
+        b.AddPolyline(box, 4, line);
+        b.AddPolygon(box, 4, &line, &fill);
+        EXPECT_TRUE(b.IsEmpty());
+    });
+    EXPECT_EQ(none, XfnRows({".....", ".....", ".....", "....."}));
 }
 
 TEST(VertBuffer, ThicknessIsWorldUnitsOrPixels)
@@ -124,9 +137,9 @@ TEST(VertBuffer, FillPatternsAndTransparency)
         return Draw(4, 4, [&](XVertBuffer& b) { b.AddPolygon(box, 4, nullptr, &fill); });
     };
     const std::string empty = XfnRows({"....", "....", "....", "...."});
-    EXPECT_EQ(draw(tagXFillStyle::kNone, kRed, kRed), empty);
-    EXPECT_EQ(draw(tagXFillStyle::kSolid, 0x00FFFFFFu, kRed), empty) << "no colour chosen";
-    EXPECT_EQ(draw(tagXFillStyle::kSolid, kRed, 0), XfnRows({"RRRR", "RRRR", "RRRR", "RRRR"}));
+    EXPECT_EQ(draw(1, kRed, kRed), empty) << "no fill";
+    EXPECT_EQ(draw(0, 0x00FFFFFFu, kRed), empty) << "no colour chosen";
+    EXPECT_EQ(draw(0, kRed, 0), XfnRows({"RRRR", "RRRR", "RRRR", "RRRR"})) << "solid";
     tagXFillStyle custom;
     unsigned char pattern[128] = {};
     for (int y = 0; y < 32; ++y)
@@ -139,6 +152,30 @@ TEST(VertBuffer, FillPatternsAndTransparency)
     EXPECT_EQ(hatch(), XfnRows({"RRRR", "....", "RRRR", "...."}));
     fill.backColour = kWhite;
     EXPECT_EQ(hatch(), XfnRows({"RRRR", "WWWW", "RRRR", "WWWW"}));
+}
+
+int s_messages = 0;
+
+TEST(VertBuffer, EveryFillIsItsPatternAndPaintsWithoutAWarning)
+{
+    s_messages = 0;
+    const auto previous = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext&, const QString&) { ++s_messages; });
+    for (int code = 0; code < tagXFillStyle::kPredefinedCount; ++code) {
+        const tagXFillStyle style(code);
+        QImage image(32, 32, QImage::Format_RGB32);
+        image.fill(Qt::black);
+        {
+            QPainter painter(&image);
+            painter.fillRect(image.rect(), XfnGetFillBrush(style, kRed, 0));
+        }
+        for (int i = 0; i < 1024; ++i) {
+            const QRgb expected = style.IsSet(i % 32, i / 32) ? 0xFFFF0000u : 0xFF000000u;
+            ASSERT_EQ(image.pixel(i % 32, i / 32), expected) << code << " at " << i;
+        }
+    }
+    qInstallMessageHandler(previous);
+    EXPECT_EQ(s_messages, 0);
 }
 
 TEST(VertBuffer, PatternMovesWithThePicture)
@@ -295,6 +332,33 @@ TEST(VertBuffer, TextIsAnchoredTurnedAndScaled)
         EXPECT_NEAR(turned.bottom(), 99, 1);
         EXPECT_NEAR(turned.width(), base.height(), 1);
         EXPECT_NEAR(turned.height(), base.width(), 1);
+    }
+}
+
+TEST(VertBuffer, EachTextKeepsTheFontSizeFlagOfItsTime)
+{
+    XVertBuffer buffer;
+    buffer.Start();
+    const tagXVertText text{
+        .position = {0.0, 20.0}, .text = "H", .height = 10.0, .colour = 0, .backColour = kRed};
+    buffer.SetFontSizeFlag(1);
+    buffer.AddText(text);
+    buffer.SetFontSizeFlag(0);
+    tagXVertText right = text;
+    right.position.x = 10.0;
+    right.backColour = kWhite;
+    buffer.AddText(right);
+    buffer.End();
+    XBackBuffer surface = MakeSurface(40, 40);
+    surface.SetWorldToCenter(10.0, 10.0);
+    surface.SetWorldPerPixel(0.5, 0.5);
+    for (const int flagAfterwards : {0, 1}) {
+        buffer.SetFontSizeFlag(flagAfterwards);
+        surface.Clear(kXOpaque);
+        buffer.Draw(&surface);
+        EXPECT_EQ(surface.GetImage().pixel(1, 8), 0xFFFF0000u);
+        EXPECT_EQ(surface.GetImage().pixel(1, 15), 0xFF000000u) << "10 pixels high";
+        EXPECT_EQ(surface.GetImage().pixel(21, 15), 0xFFFFFFFFu) << "10 units are 20 pixels";
     }
 }
 

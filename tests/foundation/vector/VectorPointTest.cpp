@@ -41,13 +41,14 @@ XBackBuffer Surface(int width, int height)
     return buffer;
 }
 
-int CountDrawn(const XBackBuffer& buffer)
+// Pixels of a colour (0xRRGGBB), or of any but black.
+int CountDrawn(const XBackBuffer& buffer, std::uint32_t colour = 0)
 {
     int count = 0;
     for (int y = 0; y < buffer.GetHeight(); ++y) {
         const std::uint32_t* row = buffer.GetRow(y);
         for (int x = 0; x < buffer.GetWidth(); ++x)
-            count += (row[x] & 0xFFFFFFu) != 0;
+            count += colour ? (row[x] & 0xFFFFFFu) == colour : (row[x] & 0xFFFFFFu) != 0;
     }
     return count;
 }
@@ -356,40 +357,47 @@ TEST(VectorPoint, DrawsItsMarkWhereItLies)
     EXPECT_EQ(CountDrawn(buffer), 0);
 }
 
-TEST(VectorPoint, PatternWarpAndStandInAttributes)
+TEST(VectorPoint, WarpAndStandInAttributes)
 {
     XvcPoint point(2.0, 1.0);
     point.SetType(2);
     point.SetThick(4.0);
-    point.SetFillStyle(tagXFillStyle(tagXFillStyle::kChecker));
-    point.SetBackColor(0);
+    point.SetForeColor(0xFF00FF00u);
     XWarp2D warp;
     warp.SetAffine(5.0, 3.0, 0.0, 4.0, 0.0, 3.0); // to (11, 7), three times as large
     XBackBuffer buffer = Surface(31, 21);
     point.DrawToBackBuffer(&buffer, 0, &warp, nullptr);
-    const int patterned = CountDrawn(buffer);
-    EXPECT_GT(patterned, 40);                                 // the outline of a square of 12
-    EXPECT_LT(patterned, 150);                                // but not all of it
-    EXPECT_NE(buffer.GetRow(21 - 1 - 1)[11] & 0xFFFFFFu, 0u); // its lower edge, at y = 1
+    EXPECT_EQ(CountDrawn(buffer), 12 * 12);
+    EXPECT_EQ(CountDrawn(buffer, 0xFFFFFF), 44); // the outline of a square of 12
+
+    // inside stands the fore colour with every fill style, also with that of "no fill"
+    for (const int code : {1, 2, 9, 15}) {
+        point.SetFillStyle(tagXFillStyle(code));
+        XBackBuffer other = Surface(31, 21);
+        point.DrawToBackBuffer(&other, 0, &warp, nullptr);
+        EXPECT_TRUE(other.GetImage() == buffer.GetImage()) << code;
+    }
 
     tagXDrawAttrs attrs;
-    attrs.fillStyle = tagXFillStyle(tagXFillStyle::kNone);
     attrs.lineColor = 0xFF0000FFu; // red
     XBackBuffer outlined = Surface(31, 21);
     point.DrawToBackBuffer(&outlined, 0, &warp, &attrs);
-    int red = 0;
-    for (int y = 0; y < 21; ++y) {
-        for (int x = 0; x < 31; ++x)
-            red += (outlined.GetRow(y)[x] & 0xFFFFFFu) == 0xFF0000u;
-    }
-    EXPECT_EQ(red, CountDrawn(outlined));
-    EXPECT_LT(red, patterned);
+    EXPECT_EQ(CountDrawn(outlined, 0xFF0000), 44);
     EXPECT_EQ(point.GetLineColor(), 0xFFFFFFFFu); // the object itself is as it was
+    attrs.lineStyle = tagXLineStyle(5);           // no line
+    XBackBuffer plain = Surface(31, 21);
+    point.DrawToBackBuffer(&plain, 0, &warp, &attrs);
+    EXPECT_EQ(CountDrawn(plain, 0xFF0000), 0);
+    EXPECT_GE(CountDrawn(plain, 0x00FF00), 100);
+    attrs.foreColor = 0x00FFFFFFu; // and no colour chosen
+    XBackBuffer nothing = Surface(31, 21);
+    point.DrawToBackBuffer(&nothing, 0, &warp, &attrs);
+    EXPECT_EQ(CountDrawn(nothing), 0);
 
     point.SetWarpCoeff(&warp); // its own warp serves when none is given
     XBackBuffer own = Surface(31, 21);
     point.DrawToBackBuffer(&own, 0, nullptr, nullptr);
-    EXPECT_EQ(CountDrawn(own), patterned);
+    EXPECT_TRUE(own.GetImage() == buffer.GetImage());
     EXPECT_EQ(point.GetWarpCeoff(), &warp);
 }
 

@@ -1,4 +1,5 @@
 #include "foundation/base/XSentinels.h"
+#include "foundation/surface/XBackBuffer.h"
 #include "foundation/surface/XVertBuffer.h"
 #include "foundation/vector/XvcBase.h"
 #include "foundation/vector/XvcLayer.h"
@@ -79,6 +80,7 @@ TEST(VectorObject, ReservedTextsAndStylesAreShared)
     EXPECT_EQ(first.GetFillStyle().pattern[0], 0xAA);
     EXPECT_EQ(third.GetFillStyle().pattern[0], 0);
     // a predefined code over another pattern is not the predefined style
+    EXPECT_TRUE(XvcPoint().GetFillStyle() == tagXFillStyle(0)) << "solid, with its pattern";
     tagXFillStyle liar(tagXFillStyle::kSolid);
     liar.pattern[7] = 0;
     third.SetFillStyle(liar);
@@ -119,12 +121,15 @@ TEST(VectorLayer, OrderParentsAndOwnership)
         }
         std::unique_ptr<XvcObj> taken(static_cast<XvcObj*>(layer.GetAt(c)));
         layer.RemoveAt(c);
-        EXPECT_EQ(taken->GetParentLayer(), nullptr);
         EXPECT_EQ(CountedPoint::alive, 5); // taken out, not destroyed
         delete layer.GetAt(b);             // as undo does: destroy, then put another in its place
         layer.SetAt(b, Named("x"));
         EXPECT_EQ(Order(layer), "axde");
         EXPECT_EQ(static_cast<XvcObj*>(layer.GetAt(b))->GetParentLayer(), &layer);
+        delete layer.GetAt(b); // or destroy, then remove the position
+        layer.RemoveAt(b);
+        delete layer.RemoveTail();
+        EXPECT_EQ(Order(layer), "ad");
         layer.DestroyAll();
         EXPECT_EQ(CountedPoint::alive, 1);
         layer.AddTail(Named("y"));
@@ -142,7 +147,43 @@ TEST(VectorLayer, OrderParentsAndOwnership)
         lent.AddTail(&kept);
     }
     EXPECT_EQ(CountedPoint::alive, 1);
-    EXPECT_EQ(kept.GetParentLayer(), nullptr);
+}
+
+// Objects that are gone, or lie elsewhere by now, when their positions are removed.
+TEST(VectorLayer, RemovingAPositionNeverReadsTheObject)
+{
+    const struct
+    {
+        const char* what;
+        void (*remove)(XvcLayer& layer);
+    } kCases[] = {
+        {"RemoveAt", [](XvcLayer& layer) { layer.RemoveAt(layer.GetHeadPosition()); }},
+        {"RemoveHead", [](XvcLayer& layer) { layer.RemoveHead(); }},
+        {"RemoveTail", [](XvcLayer& layer) { layer.RemoveTail(); }},
+        {"RemoveAll", [](XvcLayer& layer) { layer.RemoveAll(); }},
+        {"destructor without the attach flag", [](XvcLayer&) {}},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.what);
+        XvcPoint mover;
+        XvcLayer target;
+        {
+            XvcLayer source;
+            source.SetAttachFlag(0);
+            source.AddTail(&mover);
+            target.SetAttachFlag(0);
+            target.AddTail(&mover);
+            row.remove(source);
+        }
+        EXPECT_EQ(mover.GetParentLayer(), &target) << "it lies there by now";
+
+        XvcLayer undone;
+        undone.SetAttachFlag(0);
+        XvcPoint* destroyed = Named("x");
+        undone.AddTail(destroyed);
+        delete destroyed;
+        row.remove(undone);
+    }
 }
 
 TEST(VectorBase, RangeAndCentre)
@@ -175,10 +216,110 @@ TEST(VectorBase, RangeAndCentre)
     base->GetCenter(c[0], c[1], c[2]);
     EXPECT_EQ(c[0], -35.0);
 
-    std::unique_ptr<XvcLayer> taken(static_cast<XvcLayer*>(base->GetTail()));
-    base->RemoveAt(base->GetTailPosition());
-    EXPECT_EQ(taken->GetParentBase(), nullptr);
-    EXPECT_EQ(base->AddTail(nullptr), nullptr);
+    delete base;
+    EXPECT_EQ(CountedPoint::alive, 0);
+}
+
+TEST(VectorBase, EveryWayInSetsTheParentAndNoWayOutReadsTheLayer)
+{
+    XvcBase base;
+    const auto added = [](const char* name) {
+        auto* layer = new XvcLayer;
+        layer->SetName(name);
+        return layer;
+    };
+    __POSITION* c = base.AddTail(added("c"));
+    base.AddHead(added("a"));
+    base.InsertBefore(c, added("b"));
+    __POSITION* e = base.InsertAfter(c, added("e"));
+    delete base.GetAt(e);
+    base.SetAt(e, added("d"));
+    std::string names;
+    for (__POSITION* position = base.GetHeadPosition(); position;) {
+        auto* layer = static_cast<XvcLayer*>(base.GetNext(position));
+        names += layer->GetName().GetString();
+        EXPECT_EQ(layer->GetParentBase(), &base) << layer->GetName();
+    }
+    EXPECT_EQ(names, "abcd");
+    EXPECT_TRUE(!base.AddHead(nullptr) && !base.AddTail(nullptr));
+    EXPECT_TRUE(!base.InsertBefore(c, nullptr) && !base.InsertAfter(c, nullptr));
+    EXPECT_EQ(base.GetCount(), 4);
+
+    delete base.GetAt(c);
+    base.RemoveAt(c);
+    delete base.GetHead();
+    base.RemoveHead();
+    XvcBase other;
+    auto* moved = static_cast<XvcLayer*>(base.GetHead());
+    other.AddTail(moved);
+    delete base.GetTail();
+    base.RemoveAll();
+    EXPECT_EQ(moved->GetParentBase(), &other);
+}
+
+TEST(VectorBase, WalksListsWithinListsAndTakesObjectsAnywhere)
+{
+    auto* base = new XvcBase;
+    XObList& asList = *base;
+    auto* layer = new XvcLayer;
+    base->AddTail(layer);
+    layer->AddTail(Named("in the layer", 1.0, 0.0));
+    XvcPoint* straight = Named("straight in the base", 2.0, 0.0);
+    asList.AddTail(straight);
+    auto* outer = new XObList;
+    auto* inner = new XObList;
+    auto* deepLayer = new XvcLayer;
+    asList.AddTail(outer);
+    outer->AddTail(inner);
+    XvcPoint* deep = Named("two lists down", 3.0, 0.0);
+    inner->AddTail(deep);
+    inner->AddTail(deepLayer);
+    XvcPoint* deepest = Named("in a layer of a list", 4.0, 0.0);
+    deepLayer->AddTail(deepest);
+    auto* nested = new XvcBase;
+    asList.AddTail(nested);
+    XvcPoint* inNested = Named("in a base in the base", 5.0, 0.0);
+    static_cast<XObList*>(nested)->AddTail(inNested);
+    asList.AddTail(new XvcSymbolTable); // neither a list nor an object
+
+    double range[6];
+    base->CalcRange();
+    base->GetRange(range[0], range[1], range[2], range[3], range[4], range[5]);
+    EXPECT_TRUE(range[0] == 1.0 && range[3] == 5.0);
+    EXPECT_EQ(deepLayer->GetRange().minX, 4.0) << "a layer knows its own range";
+
+    const auto recorded = [&] {
+        XVertBuffer buffer;
+        buffer.Start();
+        base->CreateVertexBuffer(&buffer, nullptr, nullptr);
+        buffer.End();
+        std::string places;
+        for (const auto& command : buffer.GetRecording()->GetCommands()) {
+            for (std::size_t i = 0; i < command.count; ++i) {
+                places += std::to_string(
+                    static_cast<int>(*buffer.GetRecording()->GetVertices(command.first + i)));
+            }
+        }
+        return places;
+    };
+    tagXHitFlag flag;
+    const auto hit = [&](double x) { return base->HitTest({x, 0.0}, 0.5, flag); };
+    EXPECT_EQ(recorded(), "12345");
+    EXPECT_EQ(hit(2.0), straight);
+    EXPECT_EQ(hit(3.0), deep);
+    EXPECT_EQ(hit(4.0), deepest);
+    EXPECT_EQ(hit(5.0), inNested);
+    EXPECT_EQ(base->HitTest({2.5, 0.0}, 1.0, flag), deep) << "what lies in front";
+
+    straight->SetHideFlag(1);
+    deepLayer->SetHideFlag(1);
+    EXPECT_EQ(recorded(), "135");
+    EXPECT_EQ(hit(2.0), nullptr);
+    deepLayer->SetHideFlag(0);
+    deepLayer->SetHitTestable(0);
+    EXPECT_EQ(hit(4.0), nullptr) << "a nested layer answers for itself";
+    nested->SetHideFlag(1);
+    EXPECT_EQ(recorded(), "134");
     delete base;
     EXPECT_EQ(CountedPoint::alive, 0);
 }
@@ -217,6 +358,60 @@ TEST(VectorBase, HitsWhatIsInFrontAndVisible)
     EXPECT_EQ(base.HitTest({1.6, 1.0}, 0.5, flag), nullptr);
 }
 
+// Writes a text of 10 units, and keeps the type of the buffer that it was recorded into.
+class TextObject : public XvcObj
+{
+public:
+    void CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D*, const tagXDrawAttrs*) override
+    {
+        typeSeen = buffer->GetType();
+        buffer->AddText({.text = "H", .height = 10.0, .colour = 0, .backColour = 0xFF0000FFu});
+    }
+    int typeSeen = -1;
+};
+
+TEST(VectorLayer, RecordsWithItsTypeAndFontSizeFlag)
+{
+    const struct
+    {
+        const char* what;
+        int layerType, layerFlag;
+        int typeSeen, heightPx;
+    } kCases[] = {
+        {"those of the buffer", -1, -1, 3, 20},   {"a type of its own", 5, -1, 5, 20},
+        {"type 0 is a type", 0, -1, 0, 20},       {"heights in pixels", -1, 1, 3, 10},
+        {"heights in world units", -1, 0, 3, 20},
+    };
+    for (const auto& row : kCases) {
+        SCOPED_TRACE(row.what);
+        XvcBase base;
+        auto* layer = new XvcLayer;
+        auto* text = new TextObject;
+        base.AddTail(layer);
+        layer->AddTail(text);
+        layer->SetVertBufferType(row.layerType);
+        layer->SetVertBufferFontSizeFlag(row.layerFlag);
+        XVertBuffer buffer;
+        buffer.SetType(3);
+        buffer.Start();
+        base.CreateVertexBuffer(&buffer, nullptr, nullptr);
+        buffer.End();
+        EXPECT_EQ(text->typeSeen, row.typeSeen);
+        EXPECT_EQ(buffer.GetType(), 3);
+        EXPECT_EQ(buffer.GetFontSizeFlag(), 0);
+        XBackBuffer surface;
+        surface.Create(nullptr, 2);
+        surface.Resize(nullptr, 4, 60);
+        surface.SetWorldToCenter(0.0, 0.0);
+        surface.SetWorldPerPixel(0.5, 0.5);
+        buffer.Draw(&surface);
+        int height = 0;
+        for (int y = 0; y < 60; ++y)
+            height += surface.GetImage().pixel(3, y) == 0xFFFF0000u;
+        EXPECT_EQ(height, row.heightPx);
+    }
+}
+
 TEST(VectorBase, RecordsWhatIsVisible)
 {
     XvcBase base;
@@ -228,17 +423,14 @@ TEST(VectorBase, RecordsWhatIsVisible)
     static_cast<XObList*>(layer)->AddTail(group);
     const auto recorded = [&] {
         XVertBuffer buffer;
-        buffer.SetType(3);
         buffer.Start();
         base.CreateVertexBuffer(&buffer, nullptr, nullptr);
         buffer.End();
-        EXPECT_EQ(buffer.GetType(), 3);
         std::size_t points = 0;
         for (const auto& command : buffer.GetRecording()->GetCommands())
             points += command.count;
         return points;
     };
-    layer->SetVertBufferType(5);
     EXPECT_EQ(recorded(), 2u);
     static_cast<XvcObj*>(layer->GetHead())->SetHideFlag(1);
     EXPECT_EQ(recorded(), 1u);
