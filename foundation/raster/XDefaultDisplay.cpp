@@ -102,6 +102,24 @@ int IsColour(const XDMBand& band)
            !band.HasColorTable();
 }
 
+/// Bands that a file calls red, green or blue were made to be looked at as they are.
+int IsPhotograph(const XDMBand& band)
+{
+    constexpr int kRed = 3, kBlue = 5;
+    return band.GetColorInterpretation() >= kRed && band.GetColorInterpretation() <= kBlue;
+}
+
+/// Measured bytes often fill a small part of their range, and would make a dull first picture.
+void WidenFaintBytes(XDMBand& band, double& low, double& high)
+{
+    constexpr double kFaint = 128.0;
+    double cutLow = low, cutHigh = high;
+    if (!CalcPercentiles(band, cutLow, cutHigh)) return;
+    if (!(cutHigh > cutLow) || cutHigh - cutLow >= kFaint) return;
+    low = cutLow;
+    high = cutHigh;
+}
+
 int FindRole(const XRSFile& file, int role)
 {
     for (int i = 0; i < file.GetNumOfBands(); ++i)
@@ -141,6 +159,8 @@ void XfnDefaultStretch(XDMComposite* composite)
             SetColorTableCLT(*composite, table);
         else if (band->GetDataType() != kXUInt8)
             CalcPercentiles(*band, low, high);
+        else if (!IsPhotograph(*band))
+            WidenFaintBytes(*band, low, high);
         composite->SetStretchCoverage(0, ch);
         composite->SetCutType(0, ch);
         composite->SetCutRange(low, high, ch);

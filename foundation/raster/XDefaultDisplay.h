@@ -7,8 +7,9 @@ class XRSFile;
 
 /// Gives every channel of a composite a first stretch that shows something sensible.
 ///
-/// Byte bands are shown as they are (cut 0..255, linear); other bands from their 2nd to their 98th
-/// percentile. Percentiles come from the band's estimated histogram; where outliers squeeze it into
+/// Byte bands are shown as they are (cut 0..255, linear), unless they fill less than half of that
+/// range and the file does not call them red, green or blue; those, and other bands, are shown from
+/// their 2nd to their 98th percentile. Percentiles come from the band's estimated histogram; where outliers squeeze it into
 /// a few bins they are taken anew from the pixels of a coarse level. A constant band is shown
 /// black, one without any data keeps 0..255. A gray class map, or gray band with a colour table, is
 /// given that table as its colour table (CLT) unless it has more than 256 classes, others the

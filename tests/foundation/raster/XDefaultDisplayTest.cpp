@@ -21,9 +21,14 @@ TEST(XDefaultStretch, FirstRangesOfAllKindsOfBands)
         double (*value)(int, int);
         double null;
         double low, high, slack;
+        int role = 0;
     } kCases[] = {
-        {"bytes as they are, dark as they may be", kXUInt8,
-         [](int x, int) { return double(x % 9); }, kXNotSet, 0, 255, 0},
+        {"bytes of a photograph, dark as they may be", kXUInt8,
+         [](int x, int) { return double(x % 9); }, kXNotSet, 0, 255, 0, 3},
+        {"faint bytes from 2 to 98 per cent", kXUInt8,
+         [](int x, int) { return x < 10 ? 200.0 : 40.0 + x % 41; }, kXNotSet, 40, 80, 2},
+        {"bytes that fill their range", kXUInt8, [](int x, int) { return double(x % 250); },
+         kXNotSet, 0, 255, 0},
         {"16 bits from 2 to 98 per cent", kXUInt16, [](int x, int) { return x * 10.0; }, kXNotSet,
          100, 4900, 40},
         {"no data does not count", kXInt16, [](int x, int) { return x < 250 ? -9999.0 : x * 10.0; },
@@ -36,6 +41,7 @@ TEST(XDefaultStretch, FirstRangesOfAllKindsOfBands)
     for (const auto& row : kCases) {
         auto band = XfnMakeBand(row.type, 500, 60, row.value);
         if (row.null != kXNotSet) band->SetNullValue(row.null);
+        band->SetColorInterpretation(row.role);
         XDMComposite composite;
         composite.SetBand(band.get(), 0);
         XfnDefaultStretch(&composite);
