@@ -5,8 +5,8 @@
 /// The tool mode of a view, the mode it falls back to, the limits a host sets, and whether the
 /// right button is down.
 ///
-/// Modes are signed 16-bit numbers: -1 none, 0 selection, 101 to 131 creation tools, 201 zoom
-/// rectangle, 202 rotate. A number without a tool is kept as it is. Threads: user interface only.
+/// Modes are signed 16-bit numbers: -1 none, 0 selection, 101 to 131 creation, 201 zoom rectangle,
+/// 202 rotation. Any number is kept as it is. Threads: user interface only.
 class XAPI XGVMessageManager
 {
 public:

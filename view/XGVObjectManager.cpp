@@ -5,7 +5,7 @@
 XGVObjectManager::XGVObjectManager()
 {
     m_lineStyle.SetStyle(tagXLineStyle::kSolid);
-    m_fillStyle.SetStyle(tagXFillStyle::kSolid);
+    m_fillStyle.SetStyle(tagXFillStyle::kNone);
 }
 
 void XGVObjectManager::SetLineStyle(const tagXLineStyle& style)

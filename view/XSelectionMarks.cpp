@@ -20,7 +20,7 @@ public:
     {
         target.ConvPixelToWorldLength(m_dx, m_dy);
         m_line.colour = color;
-        m_fill.style.SetStyle(tagXFillStyle::kSolid);
+        m_fill.style.SetStyle(tagXFillStyle::kNone); // what lies below a mark stays in sight
         m_fill.foreColour = color;
     }
 

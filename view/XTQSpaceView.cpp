@@ -22,7 +22,11 @@ namespace {
 
 int s_viewCount = 0;
 
-// Sets a flag of an object that may be gone when the scope ends.
+// what the main surface shows of the recordings, from bottom to top
+constexpr XViewBuffer kReplayed[] = {XViewBuffer::MainVertex, XViewBuffer::Measure,
+                                     XViewBuffer::BookMark};
+
+// Sets a flag of a window for the time of a scope, in which the window may go.
 class ScopeFlag
 {
 public:
@@ -73,7 +77,6 @@ XTQSpaceView::XTQSpaceView(QWidget* parent)
 XTQSpaceView::~XTQSpaceView()
 {
     OnDestroy();
-    DestroyHandle();
     m_dialogs.ReleaseAll();
     m_selection.Clear();
     DestroyAll(m_innerBases);
@@ -146,7 +149,11 @@ void XTQSpaceView::OnSize(int width, int height)
     Repaint(Reason::Size);
 }
 
-void XTQSpaceView::OnDestroy() {}
+void XTQSpaceView::OnDestroy()
+{
+    m_cancel = 1;
+    DestroyHandle();
+}
 
 void XTQSpaceView::SetMode(short mode)
 {
@@ -198,7 +205,11 @@ void XTQSpaceView::SetBackgroundColor(tagXColor color)
     m_objects.m_backColor = color;
     const XHWND window = GetHWND();
     UpdateBackBuffer();
-    if (XfnIsWindow(window)) Repaint(Reason::BackgroundColor);
+    if (!XfnIsWindow(window)) return;
+    // drawn from recordings that are made anew only at the next paint
+    for (XViewBuffer vertex : kReplayed)
+        if (m_overlay.IsRaised(vertex)) m_overlay.Raise({XViewBuffer::MainBack});
+    Repaint(Reason::BackgroundColor);
 }
 
 int XTQSpaceView::CanShowStretchDlg() const
@@ -283,44 +294,44 @@ void XTQSpaceView::Repaint(Reason)
 void XTQSpaceView::UpdateVertBuffer()
 {
     XVertBuffer& buffer = m_overlay.GetVertex(XViewBuffer::MainVertex);
+    buffer.UpdateCompleted();
     buffer.Start();
     ForEachBase(m_innerBases, m_externalBases, [&](XvcBase& base) {
         base.CalcRange();
         base.CreateVertexBuffer(&buffer, nullptr, nullptr);
     });
     buffer.End();
-    buffer.UpdateCompleted();
 }
 
 void XTQSpaceView::UpdateVertBufferMeasure()
 {
     XVertBuffer& buffer = m_overlay.GetVertex(XViewBuffer::Measure);
+    buffer.UpdateCompleted();
     buffer.Start();
     if (XViewMeasureDlg* dialog = m_dialogs.GetMeasure())
         dialog->Draw(buffer, dialog->IsUnderMeasuring());
     buffer.End();
-    buffer.UpdateCompleted();
 }
 
 void XTQSpaceView::UpdateVertBufferBookMark()
 {
     XVertBuffer& buffer = m_overlay.GetVertex(XViewBuffer::BookMark);
+    buffer.UpdateCompleted();
     buffer.Start();
     m_bookMark.Record(buffer, m_overlay.GetMainBack());
     buffer.End();
-    buffer.UpdateCompleted();
 }
 
 void XTQSpaceView::UpdateVertBufferTemp()
 {
     XVertBuffer& buffer = m_overlay.GetVertex(XViewBuffer::TempVertex);
+    buffer.UpdateCompleted();
     buffer.Start();
     XfnRecordSelection(buffer, *m_selection.GetList(), m_overlay.GetMainBack(),
                        m_objects.m_selectionColor);
     if (m_selection.IsEmpty() && m_objects.m_currentObject)
         m_objects.m_currentObject->CreateVertexBuffer(&buffer, nullptr, nullptr);
     buffer.End();
-    buffer.UpdateCompleted();
 }
 
 void XTQSpaceView::UpdateBackBufferTemp()
@@ -330,42 +341,49 @@ void XTQSpaceView::UpdateBackBufferTemp()
 
 void XTQSpaceView::UpdateBackBuffer()
 {
+    XBackBuffer& buffer = m_overlay.GetMainBack();
     if (m_isDrawingBack) { // asked for by a host within a paint report
-        m_isDrawnStale = true;
+        buffer.SetUpdateNeeded();
         return;
     }
     const XHWND window = GetHWND();
     const ScopeFlag drawing(window, m_isDrawingBack);
-    m_isDrawnStale = false;
-    XBackBuffer& buffer = m_overlay.GetMainBack();
+    buffer.UpdateCompleted();
     try {
-        buffer.Clear(m_objects.m_backColor);
-        if (!m_compManager) return;
-        const XBufferMapping drawnAt = buffer.GetMapping();
-        const tagXWorldBox box = m_mapping.GetBound();
-        m_mapping.SetVisibleBox(box);
-
-        const auto stack = XfnListComposites(m_compManager.get());
-        XfnDrawCompositeStack(stack, &buffer, box, m_objects.m_backColor, nullptr, &m_cancel);
-        const unsigned timeoutMs = stack.size() > 1 ? 1000 : 10;
-        if (!ReportPaint(XViewReport::PaintedRasters, timeoutMs)) return;
-        XViewButtonPanel* panel = m_dialogs.GetButtonPanel();
-        if (panel && panel->HasWindow()) panel->Invalidate();
-        for (XViewBuffer vertex :
-             {XViewBuffer::MainVertex, XViewBuffer::Measure, XViewBuffer::BookMark})
-            m_overlay.GetVertex(vertex).Draw(&buffer);
-        if (!ReportPaint(XViewReport::PaintedVectors, timeoutMs)) return;
-        m_dialogs.DrawMapGrid(&buffer);
-
-        // an event loop within a report may have resized or moved what is drawn here
-        if (m_isDrawnStale || !(buffer.GetMapping() == drawnAt))
-            update();
-        else
-            buffer.UpdateCompleted();
-        m_dialogs.TellDrawn(box);
+        if (!DrawMainBack() && XfnIsWindow(window)) buffer.SetUpdateNeeded();
     } catch (XFileException& e) {
         e.Delete();
+        buffer.SetUpdateNeeded();
     }
+}
+
+// Answers 0 when it did not come to its end: without a composite manager, or because the window has
+// gone meanwhile.
+int XTQSpaceView::DrawMainBack()
+{
+    XBackBuffer& buffer = m_overlay.GetMainBack();
+    buffer.Clear(m_objects.m_backColor);
+    if (!m_compManager) return 0;
+    const XBufferMapping drawnAt = buffer.GetMapping();
+    const tagXWorldBox box = m_mapping.GetBound();
+    m_mapping.SetVisibleBox(box);
+
+    const auto stack = XfnListComposites(m_compManager.get());
+    XfnDrawCompositeStack(stack, &buffer, box, m_objects.m_backColor, nullptr, &m_cancel);
+    const unsigned timeoutMs = stack.size() > 1 ? 1000 : 10;
+    if (!ReportPaint(XViewReport::PaintedRasters, timeoutMs)) return 0;
+    XViewButtonPanel* panel = m_dialogs.GetButtonPanel();
+    if (panel && panel->HasWindow()) panel->Invalidate();
+    for (XViewBuffer vertex : kReplayed)
+        m_overlay.GetVertex(vertex).Draw(&buffer);
+    if (!ReportPaint(XViewReport::PaintedVectors, timeoutMs)) return 0;
+    m_dialogs.DrawMapGrid(&buffer);
+
+    // an event loop within a report may have resized or moved what is drawn here
+    if (!(buffer.GetMapping() == drawnAt)) buffer.SetUpdateNeeded();
+    if (buffer.IsUpdateNeeded()) update();
+    m_dialogs.TellDrawn(box);
+    return 1;
 }
 
 int XTQSpaceView::ReportPaint(XViewReport code, unsigned timeoutMs)
@@ -375,17 +393,24 @@ int XTQSpaceView::ReportPaint(XViewReport code, unsigned timeoutMs)
     return XfnIsWindow(window);
 }
 
-void XTQSpaceView::UpdatePicture()
+// Answers 0 when the window has gone meanwhile.
+int XTQSpaceView::UpdatePicture()
 {
-    if (m_isUpdating) return;
     const XHWND window = GetHWND();
-    {
-        const ScopeFlag updating(window, m_isUpdating);
-        m_overlay.UpdateRaised(static_cast<XViewOverlaySteps&>(*this),
-                               [window] { return XfnIsWindow(window) != 0; });
+    const ScopeFlag updating(window, m_isUpdating);
+    m_overlay.UpdateRaised(static_cast<XViewOverlaySteps&>(*this),
+                           [window] { return XfnIsWindow(window) != 0; });
+    return XfnIsWindow(window);
+}
+
+void XTQSpaceView::OnDraw(XDC* dc)
+{
+    if (IsDrawing()) {
+        QImage picture = m_frame.GetPicture();
+        if (dc) dc->BitBlt(0, 0, picture.width(), picture.height(), XDC(&picture), 0, 0, kXCopy);
+    } else if (UpdatePicture()) {
+        XfnSwapSurfaces(dc, m_overlay.GetMainBack(), m_overlay.GetTempBack());
     }
-    if (!XfnIsWindow(window)) return;
-    m_frame.Publish(m_overlay.GetMainBack().GetImage(), m_overlay.GetTempBack().GetImage());
 }
 
 QSize XTQSpaceView::GetClientPixels() const
@@ -404,14 +429,14 @@ void XTQSpaceView::FollowClientSize()
 
 void XTQSpaceView::paintEvent(QPaintEvent* event)
 {
-    if (m_isUpdating) {
+    if (IsDrawing()) {
         m_isPaintNested = true;
     } else {
-        const XHWND window = GetHWND();
         m_isPaintNested = false;
         FollowClientSize();
-        UpdatePicture();
-        if (!XfnIsWindow(window)) return;
+        XDC dc(&m_frame.GetNext(m_overlay.GetMainBack().GetImage().size()));
+        OnDraw(&dc);
+        m_frame.Publish();
         if (m_isPaintNested) {
             update(); // the paint within ended this one for Qt: no painter opens any more
             return;

@@ -14,12 +14,14 @@
 #include "view/XViewOverlay.h"
 #include "view/XViewReports.h"
 
+#include <QCursor>
 #include <QWidget>
 
 #include <atomic>
 #include <memory>
 
 class XCommandManager;
+class XDC;
 class XDMCompManager;
 class XvcLayer;
 
@@ -41,9 +43,17 @@ class XvcLayer;
 /// points up. Colours are words with red lowest.
 ///
 /// Owned: composite manager, inner bases, symbol tables, the dialogs open on it. External bases are
-/// lent by the host and must outlive the view or be taken out before. Reports to the host are
-/// synchronous; a host may open a modal box inside one, and the view then shows its last whole
-/// picture. Threads: user interface only.
+/// lent by the host and must outlive the view or be taken out before.
+///
+/// Reports to the host are synchronous; a host may open a modal box inside one, and the view then
+/// shows its last whole picture. It may also destroy the view inside one, but never inside the two
+/// paint reports (41061, 41062), nor in an event loop that it runs there: the toolkit's own paint
+/// of the window stands below them on the stack and ends the program. Such a host notes its wish
+/// and destroys the view from a message posted to itself, once the report has returned. What a
+/// paint report changes and invalidates is drawn at the next turn of the event loop.
+///
+/// A derived class calls OnDestroy first thing in its own destructor when it overrides anything or
+/// owns what its overrides use. Threads: user interface only.
 class XAPI XTQSpaceView : public QWidget,
                           public XMessageWindow,
                           private XViewInputTarget,
@@ -69,7 +79,7 @@ public:
     /// One file pixel of the first composite a device pixel; the centre stays, held within the
     /// range.
     void ZoomOneToOne();
-    void ZoomRect(); ///< only sets the mode to 201, the zoom rectangle tool
+    void ZoomRect(); ///< only sets the mode to 201
     /// Direct access; nothing is repainted until the next invalidation.
     void SetWorldPerPixel(double x, double y) { m_mapping.SetWorldPerPixel(x, y); }
     void SetWorldPerPixelBase(double x, double y) { m_mapping.SetWorldPerPixelBase(x, y); }
@@ -90,8 +100,8 @@ public:
 
     // Editing state
     short GetMode() const { return m_messages.GetMode(); }
-    /// Also empties the selection and forgets the points of the tool in progress, but not its
-    /// object.
+    /// Also empties the selection and zeroes the working points, but keeps the object under
+    /// construction.
     void SetMode(short mode);
     void SetPostMode(short mode) { m_messages.SetPostMode(mode); }
     short GetPostMode() const { return m_messages.GetPostMode(); }
@@ -105,8 +115,8 @@ public:
     XObList* GetSymbolTableList() { return &m_symbolTables; }
     XDMCompManager* GetXDMCompManager() const { return m_compManager.get(); }
     XCommandManager* GetCommandManager() const { return m_commandManager; }
-    const tagXHitFlag& GetHitFlag() const { return m_tool.hit; }
-    double GetRotationAngle() const { return m_rotationAngle; } ///< degrees, by the rotate tool
+    const tagXHitFlag& GetHitFlag() const { return m_tool.hit; } ///< index -1: nothing was hit
+    double GetRotationAngle() const { return m_rotationAngle; }  ///< degrees
     /// Minimum x, y, z and maximum x, y, z.
     const double (&GetDefaultRange() const)[6] { return m_defaultRange; }
     XGVObjectManager& GetObjectManager() { return m_objects; } ///< styles of new objects
@@ -151,15 +161,39 @@ public:
     XViewOverlay& GetOverlay() { return m_overlay; } ///< to raise update flags
     /// @param all  non-zero: everything but the measure recording is made anew
     void InvalidateControl(int all);
+    /// Brings everything whose update flag is raised up to date and shows it on a device just as
+    /// in the window: the main surface as it is, the overlay laid over it. For the window's paint,
+    /// for printing and for thumbnails; the picture is as large as the window, and its upper left
+    /// corner is the device's.
+    ///
+    /// While the view draws already (inside a paint report) it updates nothing and shows the last
+    /// whole picture.
+    /// @param dc  null, or without an image: only the updates run
+    virtual void OnDraw(XDC* dc);
     void UpdateVertBuffer() override;
     void UpdateVertBufferTemp() override;
     void UpdateVertBufferMeasure() override;
     void UpdateVertBufferBookMark() override;
+    /// Draws the main surface whatever its flag says. Inside a paint report it only raises the
+    /// flag.
     void UpdateBackBuffer() override;
     void UpdateBackBufferTemp() override;
 
-    // Input, in device pixels of the view; callable by tests and hosts
-    int HandleMessage(XHWND window, unsigned message, XWPARAM wParam, XLPARAM lParam) override;
+    // Input, in device pixels of the view; callable by tests and hosts. Every message of the
+    // pointer and the keys comes by here first, then the On... operation below that fits sees it.
+    /// Runs HandleMessage, whatever it answers, on a message addressed to this view.
+    /// @return 1 when the view has gone meanwhile, and 0. An override that answers non-zero keeps
+    ///         the message from the On... operations
+    int PreTranslateMessage(XHWND window, unsigned message, XWPARAM wParam,
+                            XLPARAM lParam) override;
+    /// @return non-zero when the message was used up
+    virtual int HandleMessage(XHWND window, unsigned message, XWPARAM wParam, XLPARAM lParam);
+    /// Sends message 32 to the view, so that the cursor follows the mode, whatever number it is.
+    virtual void HandleMouseMessage(XHWND window, unsigned message, XWPARAM wParam, XLPARAM lParam);
+    /// A key went down. While Escape is down, whichever key this is: deletes the object under
+    /// construction, sets the mode field to the post mode, repaints and reports 41107.
+    virtual void HandleKeyboardMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                       XLPARAM lParam);
     void OnLButtonDown(unsigned flags, int x, int y) override;
     void OnLButtonUp(unsigned flags, int x, int y) override;
     void OnLButtonDblClk(unsigned flags, int x, int y) override;
@@ -172,6 +206,10 @@ public:
     int OnMouseWheel(unsigned flags, int delta, int screenX, int screenY) override;
     void OnKeyDown(unsigned character, unsigned repeat, unsigned flags) override;
     void OnKeyUp(unsigned character, unsigned repeat, unsigned flags) override;
+    /// Shows the cursor of the moment; message 32 comes here, after every message of the pointer.
+    /// A cursor that someone else gave the view lasts until then.
+    /// @return 0 when the mode leaves the choice to the default, which is the parent's cursor
+    int OnSetCursor() override;
 
     XLRESULT OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM lParam) override;
 
@@ -180,9 +218,10 @@ protected:
     virtual int OnCreate();
     virtual void OnInitialUpdate();
     virtual void OnSize(int width, int height);
-    virtual void OnDestroy();
-    /// The tool of the current mode; none is known here.
-    virtual void HandleMouseMessage(XHWND window, unsigned message, XWPARAM wParam, XLPARAM lParam);
+    /// The end of the view's life: stops drawing and lets the window handle die, so that no message
+    /// reaches the view any more. A second call does nothing. The destructor runs it, too late for
+    /// a derived class, whose part has gone by then: one that needs it calls it first in its own.
+    void OnDestroy();
 
     /// Why a repaint is asked for; hosts' traces know the numbers.
     enum class Reason {
@@ -222,11 +261,13 @@ private:
     void PanByPart(int partsX, int partsY) override;
     void ZoomByKey(int in) override;
     void ZoomByPinch(int x, int y, double step) override;
-    void ShowCursor() override;
 
     QSize GetClientPixels() const;
     void FollowClientSize();
-    void UpdatePicture();
+    int IsDrawing() const { return m_isUpdating || m_isDrawingBack; }
+    int UpdatePicture();
+    int DrawMainBack();
+    void DropCurrentObject();
     void RaiseMapping();
     void ReportMouse(XViewReport code, unsigned flags, int x, int y, int delta = 0);
     int ReportPaint(XViewReport code, unsigned timeoutMs);
@@ -251,17 +292,17 @@ private:
     XvcLayer* m_editLayer = nullptr; // lives in its base
     XCommandManager* m_commandManager = nullptr;
     double m_fineZoomStep = 0.1;
-    double m_rotationAngle = 0.0; // degrees, summed up by the rotate tool
+    double m_rotationAngle = 0.0; // degrees
     double m_defaultRange[6] = {0, 0, 0, 100, 100, 0};
     std::atomic<int> m_cancel{0}; // stops a composite in mid-draw
     QSize m_clientSize;           // as last followed, in device pixels
     int m_autoFocus = 1;
     bool m_isCreated = false;
     bool m_isUpdating = false;    // a paint that strikes now shows the last frame
-    bool m_isPaintNested = false; // and one did
-    bool m_isDrawingBack = false; // within UpdateBackBuffer
-    bool m_isDrawnStale = false;  // another one was asked for meanwhile
-    int m_cursorKey = -2;         // which cursor is shown, to set it only when it changes
+    bool m_isDrawingBack = false; // and so does one within UpdateBackBuffer
+    bool m_isPaintNested = false; // one did strike
+    QCursor m_cursor;             // the one last made,
+    int m_cursorKey = -2;         // and for what
 };
 
 /// The view that extended views derive from.

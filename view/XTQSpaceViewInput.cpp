@@ -12,6 +12,14 @@
 
 #include <cmath>
 
+int XTQSpaceView::PreTranslateMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                      XLPARAM lParam)
+{
+    if (window == 0 || window != GetHWND()) return 0;
+    HandleMessage(window, message, wParam, lParam);
+    return !XfnIsWindow(window);
+}
+
 int XTQSpaceView::HandleMessage(XHWND window, unsigned message, XWPARAM wParam, XLPARAM lParam)
 {
     if (m_messages.IsSwallowed(m_input.IsCtrlDown(), wParam)) return 1;
@@ -23,6 +31,7 @@ int XTQSpaceView::HandleMessage(XHWND window, unsigned message, XWPARAM wParam, 
         HandleMouseMessage(window, message, wParam, lParam);
         return 1;
     case kMsgKeyDown:
+        HandleKeyboardMessage(window, message, wParam, lParam);
         return 1;
     case kMsgRButtonDown:
         m_messages.SetRButtonDown(1);
@@ -40,53 +49,70 @@ int XTQSpaceView::HandleMessage(XHWND window, unsigned message, XWPARAM wParam, 
     return 0;
 }
 
-void XTQSpaceView::HandleMouseMessage(XHWND window, unsigned, XWPARAM, XLPARAM)
+void XTQSpaceView::HandleMouseMessage(XHWND, unsigned, XWPARAM, XLPARAM)
 {
-    XfnSendMessage(window, kMsgSetCursor, 0, 0); // the cursor follows the mode, known or not
+    XfnSendMessage(GetHWND(), kMsgSetCursor, 0, 0);
+}
+
+void XTQSpaceView::HandleKeyboardMessage(XHWND, unsigned, XWPARAM wParam, XLPARAM)
+{
+    // a message about Escape tells that it is down, a host's own too
+    if (m_input.IsEscapeDown() || wParam == kKeyEscape) DropCurrentObject();
+}
+
+void XTQSpaceView::DropCurrentObject()
+{
+    delete m_objects.m_currentObject;
+    m_objects.m_currentObject = nullptr;
+    m_overlay.Raise({XViewBuffer::MainVertex, XViewBuffer::TempVertex, XViewBuffer::MainBack,
+                     XViewBuffer::TempBack});
+    m_messages.ChangeToPostMode();
+    InvalidateControl(1);
+    XfnSendMessage(GetHWND(), kMsgSetCursor, 0, 0);
+    m_reports.Send(XViewReport::ToolCancelled);
 }
 
 XLRESULT XTQSpaceView::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM lParam)
 {
-    if (message == kMsgSetCursor) {
-        ShowCursor();
-        return 1;
-    }
+    if (message == kMsgSetCursor) return OnSetCursor();
     if (m_dialogs.OnMessage(message)) return 0;
     return XMessageWindow::OnWindowMessage(message, wParam, lParam);
 }
 
-void XTQSpaceView::ShowCursor()
+int XTQSpaceView::OnSetCursor()
 {
-    constexpr int kDefault = -1, kArrow = 0, kPan = 1;
+    constexpr int kArrow = 0, kPan = 1, kRotate = 202;
     const int mode = m_messages.GetMode();
     const bool isTool = (mode >= 101 && mode <= 113) || mode == 120 || mode == 121 || mode == 131;
-    int key = kArrow;
-    if (mode == XGVMessageManager::kModeZoomRect || isTool || mode == 202) key = mode;
-    if (mode == XGVMessageManager::kModeNone) key = kDefault;
     const bool isPan =
         m_messages.IsRButtonDragging() || m_input.IsPanning() || m_input.IsSpaceDown();
-    if (isPan && mode != XGVMessageManager::kModeZoomRect) key = kPan;
-    if (key == m_cursorKey) return;
-    m_cursorKey = key;
-    switch (key) {
-    case kDefault:
-        unsetCursor();
-        break;
-    case kArrow:
-        setCursor(XfnGetCursor(XCursorImage::Arrow));
-        break;
-    case kPan:
-        setCursor(XfnGetCursor(XCursorImage::Pan));
-        break;
-    case XGVMessageManager::kModeZoomRect:
-        setCursor(XfnGetCursor(XCursorImage::ZoomRect));
-        break;
-    case 202:
-        setCursor(XfnGetCursor(XCursorImage::Rotate));
-        break;
-    default:
-        setCursor(XfnGetToolCursor(key));
+    int key = kArrow;
+    if (mode == XGVMessageManager::kModeZoomRect || isTool || mode == kRotate) key = mode;
+    if (isPan && mode != XGVMessageManager::kModeZoomRect) {
+        key = kPan;
+    } else if (mode == XGVMessageManager::kModeNone) {
+        if (testAttribute(Qt::WA_SetCursor)) unsetCursor();
+        return 0;
     }
+    if (key != m_cursorKey) {
+        m_cursorKey = key;
+        switch (key) {
+        case kArrow:
+            m_cursor = XfnGetCursor(XCursorImage::Arrow);
+            break;
+        case kPan:
+            m_cursor = XfnGetCursor(XCursorImage::Pan);
+            break;
+        case XGVMessageManager::kModeZoomRect:
+            m_cursor = XfnGetCursor(XCursorImage::ZoomRect);
+            break;
+        default:
+            m_cursor = XfnGetToolCursor(key);
+        }
+    }
+    // asked at every move: set only what is not shown already
+    if (!testAttribute(Qt::WA_SetCursor) || cursor() != m_cursor) setCursor(m_cursor);
+    return 1;
 }
 
 void XTQSpaceView::ReportMouse(XViewReport code, unsigned flags, int x, int y, int delta)

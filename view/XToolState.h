@@ -18,9 +18,8 @@ struct tagXToolState
     QPoint previous;
     QPoint current;
     QPoint panReference;
-    /// The last hit in the selection tool.
-    tagXHitFlag hit;
-    int isButtonDrag = 0; ///< set while the left button is down in the selection tool
+    tagXHitFlag hit;      ///< the last hit; index -1 is none
+    int isButtonDrag = 0; ///< the left button is down on what was hit
 
     tagXToolState() { hit.index = -1; }
 

@@ -35,6 +35,7 @@ void TellValueRange(XViewPaletteDlg& dialog, XDMComposite& composite)
     const XDMBand* band = composite.GetBand(0);
     if (!band) return;
     double low = 0, high = 0;
+    composite.UpdateLUT(0); // nothing need have drawn with the stretch of the moment
     XfnLookupRange(composite.GetLUT(0), band->GetDataType(), band->GetBandMin(), band->GetBandMax(),
                    low, high);
     dialog.SetValueRange(low, high, band->GetDataType());

@@ -1,9 +1,13 @@
 #include "view/XViewFrame.h"
 
+#include "foundation/surface/XBackBuffer.h"
+#include "foundation/surface/XDC.h"
+
 #include <QPainter>
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 namespace {
 
@@ -37,15 +41,20 @@ void XfnLayOverlay(QImage& picture, const QImage& overlay)
     }
 }
 
-void XViewFrame::Publish(const QImage& main, const QImage& overlay)
+void XfnSwapSurfaces(XDC* dc, const XBackBuffer& main, const XBackBuffer& overlay)
 {
-    if (m_picture.size() != main.size() || m_picture.format() != main.format()) {
-        m_picture = main.copy();
-    } else {
-        for (int y = 0; y < main.height(); ++y)
-            std::copy_n(main.constScanLine(y), main.bytesPerLine(), m_picture.scanLine(y));
-    }
-    XfnLayOverlay(m_picture, overlay);
+    if (main.Swap(dc, kXCopy)) XfnLayOverlay(*dc->GetImage(), overlay.GetImage());
+}
+
+QImage& XViewFrame::GetNext(const QSize& size)
+{
+    if (m_next.size() != size) m_next = QImage(size, QImage::Format_RGB32);
+    return m_next;
+}
+
+void XViewFrame::Publish()
+{
+    std::swap(m_picture, m_next);
 }
 
 void XViewFrame::Paint(QPainter& painter, const QRect& area, QRgb backColor) const

@@ -6,19 +6,22 @@
 
 class QPainter;
 class QRect;
+class XBackBuffer;
+class XDC;
 
-/// The picture that a view shows: main surface with the overlay laid over it.
+/// The picture that a view shows, kept apart from the surfaces that it was made of.
 ///
-/// It is a copy, so a paint that strikes while the surfaces are being drawn (a modal box inside a
-/// report) shows the last whole picture. All coordinates are device pixels.
+/// So a paint that strikes while those are being drawn (a modal box inside a report) shows the last
+/// whole picture. All coordinates are device pixels.
 class XAPI XViewFrame
 {
 public:
-    /// Takes a copy of both surfaces; they are left as they are. Sizes may differ, the main one
-    /// counts.
-    void Publish(const QImage& main, const QImage& overlay);
+    /// An image to draw the next picture on, as large as told; what it holds is of no meaning. The
+    /// picture shown is another one until Publish.
+    QImage& GetNext(const QSize& size);
+    void Publish(); ///< the image of GetNext becomes the picture
 
-    /// Draws the frame at (0, 0), one pixel a device pixel, and `backColor` where it does not
+    /// Draws the picture at (0, 0), one pixel a device pixel, and `backColor` where it does not
     /// reach.
     /// @param painter  its unit must be one device pixel
     /// @param area     the part to paint
@@ -28,9 +31,14 @@ public:
 
 private:
     QImage m_picture;
+    QImage m_next;
 };
 
-/// Lays an overlay over a picture of the same size or larger. Black overlay pixels leave the
+/// Copies the main surface to a device, upper left corners together, and lays the overlay over it.
+/// Nothing happens on a device without an image.
+XAPI void XfnSwapSurfaces(XDC* dc, const XBackBuffer& main, const XBackBuffer& overlay);
+
+/// Lays an overlay over a picture, upper left corners together. Black overlay pixels leave the
 /// picture alone; others show in their own colour, or in black or white, whichever is farther,
 /// where their own differs from the picture by less than 96 of 255 in every channel. So a mark is
 /// seen on any background, which exclusive or does not give: on mid grey its result is mid grey

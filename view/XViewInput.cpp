@@ -52,14 +52,20 @@ unsigned XViewInput::Flags(const QSinglePointEvent& event)
     return flags;
 }
 
+// The tool's turn. Answers non-zero when the handler has none: the window has gone, and this object
+// with it, or whoever looked at the message wants it to end here.
+int XViewInput::PreTranslate(unsigned message, XWPARAM wParam, XLPARAM lParam)
+{
+    const XHWND window = m_target.GetInputWindow();
+    return m_target.PreTranslateMessage(window, message, wParam, lParam) || !XfnIsWindow(window);
+}
+
 // The tool, then the handler. Answers 0 when the window has gone, and this object with it.
 int XViewInput::Dispatch(unsigned message, unsigned flags, QPoint pixel, Handler handler)
 {
     const XHWND window = m_target.GetInputWindow();
-    m_target.HandleMessage(window, message, flags,
-                           static_cast<XLPARAM>(XfnPackPoint(pixel.x(), pixel.y())));
-    if (!XfnIsWindow(window)) return 0;
-    (m_target.*handler)(flags, pixel.x(), pixel.y());
+    const XLPARAM point = static_cast<XLPARAM>(XfnPackPoint(pixel.x(), pixel.y()));
+    if (!PreTranslate(message, flags, point)) (m_target.*handler)(flags, pixel.x(), pixel.y());
     return XfnIsWindow(window);
 }
 
@@ -75,6 +81,7 @@ int XViewInput::MousePress(const QMouseEvent& event)
             return 1;
         }
         if (m_pan == Pan::SpaceLeft) return 1;
+        m_panAfter &= ~kFlagLeft; // the press says that its release was lost
         m_pressed |= kFlagLeft;
         Dispatch(kMsgLButtonDown, flags, pixel, &XViewInputTarget::OnLButtonDown);
         return 1;
@@ -96,6 +103,7 @@ int XViewInput::MouseDoubleClick(const QMouseEvent& event)
     const unsigned flags = Flags(event);
     if (!ReleaseLost(flags, pixel)) return 1;
     if (event.button() == Qt::LeftButton && !m_spaceDown) {
+        m_panAfter &= ~kFlagLeft;
         m_pressed |= kFlagLeft;
         Dispatch(kMsgLButtonDblClk, flags, pixel, &XViewInputTarget::OnLButtonDblClk);
         return 1;
@@ -118,6 +126,10 @@ int XViewInput::MouseRelease(const QMouseEvent& event)
             EndPan();
             return 1;
         }
+        if (m_panAfter & kFlagLeft) {
+            m_panAfter &= ~kFlagLeft;
+            return 1;
+        }
         m_pressed &= ~kFlagLeft;
         Dispatch(kMsgLButtonUp, flags, pixel, &XViewInputTarget::OnLButtonUp);
         return 1;
@@ -127,6 +139,7 @@ int XViewInput::MouseRelease(const QMouseEvent& event)
         return 1;
     case Qt::MiddleButton:
         if (m_pan == Pan::Middle) EndPan();
+        m_panAfter &= ~kFlagMiddle;
         return 1;
     default:
         return 0;
@@ -153,9 +166,10 @@ int XViewInput::MouseMove(const QMouseEvent& event)
     const QPoint pixel = Pixel(event);
     unsigned flags = Flags(event);
     if (!ReleaseLost(flags, pixel)) return 1;
-    const unsigned held = m_pan == Pan::Middle ? kFlagMiddle : kFlagLeft;
-    if (m_pan != Pan::None && !(flags & held)) EndPan();
+    m_panAfter &= flags;
+    if (m_pan != Pan::None && !(flags & GetPanButton())) EndPan();
     if (m_pan == Pan::None) {
+        if (m_panAfter) return 1;
         Dispatch(kMsgMouseMove, flags, pixel, &XViewInputTarget::OnMouseMove);
         return 1;
     }
@@ -192,33 +206,49 @@ int XViewInput::Wheel(const QWheelEvent& event)
     const int delta = notches < 0 ? -XWheelSteps::kNotch : XWheelSteps::kNotch;
     const XWPARAM wParam = static_cast<XWPARAM>(delta & 0xFFFF) << 16 | flags;
     const XHWND window = m_target.GetInputWindow();
+    const XLPARAM point = static_cast<XLPARAM>(XfnPackPoint(screen.x(), screen.y()));
     for (int i = std::abs(notches); i > 0; --i) {
-        m_target.HandleMessage(window, kMsgMouseWheel, wParam,
-                               static_cast<XLPARAM>(XfnPackPoint(screen.x(), screen.y())));
-        if (!XfnIsWindow(window)) return 1;
-        m_target.OnMouseWheel(flags, delta, screen.x(), screen.y());
+        if (!PreTranslate(kMsgMouseWheel, wParam, point))
+            m_target.OnMouseWheel(flags, delta, screen.x(), screen.y());
         if (!XfnIsWindow(window)) return 1;
     }
     return 1;
 }
 
-int XViewInput::Key(const QKeyEvent& event, int isDown)
+void XViewInput::TrackKey(const QKeyEvent& event, int isDown)
 {
     m_ctrlDown = (event.modifiers() & Qt::ControlModifier) != 0;
-    if (event.key() == Qt::Key_Control) m_ctrlDown = isDown != 0;
-    if (event.key() == Qt::Key_Space && !event.isAutoRepeat()) {
+    if (event.isAutoRepeat()) return;
+    switch (event.key()) {
+    case Qt::Key_Control:
+        m_ctrlDown = isDown != 0;
+        break;
+    case Qt::Key_Escape:
+        m_escapeDown = isDown != 0;
+        break;
+    case Qt::Key_Space:
         m_spaceDown = isDown != 0;
-        m_target.ShowCursor();
+        m_target.OnSetCursor();
+        break;
+    default:
+        break;
     }
-    const int character = XfnVirtualKey(event.key());
+}
+
+int XViewInput::Key(const QKeyEvent& event, int isDown)
+{
+    TrackKey(event, isDown);
+    if (!isDown && event.isAutoRepeat()) return 1; // a held key is still down
+    const int character = XfnVirtualKey(event.key(), (event.modifiers() & Qt::KeypadModifier) != 0);
     if (character == 0) return 0;
 
     unsigned flags = isDown ? 0 : kKeyReleased;
     if (!isDown || event.isAutoRepeat()) flags |= kKeyWasDown;
     const XHWND window = m_target.GetInputWindow();
-    m_target.HandleMessage(window, isDown ? kMsgKeyDown : kMsgKeyUp,
-                           static_cast<XWPARAM>(character), static_cast<XLPARAM>(flags) << 16 | 1);
-    if (!XfnIsWindow(window)) return 1;
+    if (PreTranslate(isDown ? kMsgKeyDown : kMsgKeyUp, static_cast<XWPARAM>(character),
+                     static_cast<XLPARAM>(flags) << 16 | 1)) {
+        return 1;
+    }
     if (!isDown) {
         m_target.OnKeyUp(static_cast<unsigned>(character), 1, flags);
         return 1;
@@ -228,7 +258,8 @@ int XViewInput::Key(const QKeyEvent& event, int isDown)
     // Alt and Shift combinations belong to the host
     if (event.modifiers() & Qt::AltModifier) return 0;
     const bool isShifted = event.modifiers() & Qt::ShiftModifier;
-    if (isShifted && character != kKeyPlus && character != kKeyMinus) return 0;
+    const bool isSign = character == kKeyPlus || character == kKeyMinus;
+    if (isShifted && !isSign) return 0;
     return Navigate(character, m_ctrlDown) || character == kKeySpace;
 }
 
@@ -249,9 +280,11 @@ int XViewInput::Navigate(int key, int isCtrl)
         dy = 1;
         break;
     case kKeyPlus:
+    case kKeyPadPlus:
         m_target.ZoomByKey(1);
         return 1;
     case kKeyMinus:
+    case kKeyPadMinus:
         m_target.ZoomByKey(0);
         return 1;
     default:
@@ -284,22 +317,39 @@ int XViewInput::Gesture(const QNativeGestureEvent& event)
 
 void XViewInput::Forget()
 {
+    const bool isHand = m_spaceDown || IsPanning();
     m_spaceDown = 0;
     m_ctrlDown = 0;
+    m_escapeDown = 0;
     m_wheel.Reset();
-    EndPan();
+    m_panAfter |= GetPanButton();
+    m_pan = Pan::None;
+    if (isHand) m_target.OnSetCursor();
 }
 
 void XViewInput::StartPan(Pan pan, QPoint pixel)
 {
     m_pan = pan;
     m_panPixel = pixel;
-    m_target.ShowCursor();
+    m_panAfter = 0;
+    m_target.OnSetCursor();
 }
 
 void XViewInput::EndPan()
 {
     if (m_pan == Pan::None) return;
     m_pan = Pan::None;
-    m_target.ShowCursor();
+    m_target.OnSetCursor();
+}
+
+unsigned XViewInput::GetPanButton() const
+{
+    switch (m_pan) {
+    case Pan::Middle:
+        return kFlagMiddle;
+    case Pan::SpaceLeft:
+        return kFlagLeft;
+    default:
+        return 0;
+    }
 }

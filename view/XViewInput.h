@@ -24,7 +24,9 @@ public:
     virtual QPoint GetScreenOrigin() const = 0; ///< upper left corner of the view on the screen
 
     /// The tool's turn, before the handlers below see the same event.
-    virtual int HandleMessage(XHWND window, unsigned message, XWPARAM wParam, XLPARAM lParam) = 0;
+    /// @return non-zero when the handlers must not see it
+    virtual int PreTranslateMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                    XLPARAM lParam) = 0;
 
     virtual void OnLButtonDown(unsigned flags, int x, int y) = 0;
     virtual void OnLButtonUp(unsigned flags, int x, int y) = 0;
@@ -43,7 +45,7 @@ public:
                            int partsY) = 0; ///< looks right and down by eighths of the view
     virtual void ZoomByKey(int in) = 0;     ///< one full step about the centre
     virtual void ZoomByPinch(int x, int y, double step) = 0;
-    virtual void ShowCursor() = 0;
+    virtual int OnSetCursor() = 0;
 };
 
 /// Turns Qt's events into the numbered messages of a view and keeps their order: the tool first,
@@ -52,7 +54,10 @@ public:
 /// Gestures of its own, which neither tools nor hosts need to know: dragging with the middle button
 /// or with Space and the left one pans; arrow keys pan by an eighth of the view, with Ctrl by a
 /// pixel; + and - zoom, with or without Ctrl; two fingers on a touchpad pan, a pinch zooms about
-/// the fingers. Angles of a wheel are summed to whole notches, each one message.
+/// the fingers. Angles of a wheel are summed to whole notches, each one message. A pan that loses
+/// the focus ends there, but keeps its button: nothing is seen of the pointer until that is up.
+///
+/// A key that repeats is pressed again and again and released once. Tab is the focus's.
 ///
 /// A handler may destroy the view: nothing here touches the object after a handler whose window has
 /// gone. Threads: user interface only.
@@ -74,6 +79,7 @@ public:
 
     int IsCtrlDown() const { return m_ctrlDown; }
     int IsSpaceDown() const { return m_spaceDown; }
+    int IsEscapeDown() const { return m_escapeDown; }
     int IsPanning() const { return m_pan != Pan::None; }
 
 private:
@@ -82,10 +88,13 @@ private:
 
     QPoint Pixel(const QMouseEvent& event) const;
     unsigned Flags(const QSinglePointEvent& event);
+    void TrackKey(const QKeyEvent& event, int isDown);
+    int PreTranslate(unsigned message, XWPARAM wParam, XLPARAM lParam);
     int Dispatch(unsigned message, unsigned flags, QPoint pixel, Handler handler);
     int ReleaseLost(unsigned flags, QPoint pixel);
     void StartPan(Pan pan, QPoint pixel);
     void EndPan();
+    unsigned GetPanButton() const;
     int Navigate(int key, int isCtrl);
 
     XViewInputTarget& m_target;
@@ -94,7 +103,9 @@ private:
     QPoint m_panPixel;
     double m_scrollRestX = 0; // a touchpad moves by parts of a device pixel
     double m_scrollRestY = 0;
-    unsigned m_pressed = 0; // left and right as tools know them
+    unsigned m_pressed = 0;  // left and right as tools know them
+    unsigned m_panAfter = 0; // button of a pan that lost the focus, until it is up
     int m_spaceDown = 0;
+    int m_escapeDown = 0;
     int m_ctrlDown = 0;
 };

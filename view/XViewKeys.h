@@ -26,15 +26,27 @@ enum XInputFlag : unsigned {
     kFlagMiddle = 16
 };
 
-/// The virtual key number of a Qt::Key: letters and digits are their upper-case ASCII code, the
-/// rest are the numbers below; 0 for a key without one.
-XAPI int XfnVirtualKey(int qtKey);
+/// The virtual key number of a Qt::Key; 0 for a key without one.
+///
+/// A number names the key, not the sign on it: letters and digits are their upper-case ASCII code,
+/// punctuation has the numbers 186 to 192 and 219 to 222, and what Shift makes of a digit or of
+/// punctuation (on a keyboard of the American or Korean layout) is mapped back to its key. The rest
+/// are the numbers below.
+/// @param isKeypad  non-zero for a key of the number block, whose digits are 96 to 105 and whose
+///                  operators 106 to 111
+XAPI int XfnVirtualKey(int qtKey, int isKeypad = 0);
 
-constexpr int kKeyBackspace = 8, kKeyTab = 9, kKeyReturn = 13, kKeyShift = 16, kKeyControl = 17,
-              kKeyAlt = 18, kKeyEscape = 27, kKeySpace = 32, kKeyPageUp = 33, kKeyPageDown = 34,
+constexpr int kKeyBackspace = 8, kKeyTab = 9, kKeyClear = 12, kKeyReturn = 13, kKeyShift = 16,
+              kKeyControl = 17, kKeyAlt = 18, kKeyPause = 19, kKeyCapsLock = 20, kKeyHangul = 21,
+              kKeyHanja = 25, kKeyEscape = 27, kKeySpace = 32, kKeyPageUp = 33, kKeyPageDown = 34,
               kKeyEnd = 35, kKeyHome = 36, kKeyLeft = 37, kKeyUp = 38, kKeyRight = 39,
-              kKeyDown = 40, kKeyInsert = 45, kKeyDelete = 46, kKeyF1 = 112, kKeyPlus = 187,
-              kKeyMinus = 189;
+              kKeyDown = 40, kKeyPrint = 44, kKeyInsert = 45, kKeyDelete = 46, kKeyMenu = 93,
+              kKeyPad0 = 96, kKeyPadTimes = 106, kKeyPadPlus = 107, kKeyPadSeparator = 108,
+              kKeyPadMinus = 109, kKeyPadPoint = 110, kKeyPadDivide = 111, kKeyF1 = 112,
+              kKeyNumLock = 144, kKeyScrollLock = 145, kKeySemicolon = 186, kKeyPlus = 187,
+              kKeyComma = 188, kKeyMinus = 189, kKeyPeriod = 190, kKeySlash = 191,
+              kKeyBackquote = 192, kKeyBracketLeft = 219, kKeyBackslash = 220,
+              kKeyBracketRight = 221, kKeyQuote = 222;
 
 /// A point as a message's second parameter carries it: signed 16-bit x low, y high.
 constexpr long long XfnPackPoint(int x, int y)

@@ -13,16 +13,22 @@ constexpr tagXWorldBox kNoBox = {kXNotSet, kXNotSet, kXNotSet, kXNotSet};
 // whole pixels toward zero; what is too far to be a place on a screen is no pan at all
 int TruncatePixels(double distance)
 {
-    return std::fabs(distance) < 1e6 ? static_cast<int>(distance) : 0;
+    // a distance of 50 pixels may come as 49.9999, and would lose one at every step
+    constexpr double kRoundingPixels = 1.0 / 64;
+    if (!(std::fabs(distance) < 1e6)) return 0;
+    return static_cast<int>(distance + std::copysign(kRoundingPixels, distance));
 }
 
-// Lower end of the visible range of one axis, and its width. Half the size is taken in single
-// precision: window sizes are exact in it.
+// The visible range of one axis. Half the size is taken in single precision: window sizes are exact
+// in it.
 struct Span
 {
     double low;
     double high;
-    bool Contains(double value) const { return value >= low && value <= high; }
+    bool Contains(double value, double slack) const
+    {
+        return value >= low - slack && value <= high + slack;
+    }
 };
 
 Span VisibleSpan(double centre, int size, double length)
@@ -111,8 +117,11 @@ void XViewMapping::ZoomWheel(int pixelX, int pixelY, double step)
     double centreX = 0, centreY = 0, lengthX = 0, lengthY = 0;
     m_main.GetWorldToCenter(centreX, centreY);
     m_main.GetWorldPerPixel(lengthX, lengthY);
-    const bool isInside = VisibleSpan(centreX, GetWidth(), lengthX).Contains(x) &&
-                          VisibleSpan(centreY, GetHeight(), lengthY).Contains(y);
+    // far from the origin rounding may put the pixels at the very edge outside
+    constexpr double kSlackPixels = 0.25;
+    const bool isInside =
+        VisibleSpan(centreX, GetWidth(), lengthX).Contains(x, kSlackPixels * lengthX) &&
+        VisibleSpan(centreY, GetHeight(), lengthY).Contains(y, kSlackPixels * lengthY);
     if (step < 0)
         ZoomOut(-step);
     else

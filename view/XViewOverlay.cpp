@@ -70,7 +70,7 @@ XVertBuffer& XViewOverlay::GetVertex(XViewBuffer buffer)
 
 void XViewOverlay::UpdateTempBack()
 {
+    m_tempBack.UpdateCompleted();
     m_tempBack.Clear(kOverlayBackground);
     m_tempVertex.Draw(&m_tempBack);
-    m_tempBack.UpdateCompleted();
 }

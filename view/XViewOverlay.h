@@ -9,7 +9,8 @@
 /// The recordings and surfaces of a view, in the order in which they are brought up to date.
 enum class XViewBuffer { Measure, BookMark, MainVertex, MainBack, TempVertex, TempBack };
 
-/// How each of them is brought up to date; each clears its own flag when it has done so.
+/// How each of them is brought up to date. Each clears its own flag before it begins, so that one
+/// that is raised meanwhile stays up and asks for another update.
 class XAPI XViewOverlaySteps
 {
 public:

@@ -7,8 +7,10 @@
 
 /// Codes of what a view tells its host, the first parameter of each report.
 enum class XViewReport : unsigned {
-    PaintedRasters = 41061, ///< parameter: the main back buffer, before the vectors
-    PaintedVectors = 41062, ///< parameter: the main back buffer, before the map grid
+    /// Parameter: the main back buffer, before the vectors. It may be drawn on during the report
+    /// only; whatever the host does in an event loop of its own may make another of it.
+    PaintedRasters = 41061,
+    PaintedVectors = 41062, ///< the same, after the vectors and before the map grid
     KeyDown = 41064,        ///< parameter: tagXKeyReport*
     KeyUp = 41065,
     LButtonDblClk = 41066, ///< parameter: tagXMouseReport*, and so the following
@@ -19,10 +21,11 @@ enum class XViewReport : unsigned {
     RButtonUp = 41074,
     MouseMove = 41075,
     MouseWheel = 41076,
-    ZoomFit = 41086, ///< parameter: 0, and so the following
+    ZoomFit = 41086, ///< parameter: 0, and so the following up to ZoomOut
     ZoomIn = 41087,
     ZoomOneToOne = 41088,
-    ZoomOut = 41089
+    ZoomOut = 41089,
+    ToolCancelled = 41107 ///< parameter: 0
 };
 
 /// Parameter of the mouse reports; lives during the report only.
@@ -46,7 +49,8 @@ struct tagXKeyReport
 /// Sends the reports of one view to the window and message that its host named.
 ///
 /// Reports are synchronous on the calling thread; a host that blocks one blocks the view. Until a
-/// host is named, and after its window has gone, they go nowhere.
+/// host is named, and after its window has gone, they go nowhere. A host may destroy the view
+/// within any report but PaintedRasters and PaintedVectors: see XTQSpaceView.
 class XAPI XViewReports
 {
 public:

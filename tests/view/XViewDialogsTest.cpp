@@ -144,6 +144,26 @@ TEST_F(XViewDialogsTest, TheColourTableTakesTheFirstGrayComposite)
     EXPECT_EQ(log.calls.back(), "palette destroy");
 }
 
+TEST_F(XViewDialogsTest, ThePaletteHearsTheStretchAsItIsNow)
+{
+    XDMComposite* gray = Show(picture);
+    gray->AddHistPt(0, 0, 40);
+    gray->AddHistPt(0, 255, 200);
+    gray->SetStretchType(2, 0);
+    view.ShowColorTable(1); // nothing has drawn with it
+    EXPECT_EQ(palette->m_low, 40);
+    EXPECT_EQ(palette->m_high, 201);
+    // nor does a drawing that does not reach it
+    view.SetWorldToCenter(5000, 5000);
+    gray->RemoveAllHistPts(0);
+    gray->AddHistPt(0, 0, 60);
+    gray->AddHistPt(0, 255, 100);
+    view.InvalidateControl(1);
+    Paint();
+    EXPECT_EQ(palette->m_low, 60);
+    EXPECT_EQ(palette->m_high, 101);
+}
+
 TEST_F(XViewDialogsTest, AnOpenPaletteAndThumbHearOfEveryDrawing)
 {
     XDMComposite* gray = Show(picture);

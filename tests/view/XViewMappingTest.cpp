@@ -205,6 +205,41 @@ TEST_F(XViewMappingTest, WheelKeepsThePointUnderThePointerToThePixel)
     }
 }
 
+TEST_F(XViewMappingTest, WheelStepsInAndOutAboutOnePixelLeadBack)
+{
+    struct Case
+    {
+        const char* name;
+        QSize size;
+        double centreX;
+        double centreY;
+        double length;
+    };
+    const Case kCases[] = {
+        {"even sizes", {400, 200}, 50, 25, 0.25},
+        {"odd sizes", {401, 203}, 50, 25, 0.25},
+        {"far from the origin", {400, 203}, 523456.7, 4123456.3, 0.3},
+        {"degrees", {401, 200}, 127.123, 37.456, 1e-5},
+    };
+    for (const Case& c : kCases) {
+        view.resize(c.size);
+        for (int i = 0; i < 60; ++i) {
+            const int px = i * 37 % 400, py = i * 53 % 200;
+            view.SetWorldToCenter(c.centreX, c.centreY);
+            view.SetWorldPerPixel(c.length, c.length);
+            for (int k = 0; k < 20; ++k)
+                Wheel(px, py, -120);
+            for (int k = 0; k < 20; ++k)
+                Wheel(px, py, 120);
+            double x = 0, y = 0;
+            view.GetBackBuffer()->GetWorldToCenter(x, y);
+            ASSERT_EQ(view.GetBackBuffer()->GetWorldPerPixel(), c.length) << c.name;
+            ASSERT_LE(std::abs(x - c.centreX), c.length) << c.name << ", " << px << " " << py;
+            ASSERT_LE(std::abs(y - c.centreY), c.length) << c.name << ", " << px << " " << py;
+        }
+    }
+}
+
 TEST_F(XViewMappingTest, AThousandStepsInAndOutChangeNothing)
 {
     view.SetWorldToCenter(1234567.25, -7654321.5);

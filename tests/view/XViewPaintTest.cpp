@@ -131,6 +131,7 @@ TEST_F(XViewPaintTest, ASelectedPointIsSeenOnAnyBackgroundAndLeavesTheMainPictur
                       std::abs(qBlue(mark) - qBlue(below))});
         EXPECT_GE(difference, 96) << std::hex << back;
         EXPECT_EQ(main.pixel(2, 2), shown.pixel(2, 2));
+        EXPECT_EQ(main.pixel(201, 99), shown.pixel(201, 99)) << "a control square has no fill";
         EXPECT_EQ(main.pixel(202, 98) & 0xFFFFFFu, back & 0xFFFFFFu) << "the overlay got into main";
     }
     view.SetMode(0); // empties the selection
@@ -144,7 +145,7 @@ TEST_F(XViewPaintTest, HostsPaintUnderAndOverTheVectors)
     point->SetType(2);
     point->SetThick(40);
     point->SetForeColor(0xFFFFFFFFu);
-    point->SetFillStyle(tagXFillStyle(1));
+    point->SetFillStyle(tagXFillStyle(tagXFillStyle::kSolid));
     point->CalcRange();
     view.GetEditLayer()->AddTail(point);
     view.SetWorldToCenter(200, 100);
