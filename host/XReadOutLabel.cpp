@@ -35,6 +35,9 @@ void XReadOutLabel::SetFullText(const QString& text)
 
 void XReadOutLabel::Cut()
 {
-    const QString shown = fontMetrics().elidedText(m_full, Qt::ElideRight, contentsRect().width());
+    const int room = contentsRect().width();
+    QString shown = fontMetrics().elidedText(m_full, Qt::ElideRight, room);
+    // a few letters of a sentence tell nothing; a number keeps what there is room for
+    if (m_widest.isEmpty() && room * 3 < fontMetrics().horizontalAdvance(m_full)) shown.clear();
     if (shown != text()) setText(shown);
 }

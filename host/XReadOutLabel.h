@@ -3,7 +3,8 @@
 #include <QLabel>
 
 /// A label as wide as a given text, whatever it shows; it may be narrower, never wider. A text that
-/// does not fit is cut with dots, the whole one is the tool tip.
+/// does not fit is cut with dots, the whole one is the tool tip. Without a given text it takes what
+/// is left, and shows nothing rather than a few letters of a sentence.
 class XReadOutLabel : public QLabel
 {
 public:

@@ -71,7 +71,6 @@ bool SaveWindow(const tagXShot& shot, QSize size, const QString& sample, const Q
     window.show();
     Settle();
     if (window.GetFiles().OpenFiles({sample}) != 1) return false;
-    window.GetLayers().ChangeBands(0, [](XBandChoice& choice) { choice.SetColour(2, 1, 0); });
     // two screen pixels an image pixel: sharp, and the file stays small
     XTQSpaceView& view = window.GetView();
     view.ZoomOneToOne();
