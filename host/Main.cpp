@@ -1,14 +1,20 @@
 #include "dialogs/XQtPromptsDialog.h"
 #include "foundation/platform/XUserSettings.h"
+#include "foundation/raster/XTileCache.h"
 #include "host/XCommandLine.h"
+#include "host/XConvertJob.h"
 #include "host/XFileActions.h"
 #include "host/XMainWindow.h"
 #include "host/XRenderJob.h"
 
 #include <QApplication>
 
+#include <atomic>
 #include <clocale>
+#include <csignal>
 #include <cstdio>
+
+#include <unistd.h>
 
 namespace {
 
@@ -32,6 +38,34 @@ int Render(int argc, char** argv, const tagXRenderRequest& request)
     std::setlocale(LC_NUMERIC, "C");
     QString message;
     if (XfnRenderToFile(request, message)) return 0;
+    Say(stderr, QString("tqlview: %1\n").arg(message));
+    return kExitFailed;
+}
+
+std::atomic<int> g_isStopped{0}; // a signal handler may touch nothing else
+static_assert(std::atomic<int>::is_always_lock_free);
+
+int Convert(int argc, char** argv, const tagXConvertRequest& request)
+{
+    QCoreApplication app(argc, argv);
+    std::setlocale(LC_NUMERIC, "C");
+    // a stop is a failure like any other: the unfinished file must go
+    for (const int number : {SIGINT, SIGTERM, SIGHUP})
+        std::signal(number, [](int) { g_isStopped = 1; });
+    // every tile is needed once; a share of the memory as for looking around would be taken in vain
+    XTileCache::Get().SetBudget(std::size_t(256) << 20);
+    // one line that counts up where somebody watches, a line for every ten percent in a log
+    const bool isWatched = isatty(STDERR_FILENO);
+    const auto show = [&](int percent) {
+        if (isWatched)
+            Say(stderr, QString("\r%1 %").arg(percent, 3));
+        else if (percent % 10 == 0)
+            Say(stderr, QString("%1 %\n").arg(percent));
+    };
+    QString message;
+    const bool isDone = XfnConvertFile(request, show, &g_isStopped, message);
+    if (isWatched) Say(stderr, "\n");
+    if (isDone) return 0;
     Say(stderr, QString("tqlview: %1\n").arg(message));
     return kExitFailed;
 }
@@ -77,6 +111,8 @@ int main(int argc, char** argv)
         return kExitUsage;
     case CommandMode::Render:
         return Render(argc, argv, line.render);
+    case CommandMode::Convert:
+        return Convert(argc, argv, line.convert);
     case CommandMode::Window:
         break;
     }

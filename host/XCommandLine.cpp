@@ -111,6 +111,9 @@ std::optional<QString> TakeOption(const QString& name, const QString& value, tag
         if (value.isEmpty()) return "--render needs the name of a picture.";
         line.mode = CommandMode::Render;
         render.output = value;
+    } else if (name == "--convert") {
+        if (value.isEmpty()) return "--convert needs the name of a raster file.";
+        line.convert.input = value;
     } else if (name == "--size") {
         if (!ReadSize(value, render.size))
             return QString("--size %1 is not a size such as 800x600.").arg(value);
@@ -136,7 +139,16 @@ std::optional<QString> TakeOption(const QString& name, const QString& value, tag
 // What only the whole line tells.
 tagXCommandLine Finish(tagXCommandLine line, const QString& renderOnly)
 {
-    if (line.mode == CommandMode::Render) {
+    if (!line.convert.input.isEmpty()) {
+        if (line.mode == CommandMode::Render)
+            return Wrong("--convert and --render cannot be asked for together.");
+        if (!renderOnly.isEmpty())
+            return Wrong(QString("%1 has a meaning only together with --render.").arg(renderOnly));
+        if (line.files.size() != 1 || line.files.first().isEmpty())
+            return Wrong("--convert needs exactly two files, what to read and what to write.");
+        line.mode = CommandMode::Convert;
+        line.convert.output = line.files.first();
+    } else if (line.mode == CommandMode::Render) {
         if (line.files.size() != 1) return Wrong("--render needs exactly one raster file.");
         line.render.file = line.files.first();
     } else if (!renderOnly.isEmpty()) {
@@ -149,7 +161,8 @@ tagXCommandLine Finish(tagXCommandLine line, const QString& renderOnly)
 
 tagXCommandLine XfnParseCommandLine(const QStringList& words)
 {
-    static const QStringList known = {"--render", "--size", "--bands", "--extent", "--geometry"};
+    static const QStringList known = {"--render", "--convert", "--size",
+                                      "--bands",  "--extent",  "--geometry"};
     tagXCommandLine line;
     QString renderOnly;
     XWordReader reader(words);
@@ -182,7 +195,8 @@ tagXCommandLine XfnParseCommandLine(const QStringList& words)
                 if (!trouble) trouble = QString("%1 needs a value.").arg(name);
                 continue;
             }
-            if (name != "--render" && name != "--geometry" && renderOnly.isEmpty())
+            if ((name == "--size" || name == "--bands" || name == "--extent") &&
+                renderOnly.isEmpty())
                 renderOnly = name;
             const std::optional<QString> wrong = TakeOption(name, value, line);
             if (wrong && !trouble) trouble = wrong;
@@ -214,13 +228,18 @@ QString XfnHelpText()
     return "Usage: tqlview [OPTION]... [FILE]...\n"
            "       tqlview --render PICTURE [--size WxH] [--bands R,G,B] [--extent X0,Y0,X1,Y1] "
            "FILE\n"
-           "Looks at remote-sensing imagery; with --render draws it into a picture file instead.\n"
+           "       tqlview --convert IN OUT\n"
+           "Looks at remote-sensing imagery; with --render draws it into a picture file instead,\n"
+           "with --convert writes it as a file of another format.\n"
            "\n"
            "      --geometry WxH[+X+Y]  size and place of the window\n"
            "      --render PICTURE      write PICTURE (png, jpg, bmp) and end; needs no display\n"
            "      --size WxH            size of the picture in pixels\n"
            "      --bands R,G,B         band numbers, counted from 1; a single number is gray\n"
            "      --extent X0,Y0,X1,Y1  area in world units: minimum x, y, maximum x, y\n"
+           "      --convert IN OUT      write the raster IN as OUT (xdm, tif, img, ...) and end; "
+           "the\n"
+           "                            suffix of OUT chooses the format; needs no display\n"
            "  -h, --help                show this text and end\n"
            "  -v, --version             show the version and end\n"
            "\n"

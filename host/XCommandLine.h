@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/XConvertJob.h"
 #include "host/XRenderJob.h"
 
 #include <QRect>
@@ -7,7 +8,7 @@
 #include <QStringList>
 
 /// What the words of a command line ask for.
-enum class CommandMode { Window, Render, Help, Version, Wrong };
+enum class CommandMode { Window, Render, Convert, Help, Version, Wrong };
 
 /// A command line, understood. Fields that the mode does not need keep their defaults.
 struct tagXCommandLine
@@ -17,8 +18,9 @@ struct tagXCommandLine
     QSize windowSize;  ///< empty when --geometry was not given
     QPoint windowPos;  ///< valid when hasWindowPos
     bool hasWindowPos = false;
-    tagXRenderRequest render; ///< for CommandMode::Render
-    QString message;          ///< for CommandMode::Wrong: one sentence for the error stream
+    tagXRenderRequest render;   ///< for CommandMode::Render
+    tagXConvertRequest convert; ///< for CommandMode::Convert
+    QString message;            ///< for CommandMode::Wrong: one sentence for the error stream
 };
 
 /// Reads the words behind the program's name. Options of the toolkit itself (-style, -platform and

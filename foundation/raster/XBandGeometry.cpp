@@ -90,6 +90,25 @@ int XBandGeometry::SetControlPoints(const std::vector<tagXGCP>& points, int widt
     return 0;
 }
 
+int XBandGeometry::SetWarps(const XWarp2D& worldToPixel, const XWarp2D& pixelToWorld, double ulX,
+                            double ulY, double xPixelSize, double yPixelSize)
+{
+    const double numbers[] = {ulX, ulY, xPixelSize, yPixelSize};
+    if (!AreFinite(numbers, 4) || !(xPixelSize > 0.0) || !(yPixelSize > 0.0)) return 0;
+    const XWarp2D forward = pixelToWorld.IsValid() ? pixelToWorld : worldToPixel.InverseAffine();
+    const XWarp2D inverse = worldToPixel.IsValid() ? worldToPixel : pixelToWorld.InverseAffine();
+    if (!forward.IsValid() || !inverse.IsValid()) return 0;
+    m_pixelToWorld = forward;
+    m_worldToPixel = inverse;
+    m_ulX = ulX;
+    m_ulY = ulY;
+    m_xPixelSize = xPixelSize;
+    m_yPixelSize = yPixelSize;
+    m_isGeoreferenced = 1;
+    m_isNorthUp = 0;
+    return 1;
+}
+
 int XBandGeometry::FitOrder(const std::vector<tagXGCP>& points, int width, int height, int order)
 {
     std::vector<double> px, py, wx, wy;

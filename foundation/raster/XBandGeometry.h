@@ -63,6 +63,13 @@ public:
     int SetControlPoints(const std::vector<tagXGCP>& points, int width, int height,
                          XString& message);
 
+    /// From both maps and the summary that the plain numbers give, as another geometry had them;
+    /// nothing is computed anew but a missing inverse of an affine map.
+    /// @return 0 when a map is missing, a number is not finite or a size is not positive; then
+    ///         nothing changes.
+    int SetWarps(const XWarp2D& worldToPixel, const XWarp2D& pixelToWorld, double ulX, double ulY,
+                 double xPixelSize, double yPixelSize);
+
     /// The box around all pixel areas, half a pixel outside the outer centres; for an order above 1
     /// from points along the border.
     void GetOuterBox(int width, int height, double& left, double& right, double& bottom,

@@ -1,5 +1,6 @@
 #include "foundation/raster/XBandStatistics.h"
 
+#include "foundation/raster/XNullSample.h"
 #include "foundation/raster/XRasterTypes.h"
 #include "foundation/raster/XStatisticsKernels.h"
 
@@ -10,30 +11,6 @@
 
 namespace {
 
-/// The null value as the type holds it. `hasNull` is false when no sample can equal it.
-template <class T>
-T NullOf(double nullValue, bool& hasNull)
-{
-    hasNull = false;
-    if (!std::isfinite(nullValue) || nullValue == kXNotSet) return T();
-    if constexpr (std::is_floating_point_v<T>) {
-        hasNull = std::fabs(nullValue) <= static_cast<double>(std::numeric_limits<T>::max());
-        // headers round the largest float up or down by a digit
-        if (!hasNull && std::fabs(nullValue) < 3.4029e38) {
-            hasNull = true;
-            return nullValue < 0 ? std::numeric_limits<T>::lowest() : std::numeric_limits<T>::max();
-        }
-        return hasNull ? static_cast<T>(nullValue) : T();
-    } else {
-        if (nullValue < static_cast<double>(std::numeric_limits<T>::lowest()) ||
-            nullValue > static_cast<double>(std::numeric_limits<T>::max()))
-            return T();
-        const T value = static_cast<T>(nullValue);
-        hasNull = static_cast<double>(value) == nullValue;
-        return value;
-    }
-}
-
 /// Calls f(samples, count) with real samples: those of the block, or the magnitudes of complex ones
 /// piece by piece. A complex block knows no null value but NaN.
 template <class F>
@@ -42,7 +19,7 @@ int WithRealSamples(const void* data, std::size_t count, int dataType, double nu
     if (XfnIsRealType(dataType)) {
         return XfnDispatchRealType<int>(dataType, [&]<class T>(const T*) {
             bool hasNull = false;
-            const T null = NullOf<T>(nullValue, hasNull);
+            const T null = XfnNullSample<T>(nullValue, hasNull);
             f(static_cast<const T*>(data), count, hasNull, null);
             return 1;
         });

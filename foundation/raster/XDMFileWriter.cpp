@@ -60,6 +60,10 @@ struct XDMFileWriter::tagState
     std::mutex mutex;      // what WriteTile changes
 
     int Fail(const XString& reason);
+    /// The level's table and the shape of the tile; null with a sentence when there is none of
+    /// these bytes.
+    tagLevelTable* FindTile(int band, int level, int tx, int ty, std::size_t size,
+                            tagXDMFileTileShape& shape, XString& message);
     int Write(const void* bytes, std::size_t count);
     int Append(const void* bytes, std::size_t count, std::uint64_t& offset);
     int AppendBlock(XDMFileBlock type, std::uint32_t band, std::uint32_t level, bool isRequired,
@@ -75,6 +79,28 @@ int XDMFileWriter::tagState::Fail(const XString& reason)
     failure = reason + ": " + path + ".";
     file.Discard();
     return 0;
+}
+
+tagLevelTable* XDMFileWriter::tagState::FindTile(int band, int level, int tx, int ty,
+                                                 std::size_t size, tagXDMFileTileShape& shape,
+                                                 XString& message)
+{
+    tagLevelTable* table = nullptr;
+    if (band >= 0 && static_cast<std::size_t>(band) < bands.size()) {
+        auto& levels = bands[static_cast<std::size_t>(band)].levels;
+        if (level >= 0 && static_cast<std::size_t>(level) < levels.size()) {
+            table = &levels[static_cast<std::size_t>(level)];
+        }
+    }
+    if (table && XfnHasXDMFileTile(table->level, tx, ty)) {
+        shape.dataType = bands[static_cast<std::size_t>(band)].dataType;
+        XfnGetXDMFileTileSize(table->level, tx, ty, shape.width, shape.height);
+    }
+    if (shape.width > 0 && size == shape.GetBytes()) return table;
+    message = XfnFormat("Tile (%d, %d) of level %d of band %d %s: ", tx, ty, level, band + 1,
+                        shape.width == 0 ? "does not exist" : "has another size") +
+              path + ".";
+    return nullptr;
 }
 
 int XDMFileWriter::tagState::Write(const void* bytes, std::size_t count)
@@ -250,24 +276,9 @@ int XDMFileWriter::WriteTile(int band, int level, int tx, int ty, const void* sa
         return 0;
     }
     tagState& state = *m_state;
-    tagLevelTable* table = nullptr;
-    if (band >= 0 && static_cast<std::size_t>(band) < state.bands.size()) {
-        auto& levels = state.bands[static_cast<std::size_t>(band)].levels;
-        if (level >= 0 && static_cast<std::size_t>(level) < levels.size()) {
-            table = &levels[static_cast<std::size_t>(level)];
-        }
-    }
     tagXDMFileTileShape shape;
-    if (table && XfnHasXDMFileTile(table->level, tx, ty)) {
-        shape.dataType = state.bands[static_cast<std::size_t>(band)].dataType;
-        XfnGetXDMFileTileSize(table->level, tx, ty, shape.width, shape.height);
-    }
-    if (shape.width == 0 || size != shape.GetBytes() || !samples) {
-        message = XfnFormat("Tile (%d, %d) of level %d of band %d %s: ", tx, ty, level, band + 1,
-                            shape.width == 0 ? "does not exist" : "has another size") +
-                  state.path + ".";
-        return 0;
-    }
+    tagLevelTable* table = state.FindTile(band, level, tx, ty, samples ? size : 0, shape, message);
+    if (!table) return 0;
 
     const tagBandLayout& layout = state.bands[static_cast<std::size_t>(band)];
     const std::size_t sampleSize =
@@ -298,6 +309,67 @@ int XDMFileWriter::WriteTile(int band, int level, int tx, int ty, const void* sa
     table->entries[static_cast<std::size_t>(ty) *
                        static_cast<std::size_t>(table->level.GetTileColumns()) +
                    static_cast<std::size_t>(tx)] = entry;
+    return 1;
+}
+
+int XDMFileWriter::ReadTile(int band, int level, int tx, int ty, void* out, std::size_t size,
+                            XString& message)
+{
+    if (!m_state) {
+        message = "No file is being written.";
+        return 0;
+    }
+    tagState& state = *m_state;
+    tagXDMFileTileShape shape;
+    const tagLevelTable* table =
+        state.FindTile(band, level, tx, ty, out ? size : 0, shape, message);
+    if (!table) return 0;
+    const std::size_t place =
+        static_cast<std::size_t>(ty) * static_cast<std::size_t>(table->level.GetTileColumns()) +
+        static_cast<std::size_t>(tx);
+    tagXDMFileTileEntry entry;
+    std::unique_ptr<unsigned char[]> packed;
+    const auto fail = [&](const char* reason) {
+        message = XString(reason) + ": " + state.path + ".";
+        return 0;
+    };
+    {
+        const std::lock_guard lock(state.mutex);
+        entry = table->entries[place];
+        if (!state.failure.IsEmpty()) {
+            message = state.failure;
+            return 0;
+        }
+        if (entry.bytes > 0) {
+            void* payload = out;
+            if (entry.encoding != 0) {
+                packed.reset(new (std::nothrow) unsigned char[entry.bytes]);
+                if (!packed) return fail("There is not enough memory to read a tile");
+                payload = packed.get();
+            }
+            // in turn with the writing, which closes the file when it fails
+            try {
+                if (state.file.GetFile().ReadAt(static_cast<std::int64_t>(entry.offset), payload,
+                                                entry.bytes) != entry.bytes)
+                    return fail("A part of the file is gone while it is written");
+            } catch (XFileException& e) {
+                e.m_strFileName = state.path;
+                message = e.GetErrorMessage();
+                e.Delete();
+                return 0;
+            }
+        }
+    }
+    if (entry.bytes == 0) {
+        const tagBandLayout& layout = state.bands[static_cast<std::size_t>(band)];
+        XfnFillXDMFileTile(out, size, layout.fill.data(),
+                           static_cast<std::size_t>(XfnGetXDMFileSampleSize(shape.dataType)));
+        return 1;
+    }
+    if (!XfnIsXDMFileChecksum(entry.checksum, packed ? packed.get() : out, entry.bytes) ||
+        (packed && !XfnDecodeXDMFileTile(static_cast<XDMFileEncoding>(entry.encoding), packed.get(),
+                                         entry.bytes, shape, out)))
+        return fail("A tile was changed by another program while the file is written");
     return 1;
 }
 

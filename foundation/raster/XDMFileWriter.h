@@ -9,8 +9,8 @@
 /// The bytes go to a new file beside the target, which takes its place in Commit; until then, and
 /// after every failure, the target is as it was. Dropping the object without a Commit leaves
 /// nothing behind, so a cancel is just a return.
-/// Threads: Create, Commit and GetInfo in one at a time; WriteTile from any, also at once (tiles
-/// are compressed in the calling thread, only the appending is in turn).
+/// Threads: Create, Commit and GetInfo in one at a time; WriteTile and ReadTile from any, also at
+/// once (tiles are compressed in the calling thread, only the file itself is used in turn).
 ///
 ///     XDMFileWriter file;
 ///     if (!file.Create(path, info, message)) return 0;
@@ -41,6 +41,14 @@ public:
     /// @return 0 with a sentence in `message`; after a failed write every later call fails.
     int WriteTile(int band, int level, int tx, int ty, const void* samples, std::size_t size,
                   XString& message);
+
+    /// Reads a tile back, as it was written last, for instance to make the next level of it. From
+    /// any thread, also while others write.
+    /// @param out   aligned for its samples
+    /// @param size  bytes at `out`; exactly those of the tile
+    /// @return 0 with a sentence in `message`; the memory at `out` then holds anything.
+    int ReadTile(int band, int level, int tx, int ty, void* out, std::size_t size,
+                 XString& message);
 
     /// Writes the records, hands all to the disk and puts the file in its place.
     /// @return 0 with a sentence in `message` and the target as it was. Records that may not be

@@ -3,6 +3,7 @@
 #include "foundation/base/XFile.h"
 #include "foundation/base/XPath.h"
 #include "foundation/raster/XDMVand.h"
+#include "foundation/raster/XRSFileIO.h"
 
 #include <algorithm>
 
@@ -155,6 +156,11 @@ void XRSFile::AddNote(const XString& sentence)
 {
     if (!m_notes.IsEmpty()) m_notes += "\n";
     m_notes += sentence;
+}
+
+int XRSFile::LoadFileXDM(const XString& path, XString& error, XThread* thread)
+{
+    return XRSFileIO::LoadFileRaster(this, kXFormatXDM, path, error, 1, 1, thread);
 }
 
 void XRSFile::Clear()

@@ -10,6 +10,7 @@
 
 class XDMVand;
 class XFile;
+class XThread;
 
 /// A raster file: its bands, vector bands, control points and statistics.
 ///
@@ -88,6 +89,12 @@ public:
     /// georeference that makes no sense, for instance.
     const XString& GetNotes() const { return m_notes; }
     void AddNote(const XString& sentence);
+
+    /// Loads a file of the native format, whatever its extension; XRSFileIO opens the others. What
+    /// this object held is replaced. The tiles of its bands are read when they are asked for.
+    /// @param thread  may be null; with its stop flag up the result is 0 and `error` is empty
+    /// @return 0 with a sentence that names the file in `error`; this object is then as it was
+    int LoadFileXDM(const XString& path, XString& error, XThread* thread);
 
     /// Empties the file: everything owned is destroyed, the attributes are as in a new one.
     void Clear();

@@ -1,5 +1,7 @@
 #include "foundation/raster/XRSFileIO.h"
 
+#include "foundation/base/XFile.h"
+#include "foundation/base/XFileException.h"
 #include "foundation/base/XPath.h"
 #include "foundation/base/XSystem.h"
 #include "foundation/platform/XThread.h"
@@ -8,6 +10,8 @@
 #include "foundation/raster/XDMBandGTIFF.h"
 #include "foundation/raster/XDMBandHFA.h"
 #include "foundation/raster/XDMBandJPG.h"
+#include "foundation/raster/XDMBandXDM.h"
+#include "foundation/raster/XDMFileModel.h"
 #include "foundation/raster/XGdalDescription.h"
 #include "foundation/raster/XGdalErrors.h"
 #include "foundation/raster/XGdalSource.h"
@@ -224,6 +228,62 @@ int Load(XRSFile* file, const tagFormat& format, const XString& path, XString& e
     }
 }
 
+/// The content says that the file is of the native format, whatever its name is.
+bool IsNative(const XString& path)
+{
+    XFile file;
+    unsigned char bytes[8];
+    try {
+        return file.Open(path, XFile::kModeRead) &&
+               XDMFileReader::IsXDMFile(bytes, file.Read(bytes, sizeof bytes));
+    } catch (XFileException& e) {
+        e.Delete();
+        return false;
+    }
+}
+
+int LoadNative(XRSFile* file, const XString& path, XString& error, int useLevels, int useStatistics,
+               XThread* thread)
+{
+    error.Empty();
+    if (!file) {
+        error = "There is no file to load into.";
+        return 0;
+    }
+    if (!CheckPath(path, error)) return 0;
+    if (thread && thread->IsStopRequested()) return 0;
+    try {
+        const auto reader = std::make_shared<XDMFileReader>();
+        if (!reader->Open(path, error)) {
+            // the reader ends with the path, the sentences here begin with it
+            const XString tail = XfnFormat(": %s.", path);
+            if (error.Right(tail.GetLength()) == tail)
+                error = XfnFormat("\"%s\": %s.", path,
+                                  error.Left(error.GetLength() - tail.GetLength()));
+            return 0;
+        }
+        XRSFile made;
+        made.SetFilePath(path);
+        made.SetFormatName("XDM");
+        const tagXDMFileInfo& info = reader->GetInfo();
+        for (int i = 0; i < static_cast<int>(info.bands.size()); ++i) {
+            auto band = std::make_unique<XDMBandXDM>(reader, i, useLevels);
+            const XString notes =
+                XfnDescribeFromXDM(info.bands[static_cast<std::size_t>(i)], useStatistics, *band);
+            if (!notes.IsEmpty())
+                made.AddNote(XfnFormat("\"%s\": band %d: %s", path, i + 1, notes));
+            made.AddBand(band.release());
+        }
+        XfnDescribeFromXDM(info, made);
+        if (made.GetName().IsEmpty()) made.SetName(XfnGetFileTitle(path));
+        file->Swap(made);
+        return 1;
+    } catch (const std::bad_alloc&) {
+        error = XfnFormat("\"%s\": there is not enough memory to open it.", path);
+        return 0;
+    }
+}
+
 int FindInRegistry(const XString& extension)
 {
     XfnPrepareGdal();
@@ -258,10 +318,8 @@ int XRSFileIO::LoadFileRaster(XRSFile* file, int id, const XString& path, XStrin
     for (const tagFormat& format : kFormats)
         if (format.id == id)
             return Load(file, format, path, error, useLevels, useStatistics, thread);
-    if (id == kXFormatXDM)
-        error =
-            XfnFormat("\"%s\": files of the native format XDM cannot be opened this way.", path);
-    else if (id == kXFormatPBI)
+    if (id == kXFormatXDM) return LoadNative(file, path, error, useLevels, useStatistics, thread);
+    if (id == kXFormatPBI)
         error = XfnFormat(
             "\"%s\": the format PBI/PEI has no public description and cannot be read.", path);
     else
@@ -302,10 +360,10 @@ int XRSFileIO::LoadFileHFA(XRSFile* file, const XString& path, XString& error, i
 int XRSFileIO::Open(const XString& path, XRSFile* file, XString& error, XThread* thread)
 {
     if (!CheckPath(path, error)) return 0;
-    const int id = GetIDFromExt(XfnGetFileExt(path));
-    const bool isKnown = id > kXFormatPBI && id < kXFormatOtherRaster;
-    if (id == kXFormatXDM || id == kXFormatPBI)
-        return LoadFileRaster(file, id, path, error, 1, 1, thread);
+    const bool isNative = IsNative(path);
+    const int id = isNative ? kXFormatXDM : GetIDFromExt(XfnGetFileExt(path));
+    const bool isKnown = id == kXFormatXDM || (id > kXFormatPBI && id < kXFormatOtherRaster);
+    if (isNative || id == kXFormatPBI) return LoadFileRaster(file, id, path, error, 1, 1, thread);
     if (isKnown && LoadFileRaster(file, id, path, error, 1, 1, thread)) return 1;
     if (!file || (thread && thread->IsStopRequested())) return 0;
     // an extension is a habit, not a promise: .img alone means three formats

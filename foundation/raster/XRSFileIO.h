@@ -61,7 +61,8 @@ public:
     static int LoadFileHFA(XRSFile* file, const XString& path, XString& error, int useLevels,
                            int useStatistics, XThread* thread);
 
-    /// Chooses the reader itself: by the extension, and when that one refuses, by the content.
+    /// Chooses the reader itself: by the extension, and when that one refuses, by the content. A file
+    /// of the native format is known by its content alone.
     static int Open(const XString& path, XRSFile* file, XString& error, XThread* thread = nullptr);
 };
 

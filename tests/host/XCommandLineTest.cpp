@@ -31,6 +31,15 @@ TEST(XCommandLineTest, WhatIsWrongIsSaidAndTheRestIsUnderstood)
         {"render without a raster", {"--render", "o.png"}, CommandMode::Wrong, {}},
         {"render of two", {"--render", "o.png", "a", "b"}, CommandMode::Wrong, {}},
         {"render options need render", {"--bands", "1", "a"}, CommandMode::Wrong, {}},
+        {"convert", {"--convert", "a.tif", "b.xdm"}, CommandMode::Convert, {"b.xdm"}},
+        {"convert, joined", {"--convert=a.tif", "b.xdm"}, CommandMode::Convert, {"b.xdm"}},
+        {"convert without an output", {"--convert", "a.tif"}, CommandMode::Wrong, {}},
+        {"convert of three", {"--convert", "a", "b", "c"}, CommandMode::Wrong, {}},
+        {"convert and a size", {"--convert", "a", "b", "--size", "5x5"}, CommandMode::Wrong, {}},
+        {"convert and render",
+         {"--convert", "a", "b", "--render", "c.png"},
+         CommandMode::Wrong,
+         {}},
         {"size of nothing", {"--render", "o.png", "--size", "0x5", "a"}, CommandMode::Wrong, {}},
         {"size beyond memory",
          {"--render", "o.png", "--size", "32767x32767", "a"},
@@ -97,8 +106,8 @@ TEST(XCommandLineTest, ValuesArriveWhereTheyBelong)
 TEST(XCommandLineTest, TheHelpNamesEveryOption)
 {
     const QString help = XfnHelpText();
-    for (const char* option :
-         {"--render", "--size", "--bands", "--extent", "--geometry", "--help", "--version"})
+    for (const char* option : {"--render", "--convert", "--size", "--bands", "--extent",
+                               "--geometry", "--help", "--version"})
         EXPECT_TRUE(help.contains(option)) << option;
     for (const QString& line : help.split('\n'))
         EXPECT_LE(line.size(), 90) << line.toStdString();
