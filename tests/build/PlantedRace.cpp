@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QTimer>
 
+#include <atomic>
 #include <thread>
 
 namespace {
@@ -21,14 +22,18 @@ int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     Receiver receiver;
+    std::atomic<int> stop{0};
     std::thread worker([&] {
-        for (int i = 0; i < 1000; ++i) {
-            ++g_word;
+        while (!stop.load(std::memory_order_relaxed)) {
             XfnPostMessage(receiver.GetHWND(), 1, 0, 0);
+            // long stretches between the posts: the lock of the queue orders what stands near it
+            for (int i = 0; i < 20000 && !stop.load(std::memory_order_relaxed); ++i)
+                ++g_word;
         }
     });
-    QTimer::singleShot(200, [] { QCoreApplication::quit(); });
+    QTimer::singleShot(500, [] { QCoreApplication::quit(); });
     app.exec();
+    stop = 1;
     worker.join();
     return g_word == 0;
 }
