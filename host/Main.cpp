@@ -3,7 +3,6 @@
 #include "foundation/raster/XTileCache.h"
 #include "host/XCommandLine.h"
 #include "host/XConvertJob.h"
-#include "host/XFileActions.h"
 #include "host/XMainWindow.h"
 #include "host/XRenderJob.h"
 
@@ -37,9 +36,10 @@ int Render(int argc, char** argv, const tagXRenderRequest& request)
     QGuiApplication app(argc, argv);
     std::setlocale(LC_NUMERIC, "C");
     QString message;
-    if (XfnRenderToFile(request, message)) return 0;
+    const RenderResult result = XfnRenderToFile(request, message);
+    if (result == RenderResult::Done) return 0;
     Say(stderr, QString("tqlview: %1\n").arg(message));
-    return kExitFailed;
+    return result == RenderResult::Misused ? kExitUsage : kExitFailed;
 }
 
 std::atomic<int> g_isStopped{0}; // a signal handler may touch nothing else
@@ -86,8 +86,8 @@ int RunWindow(int argc, char** argv, const tagXCommandLine& line)
     XPrompts::Set(&prompts);
     XMainWindow window(TQL_VERSION);
     window.Place(line.windowSize, line.windowPos, line.hasWindowPos);
+    if (!line.files.isEmpty()) window.OpenAfterFirstPaint(line.files);
     window.show();
-    if (!line.files.isEmpty()) window.GetFiles().OpenDropped(line.files);
     return app.exec();
 }
 

@@ -77,7 +77,9 @@ XBandsWidget::XBandsWidget(XLayerStack& stack, XMainActions& actions, QWidget* p
         QAction* action = actions.Get(id);
         const QString name = action->text().remove('&');
         action->setIconText(name.section(" Colours", 0, 0)); // the short form, for the button
-        action->setToolTip(action->statusTip());
+        const auto followTip = [action] { action->setToolTip(action->statusTip()); };
+        followTip(); // which says why the action is disabled, while it is
+        QObject::connect(action, &QAction::changed, this, followTip);
         button->setDefaultAction(action);
         button->setObjectName(QString("bands.") + QString(id).section('.', 1));
         button->setAccessibleName(name);

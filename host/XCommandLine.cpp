@@ -35,8 +35,8 @@ bool ReadSize(const QString& text, QSize& size)
     const QStringList sides = text.split('x');
     int width = 0;
     int height = 0;
-    if (sides.size() != 2 || !ReadCount(sides[0], 32767, width) ||
-        !ReadCount(sides[1], 32767, height))
+    if (sides.size() != 2 || !ReadCount(sides[0], kMaxRenderSide, width) ||
+        !ReadCount(sides[1], kMaxRenderSide, height))
         return false;
     if (1LL * width * height > kMaxRenderPixels) return false;
     size = QSize(width, height);
@@ -116,7 +116,11 @@ std::optional<QString> TakeOption(const QString& name, const QString& value, tag
         line.convert.input = value;
     } else if (name == "--size") {
         if (!ReadSize(value, render.size))
-            return QString("--size %1 is not a size such as 800x600.").arg(value);
+            return QString("--size %1 is not a size such as 800x600, of at most %2 a side and %3 "
+                           "pixels in all.")
+                .arg(value)
+                .arg(kMaxRenderSide)
+                .arg(kMaxRenderPixels);
     } else if (name == "--bands") {
         if (!ReadBands(value, render.bands))
             return QString("--bands %1 is not a band number or three of them, such as 3,2,1.")

@@ -11,9 +11,8 @@
 bool XfnConvertFile(const tagXConvertRequest& request, const std::function<void(int)>& progress,
                     const std::atomic<int>* abort, QString& message)
 {
-    const QFileInfo input(request.input);
     const QFileInfo output(request.output);
-    if (output.exists() && input.canonicalFilePath() == output.canonicalFilePath()) {
+    if (XfnIsSameFile(request.input, request.output)) {
         message = QString("\"%1\" would replace the file it is made from.").arg(request.output);
         return false;
     }

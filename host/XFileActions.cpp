@@ -2,10 +2,12 @@
 
 #include "foundation/platform/XPrompts.h"
 #include "foundation/platform/XQtText.h"
+#include "host/XLayerPlacement.h"
 #include "host/XLayerStack.h"
 #include "host/XMainActions.h"
 #include "host/XOpenErrors.h"
 #include "host/XRasterFilters.h"
+#include "host/XRasterOpener.h"
 #include "host/XSessionSettings.h"
 
 #include <QAction>
@@ -50,23 +52,36 @@ void XFileActions::AskAndOpen()
 int XFileActions::OpenFiles(const QStringList& paths)
 {
     XOpenErrors errors;
+    return OpenAll(paths, errors);
+}
+
+int XFileActions::OpenAll(const QStringList& paths, XOpenErrors& errors)
+{
+    QStringList misplaced;
     int opened = 0;
     if (m_busy) m_busy(true);
     for (const QString& given : paths) {
-        const QString path = QFileInfo(given).absoluteFilePath();
+        const bool isPlain = XfnIsPlainPath(given);
+        const QString path = isPlain ? QFileInfo(given).absoluteFilePath() : given;
         QString message;
         if (m_layers.Open(path, message)) {
             ++opened;
             m_recent.Add(path);
-            m_settings.SetLastFolder(QFileInfo(path).path());
+            if (isPlain) m_settings.SetLastFolder(QFileInfo(path).path());
+            const tagXLayer& layer = *m_layers.GetAt(0); // an opened layer is the top one
+            if (XfnIsGrossMiss(layer.miss))
+                misplaced.append(layer.name + ": " + XfnPlacementText(layer.miss) + ".");
         } else {
             errors.Add(given, message);
-            if (!QFileInfo::exists(path)) m_recent.MarkMissing(path);
+            if (isPlain && !QFileInfo::exists(path)) m_recent.MarkMissing(path);
         }
     }
     if (m_busy) m_busy(false);
     m_settings.SetRecentFiles(m_recent.GetPaths());
     if (!errors.IsEmpty()) XPrompts::Get()->Message(m_handle, XfnFromQString(errors.GetText()));
+    if (!misplaced.isEmpty())
+        XPrompts::Get()->Message(m_handle, XfnFromQString("Shown, but not where it belongs:\n\n" +
+                                                          misplaced.join('\n')));
     return opened;
 }
 
@@ -77,9 +92,10 @@ int XFileActions::OpenDropped(const QStringList& paths)
     if (!sorted.folderFiles.isEmpty() &&
         XPrompts::Get()->AskYesNo(m_handle, XfnFromQString(XfnFolderQuestion(sorted.folderFiles))))
         files += sorted.folderFiles;
-    if (!sorted.emptyFolders.isEmpty() && m_notice)
-        m_notice(QString("There is no raster in %1").arg(sorted.emptyFolders.join(", ")));
-    return files.isEmpty() ? 0 : OpenFiles(files);
+    XOpenErrors errors; // folders without rasters are told in the same box
+    for (const QString& folder : sorted.emptyFolders)
+        errors.Add(folder, "There is no raster in this folder.");
+    return OpenAll(files, errors);
 }
 
 void XFileActions::FillRecentMenu(QMenu* menu)

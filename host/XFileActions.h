@@ -10,6 +10,7 @@
 class QMenu;
 class XLayerStack;
 class XMainActions;
+class XOpenErrors;
 class XSessionSettings;
 
 /// Everything that opens or closes files. The dialog, a drop, the command line and the recent list
@@ -31,19 +32,17 @@ public:
 
     void FillRecentMenu(QMenu* menu); ///< call when the menu is about to show
     void EnableActions();
-    /// Told of something that is no failure, for the status line.
-    void SetNotice(std::function<void(const QString&)> notice) { m_notice = std::move(notice); }
     /// Called before a file is opened, which may take a moment.
     void SetBusy(std::function<void(bool)> busy) { m_busy = std::move(busy); }
 
 private:
     void Connect();
+    int OpenAll(const QStringList& paths, XOpenErrors& errors);
 
     XHWND m_handle;
     XLayerStack& m_layers;
     XMainActions& m_actions;
     XSessionSettings& m_settings;
     XRecentFiles m_recent;
-    std::function<void(const QString&)> m_notice;
     std::function<void(bool)> m_busy;
 };

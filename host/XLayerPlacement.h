@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 class XDMComposite;
 class XSpatialReference;
 
@@ -14,3 +16,13 @@ class XSpatialReference;
 /// @return the largest miss at those points in pixels of the band; 0 when nothing had to be done,
 ///         -1 when a channel could not be carried over
 double XfnPlaceInReference(XDMComposite& composite, const XSpatialReference& target);
+
+/// A miss that large, in pixels, deserves a box of its own; so does a layer that was not carried over.
+constexpr double kGrossMiss = 50;
+inline bool XfnIsGrossMiss(double miss)
+{
+    return miss < 0 || miss > kGrossMiss;
+}
+
+/// What to say of a result of XfnPlaceInReference: nothing up to a pixel.
+QString XfnPlacementText(double miss);

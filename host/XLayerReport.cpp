@@ -5,7 +5,9 @@
 #include "foundation/raster/XDMBand.h"
 #include "foundation/raster/XRSFile.h"
 #include "foundation/raster/XRasterTypes.h"
+#include "host/XLayerPlacement.h"
 #include "host/XLayerStack.h"
+#include "host/XRasterOpener.h"
 #include "host/XReadOut.h"
 
 #include <QFileInfo>
@@ -75,10 +77,10 @@ void AddStatistics(Rows& rows, const tagXLayer& layer)
             rows.emplace_back(name, "no valid sample");
             continue;
         }
-        rows.emplace_back(name, QString("%1 to %2, mean %3, deviation %4%5")
-                                    .arg(Real(band->GetBandMin()), Real(band->GetBandMax()),
-                                         Real(band->GetBandMean()), Real(band->GetBandStdDev()),
-                                         band->HasEstimatedStatistics() ? " (estimated)" : ""));
+        rows.emplace_back(name, QString("%1%2 to %3, mean %4, deviation %5")
+                                    .arg(band->HasEstimatedStatistics() ? "estimated: " : "",
+                                         Real(band->GetBandMin()), Real(band->GetBandMax()),
+                                         Real(band->GetBandMean()), Real(band->GetBandStdDev())));
     }
 }
 
@@ -114,13 +116,19 @@ std::vector<std::pair<QString, QString>> XfnLayerReport(const tagXLayer& layer)
     if (system.unit != WorldUnit::Pixel)
         rows.emplace_back("Pixel size",
                           Real(first->GetXPixelSize()) + " x " + Real(first->GetYPixelSize()));
+    const QString placement = XfnPlacementText(layer.miss);
+    if (!placement.isEmpty()) rows.emplace_back("Place", placement);
     rows.emplace_back("Overviews", OverviewText(*first));
     rows.emplace_back("No data", NullText(file));
     AddStatistics(rows, layer);
     rows.emplace_back("Format", XfnToQString(file.GetFormatName()));
-    rows.emplace_back("File size",
-                      info.exists() ? XfnByteSizeText(info.size()) : QString("gone since"));
-    rows.emplace_back("Folder", info.path());
+    if (!XfnIsPlainPath(layer.path)) {
+        rows.emplace_back("Source", layer.path);
+    } else {
+        rows.emplace_back("File size",
+                          info.exists() ? XfnByteSizeText(info.size()) : QString("gone since"));
+        rows.emplace_back("Folder", info.path());
+    }
     const QString notes = XfnToQString(file.GetNotes()).trimmed();
     if (!notes.isEmpty()) rows.emplace_back("Notes", notes);
     return rows;

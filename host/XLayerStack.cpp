@@ -72,7 +72,7 @@ bool XLayerStack::Open(const QString& path, QString& message)
         const XDMBand* first = layer->composite->GetFirstBand();
         m_manager->SetSR(first ? first->GetSR() : nullptr);
     }
-    XfnPlaceInReference(*layer->composite, *m_manager->GetSR());
+    layer->miss = XfnPlaceInReference(*layer->composite, *m_manager->GetSR());
     m_manager->AddXDMComposite(layer->composite);
     m_layers.insert(m_layers.begin(), std::move(layer));
     m_current = 0;
@@ -154,8 +154,8 @@ int XLayerStack::GetOpacity(int index) const
 
 void XLayerStack::ChangeBands(int index, const std::function<void(XBandChoice&)>& change)
 {
-    const tagXLayer* layer = GetAt(index);
-    if (!layer) return;
+    if (!GetAt(index)) return;
+    tagXLayer* layer = m_layers[static_cast<std::size_t>(index)].get();
     const auto shown = [layer] {
         const XBandChoice& b = *layer->bands;
         return std::array<int, 5>{b.IsColour(), b.GetGrayBand(), b.GetBand(0), b.GetBand(1),
@@ -165,7 +165,7 @@ void XLayerStack::ChangeBands(int index, const std::function<void(XBandChoice&)>
     change(*layer->bands);
     if (shown() == before) return;
     // a channel that got a band also got that band's own place
-    XfnPlaceInReference(*layer->composite, *m_manager->GetSR());
+    layer->miss = XfnPlaceInReference(*layer->composite, *m_manager->GetSR());
     Tell(LayerChange::Appearance);
 }
 

@@ -18,6 +18,7 @@ struct tagXLayer
     std::unique_ptr<XRSFile> file;     ///< outlives the composite
     XDMComposite* composite = nullptr; ///< the manager's
     std::unique_ptr<XBandChoice> bands;
+    double miss = 0; ///< of its place in the view's reference, as XfnPlaceInReference tells it
     QString path;
     QString name; ///< file name, with a number when the file is open twice
 };

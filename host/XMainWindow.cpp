@@ -6,7 +6,9 @@
 #include "host/XActionTable.h"
 #include "host/XBandsWidget.h"
 #include "host/XFileActions.h"
+#include "host/XHostView.h"
 #include "host/XLayerActions.h"
+#include "host/XLayerPlacement.h"
 #include "host/XLayerStack.h"
 #include "host/XLayersWidget.h"
 #include "host/XMainActions.h"
@@ -14,7 +16,6 @@
 #include "host/XStatusWidget.h"
 #include "host/XViewActions.h"
 #include "host/XWindowPlacement.h"
-#include "view/XTQSpaceView.h"
 #include "view/XViewKeys.h"
 
 #include <QApplication>
@@ -37,6 +38,7 @@ namespace {
 constexpr unsigned kHostMessage = 41024;
 constexpr QSize kFirstSize(1200, 800);
 constexpr int kNoticeMs = 8000;
+constexpr int kLikelyTitleHeight = 40;
 
 QStringList LocalPaths(const QMimeData* data)
 {
@@ -70,7 +72,7 @@ QDockWidget* MakeDock(QMainWindow* window, QWidget* content, const QString& titl
 
 XMainWindow::XMainWindow(const QString& version)
     : m_version(version),
-      m_view(new XTQSpaceView(this)),
+      m_view(new XHostView(this)),
       m_actions(std::make_unique<XMainActions>(this))
 {
     setObjectName("main");
@@ -129,7 +131,7 @@ void XMainWindow::MakeMenus()
             QObject::connect(recent, &QMenu::aboutToShow, recent,
                              [this, recent] { m_files->FillRecentMenu(recent); });
         } else if (name == "panels") {
-            QMenu* panels = menu->addMenu("Pa&nels");
+            QMenu* panels = menu->addMenu("Pan&els");
             panels->setObjectName("menu.panels");
             const QList<QDockWidget*> docks = findChildren<QDockWidget*>();
             for (QDockWidget* dock : docks)
@@ -146,7 +148,6 @@ void XMainWindow::MakeMenus()
 
 void XMainWindow::ConnectOthers()
 {
-    m_files->SetNotice([this](const QString& text) { Notice(text); });
     m_files->SetBusy([](bool isBusy) {
         if (isBusy)
             QApplication::setOverrideCursor(Qt::WaitCursor);
@@ -189,7 +190,7 @@ void XMainWindow::FollowLayers()
     m_shownLayers = count;
     if (isFirst) {
         m_viewActions->Forget();
-        m_view->UpdateComposites();
+        if (m_view->GetXDMCompManager()->IsRangeValid()) m_view->FitAll();
     } else {
         m_view->InvalidateControl(1); // a later layer leaves the view where it is
     }
@@ -204,6 +205,9 @@ void XMainWindow::FollowLayers()
     m_actions->SetEnabled("edit.copyGeographic", layer && !m_readOut->GetGeographicText().isEmpty(),
                           "The image has no known coordinate system");
     if (!isMore || isFirst || !layer) return;
+    QStringList notices;
+    const QString placement = XfnPlacementText(layer->miss);
+    if (!placement.isEmpty()) notices.append(layer->name + ": " + placement);
     double box[4] = {0, 0, 0, 0};
     double minX = 0;
     double maxX = 0;
@@ -212,7 +216,8 @@ void XMainWindow::FollowLayers()
     m_view->GetBound(minX, maxX, minY, maxY);
     if (m_layers->GetExtent(m_layers->GetCurrent(), box) &&
         (box[2] < minX || box[0] > maxX || box[3] < minY || box[1] > maxY))
-        Notice(layer->name + " lies outside the view; View > Fit Layer shows it");
+        notices.append(layer->name + " lies outside the view; View > Fit Layer shows it");
+    if (!notices.isEmpty()) Notice(notices.join(". "));
 }
 
 XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM lParam)
@@ -243,6 +248,11 @@ XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM 
     return 0;
 }
 
+void XMainWindow::OpenAfterFirstPaint(const QStringList& paths)
+{
+    m_view->SetFirstPaint([this, paths] { m_files->OpenDropped(paths); });
+}
+
 void XMainWindow::Place(const QSize& size, const QPoint& pos, bool hasPos)
 {
     QList<QRect> areas;
@@ -255,7 +265,10 @@ void XMainWindow::Place(const QSize& size, const QPoint& pos, bool hasPos)
         if (!areas.isEmpty()) rect.moveCenter(areas.first().center());
         if (hasPos) rect.moveTopLeft(pos);
     }
-    setGeometry(XfnPlaceWindow(rect, areas));
+    // the toolkit counts without the frame, which is known only once the window was shown
+    QMargins frame(0, isVisible() ? geometry().top() - frameGeometry().top() : 0, 0, 0);
+    if (frame.top() <= 0) frame.setTop(kLikelyTitleHeight);
+    setGeometry(XfnPlaceWindow(rect, areas, frame));
     if (wasLeft && m_settings.IsWindowMaximized())
         setWindowState(windowState() | Qt::WindowMaximized);
 }

@@ -9,12 +9,12 @@
 
 class QMenu;
 class XFileActions;
+class XHostView;
 class XLayerActions;
 class XLayerStack;
 class XMainActions;
 class XReadOut;
 class XStatusWidget;
-class XTQSpaceView;
 class XViewActions;
 
 /// The window of tqlview: one view in the middle, panels for layers and bands, menus, a toolbar and
@@ -30,7 +30,7 @@ public:
     explicit XMainWindow(const QString& version);
     ~XMainWindow() override;
 
-    XTQSpaceView& GetView() { return *m_view; }
+    XHostView& GetView() { return *m_view; }
     XLayerStack& GetLayers() { return *m_layers; }
     XFileActions& GetFiles() { return *m_files; }
     XMainActions& GetActions() { return *m_actions; }
@@ -38,6 +38,9 @@ public:
     /// Places the window: as asked for, else as it was left, always inside an available screen.
     /// @param size  empty when none was asked for
     void Place(const QSize& size, const QPoint& pos, bool hasPos);
+
+    /// Opens files, with their errors told, once the empty window has been seen.
+    void OpenAfterFirstPaint(const QStringList& paths);
 
     XLRESULT OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM lParam) override;
 
@@ -59,7 +62,7 @@ private:
 
     QString m_version;
     XSessionSettings m_settings;
-    XTQSpaceView* m_view;
+    XHostView* m_view;
     std::unique_ptr<XMainActions> m_actions;
     std::unique_ptr<XLayerStack> m_layers;
     XStatusWidget* m_status = nullptr;

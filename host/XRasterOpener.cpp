@@ -5,11 +5,26 @@
 #include "foundation/raster/XRSFileIO.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
+
+bool XfnIsPlainPath(const QString& path)
+{
+    static const QRegularExpression special("^(/vsi[a-z0-9_]+/|[A-Za-z][A-Za-z0-9_]+:)");
+    return !special.match(path).hasMatch() || QFileInfo::exists(path);
+}
+
+bool XfnIsSameFile(const QString& a, const QString& b)
+{
+    const QString canonical = QFileInfo(a).canonicalFilePath(); // empty for what does not exist
+    return !canonical.isEmpty() && canonical == QFileInfo(b).canonicalFilePath();
+}
 
 std::unique_ptr<XRSFile> XfnOpenRaster(const QString& path, QString& message)
 {
     const QFileInfo info(path);
-    if (!info.exists())
+    if (!XfnIsPlainPath(path))
+        message.clear(); // the format library knows whether there is such a thing
+    else if (!info.exists())
         message = info.isSymLink() ? "It is a link to a file that does not exist."
                                    : "The file does not exist.";
     else if (info.isDir())

@@ -11,6 +11,7 @@
 #include <QFileInfo>
 #include <QImageWriter>
 #include <QSaveFile>
+#include <QStringList>
 
 #include <algorithm>
 #include <cmath>
@@ -40,6 +41,20 @@ tagXArea WholeArea(const XDMComposite& composite)
     const double halfX = band->GetXSize() > 1 ? band->GetXPixelSize() / 2 : 0;
     const double halfY = band->GetYSize() > 1 ? band->GetYPixelSize() / 2 : 0;
     return {area.minX - halfX, area.minY - halfY, area.maxX + halfX, area.maxY + halfY};
+}
+
+bool IsMeeting(const tagXArea& a, const tagXArea& b)
+{
+    return a.minX < b.maxX && a.maxX > b.minX && a.minY < b.maxY && a.maxY > b.minY;
+}
+
+// As --extent takes it.
+QString AreaText(const tagXArea& area)
+{
+    QStringList parts;
+    for (const double value : {area.minX, area.minY, area.maxX, area.maxY})
+        parts.append(QString::number(value, 'g', 12));
+    return parts.join(',');
 }
 
 QSize ChooseSize(const tagXRenderRequest& request, const XDMComposite& composite)
@@ -109,35 +124,45 @@ bool WritePicture(const QImage& image, const QString& path, const QByteArray& fo
 
 } // namespace
 
-bool XfnRenderToFile(const tagXRenderRequest& request, QString& message)
+RenderResult XfnRenderToFile(const tagXRenderRequest& request, QString& message)
 {
     const QByteArray format = QFileInfo(request.output).suffix().toLower().toLatin1();
     if (!QImageWriter::supportedImageFormats().contains(format)) {
         message =
             QString("\"%1\" has no suffix of a picture format, such as .png.").arg(request.output);
-        return false;
+        return RenderResult::Failed;
+    }
+    if (XfnIsSameFile(request.file, request.output)) {
+        message = QString("\"%1\" would replace the file it is made from.").arg(request.output);
+        return RenderResult::Misused;
     }
     QString reason;
     const std::unique_ptr<XRSFile> file = XfnOpenRaster(request.file, reason);
     if (!file) {
         message = QString("\"%1\" was not opened. %2").arg(request.file, reason);
-        return false;
+        return RenderResult::Failed;
     }
     XDMComposite composite;
     XBandChoice choice(file.get(), &composite);
-    if (!ChooseBands(request, choice, message)) return false;
+    if (!ChooseBands(request, choice, message)) return RenderResult::Failed;
     const QSize size = ChooseSize(request, composite);
     XBackBuffer buffer;
     if (!buffer.Resize(nullptr, size.width(), size.height())) {
         message = "There is no memory for a picture of that size.";
-        return false;
+        return RenderResult::Failed;
     }
     const double* e = request.extent;
     const tagXArea area =
         request.hasExtent ? tagXArea{e[0], e[1], e[2], e[3]} : WholeArea(composite);
+    if (const tagXArea whole = WholeArea(composite); request.hasExtent && !IsMeeting(area, whole)) {
+        message = QString("The extent does not meet \"%1\", which covers %2.")
+                      .arg(request.file, AreaText(whole));
+        return RenderResult::Failed;
+    }
     if (!DrawArea(composite, area, buffer, message)) {
         message = QString("\"%1\": %2").arg(request.file, message);
-        return false;
+        return RenderResult::Failed;
     }
-    return WritePicture(buffer.GetImage(), request.output, format, message);
+    return WritePicture(buffer.GetImage(), request.output, format, message) ? RenderResult::Done
+                                                                            : RenderResult::Failed;
 }

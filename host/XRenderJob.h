@@ -17,11 +17,20 @@ struct tagXRenderRequest
 
 /// The largest picture that --render makes, in pixels.
 constexpr long long kMaxRenderPixels = 1LL << 28;
+constexpr int kMaxRenderSide = 32767;
+
+/// How a rendering ended.
+enum class RenderResult {
+    Done,
+    Failed, ///< a file could not be read or written
+    Misused ///< the request makes no sense, whatever the files hold
+};
 
 /// Draws one raster into a picture file, without any window.
 ///
 /// The picture is what the window would show after the file was opened: the same bands, the same
 /// stretch, the extent centred and never distorted. It is written to a temporary name and renamed,
 /// so that a failure leaves an older picture as it was. Any thread.
-/// @return false with a sentence in `message`
-bool XfnRenderToFile(const tagXRenderRequest& request, QString& message);
+/// An output that is the raster itself is refused, and so is an extent that does not meet the raster.
+/// @return what is not Done comes with a sentence in `message`
+RenderResult XfnRenderToFile(const tagXRenderRequest& request, QString& message);

@@ -3,11 +3,11 @@
 #include "foundation/platform/XPrompts.h"
 #include "foundation/platform/XUserSettings.h"
 #include "foundation/surface/XBackBuffer.h"
+#include "host/XHostView.h"
 #include "host/XLayerStack.h"
 #include "host/XMainActions.h"
 #include "host/XReadOut.h"
 #include "host/XSessionSettings.h"
-#include "view/XTQSpaceView.h"
 
 #include <QAction>
 #include <QMainWindow>
@@ -24,7 +24,7 @@ long long NowMs()
 
 } // namespace
 
-XViewActions::XViewActions(QMainWindow& window, XHWND handle, XTQSpaceView& view,
+XViewActions::XViewActions(QMainWindow& window, XHWND handle, XHostView& view,
                            XLayerStack& layers, XMainActions& actions, XReadOut& readOut,
                            XSessionSettings& settings)
     : m_window(window),
@@ -47,7 +47,7 @@ XViewActions::XViewActions(QMainWindow& window, XHWND handle, XTQSpaceView& view
 
 void XViewActions::Connect()
 {
-    m_actions.Connect("view.fitAll", [this] { m_view.ZoomFit(); });
+    m_actions.Connect("view.fitAll", [this] { m_view.FitAll(); });
     m_actions.Connect("view.fitLayer", [this] { FitLayer(m_layers.GetCurrent()); });
     m_actions.Connect("view.oneToOne", [this] { m_view.ZoomOneToOne(); });
     m_actions.Connect("view.zoomIn", [this] { m_view.ZoomIn(); });
@@ -95,7 +95,8 @@ void XViewActions::OnPainted()
 {
     if (m_layers.GetCount() == 0) return;
     const QSize size = m_view.GetBackBuffer()->GetImage().size();
-    if (size != m_paintedSize && !m_isJump)
+    // only a view that still shows the whole of something looks elsewhere at another size
+    if (size != m_paintedSize && !m_isJump && m_view.IsFitted())
         m_history.Amend(GetState());
     else
         m_history.Record(GetState(),
@@ -129,7 +130,7 @@ void XViewActions::GoTo(const tagXViewState& state)
 void XViewActions::FitLayer(int index)
 {
     double box[4] = {0, 0, 0, 0};
-    if (m_layers.GetExtent(index, box)) m_view.ZoomFitRect(box[0], box[1], box[2], box[3]);
+    if (m_layers.GetExtent(index, box)) m_view.FitBox(box[0], box[1], box[2], box[3]);
 }
 
 void XViewActions::ChooseBackground()

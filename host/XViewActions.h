@@ -6,17 +6,17 @@
 #include <QSize>
 
 class QMainWindow;
+class XHostView;
 class XLayerStack;
 class XMainActions;
 class XReadOut;
 class XSessionSettings;
-class XTQSpaceView;
 
 /// The commands of the View menu and the history of the view. All parts outlive it.
 class XViewActions
 {
 public:
-    XViewActions(QMainWindow& window, XHWND handle, XTQSpaceView& view, XLayerStack& layers,
+    XViewActions(QMainWindow& window, XHWND handle, XHostView& view, XLayerStack& layers,
                  XMainActions& actions, XReadOut& readOut, XSessionSettings& settings);
 
     void OnPainted();       ///< the view painted: notes where it looks now
@@ -37,7 +37,7 @@ private:
 
     QMainWindow& m_window;
     XHWND m_handle;
-    XTQSpaceView& m_view;
+    XHostView& m_view;
     XLayerStack& m_layers;
     XMainActions& m_actions;
     XReadOut& m_readOut;

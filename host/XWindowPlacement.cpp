@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-QRect XfnPlaceWindow(const QRect& saved, const QList<QRect>& screens)
+QRect XfnPlaceWindow(const QRect& saved, const QList<QRect>& screens, const QMargins& frame)
 {
     if (screens.isEmpty()) return saved;
     QRect best = screens.first();
@@ -15,6 +15,7 @@ QRect XfnPlaceWindow(const QRect& saved, const QList<QRect>& screens)
             bestArea = area;
         }
     }
+    best = best.marginsRemoved(frame);
     const int width = std::min(saved.width(), best.width());
     const int height = std::min(saved.height(), best.height());
     const int x = std::clamp(saved.x(), best.left(), best.right() + 1 - width);

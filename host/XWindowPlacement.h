@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QMargins>
 #include <QRect>
 
 /// Where a window that was at `saved` opens now.
@@ -9,4 +10,6 @@
 /// most of it (the first when none does) and shrinks to fit there, so that its title bar can always
 /// be reached. Without any screen it comes back as it was.
 /// @param screens  the available areas, primary first
-QRect XfnPlaceWindow(const QRect& saved, const QList<QRect>& screens);
+/// @param frame    what the desktop adds around the rectangle, which has to fit too
+QRect XfnPlaceWindow(const QRect& saved, const QList<QRect>& screens,
+                     const QMargins& frame = QMargins());

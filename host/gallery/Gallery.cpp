@@ -1,9 +1,9 @@
 // Pictures of the windows, for the documentation and for the eye: tql_gallery FOLDER
 
 #include "host/XFileActions.h"
+#include "host/XHostView.h"
 #include "host/XLayerStack.h"
 #include "host/XMainWindow.h"
-#include "view/XTQSpaceView.h"
 
 #include <QApplication>
 #include <QDir>
@@ -71,9 +71,10 @@ bool SaveWindow(const tagXShot& shot, QSize size, const QString& sample, const Q
     window.show();
     Settle();
     if (window.GetFiles().OpenFiles({sample}) != 1) return false;
-    // two screen pixels an image pixel: sharp, and the file stays small
+    // four screen pixels an image pixel: sharp, and the file stays small
     XTQSpaceView& view = window.GetView();
     view.ZoomOneToOne();
+    view.ZoomIn();
     view.ZoomIn();
     Settle();
     // a pointer in the middle fills the read-outs

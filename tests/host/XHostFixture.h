@@ -3,12 +3,12 @@
 #include "foundation/reference/XSpatialReference.h"
 #include "foundation/surface/XBackBuffer.h"
 #include "host/XFileActions.h"
+#include "host/XHostView.h"
 #include "host/XLayerStack.h"
 #include "host/XMainActions.h"
 #include "host/XMainWindow.h"
 #include "tests/support/XRawRaster.h"
 #include "tests/support/XScriptedPrompts.h"
-#include "view/XTQSpaceView.h"
 
 #include <QAction>
 #include <QSettings>

@@ -139,6 +139,10 @@ TEST(XWindowPlacementTest, TheWindowCanAlwaysBeReached)
     };
     for (const tagXRow& row : rows)
         EXPECT_EQ(XfnPlaceWindow(row.saved, row.screens), row.expected) << row.name;
+    const QRect small(0, 0, 1366, 768);
+    EXPECT_EQ(XfnPlaceWindow({83, -16, 1200, 800}, {small}, {2, 40, 2, 3}),
+              QRect(83, 40, 1200, 725))
+        << "with its frame";
 }
 
 TEST(XRasterFiltersTest, AllSupportedFirstThenEachThenEveryFile)

@@ -250,7 +250,7 @@ TEST_F(XMainWindowTest, DropsOpenFilesAndAskAboutFolders)
     prompts.AnswerYes();
     Drop({Path("folder"), Path("hollow")});
     EXPECT_EQ(window->GetLayers().GetCount(), 3);
-    EXPECT_TRUE(window->statusBar()->currentMessage().contains("hollow"));
+    EXPECT_NE(prompts.GetLastMessage().find("hollow"), std::string::npos);
 
     QMimeData text;
     text.setText("no file");
@@ -352,6 +352,67 @@ TEST_F(XMainWindowTest, FullScreenKeepsTheKeysAndEscapeLeaves)
     Settle();
     EXPECT_FALSE(window->isFullScreen());
     EXPECT_FALSE(Action("view.fullScreen")->isChecked());
+}
+
+TEST_F(XMainWindowTest, ResizingKeepsScaleAndCentreAndAFittedViewStaysFitted)
+{
+    ASSERT_EQ(Open({MakeRaster("a.dat", 300, 200, 1)}), 1);
+    const tagXLook fit = Look();
+    Run("view.fullScreen");
+    EXPECT_FALSE(Look() == fit) << "a fitted view follows the size";
+    Run("view.fullScreen");
+    EXPECT_EQ(Look(), fit);
+    EXPECT_FALSE(Action("view.previous")->isEnabled()) << "a resize is no step";
+
+    Run("view.zoomIn");
+    QTest::keyClick(&window->GetView(), Qt::Key_Left);
+    Settle();
+    const tagXLook chosen = Look();
+    Run("view.fullScreen");
+    EXPECT_EQ(Look(), chosen);
+    Run("view.fullScreen");
+    EXPECT_EQ(Look(), chosen);
+    for (const bool isShown : {false, true}) {
+        Find<QWidget>("dock.layers")->setVisible(isShown);
+        Find<QWidget>("dock.bands")->setVisible(isShown);
+        Settle();
+        EXPECT_EQ(Look(), chosen) << isShown;
+    }
+    EXPECT_FALSE(Action("view.next")->isEnabled());
+    Run("view.fitLayer");
+    EXPECT_EQ(Look(), fit);
+    window->resize(1000, 640);
+    Settle();
+    window->resize(1000, 700);
+    Settle();
+    EXPECT_EQ(Look(), fit);
+}
+
+TEST_F(XMainWindowTest, ThePointerLeavesTheKeysToATextBoxAndAClickTakesThem)
+{
+    ASSERT_EQ(Open({MakeRaster("a.dat", 300, 200, 3)}), 1);
+    window->activateWindow();
+    auto* box = Find<QLineEdit>("bands.red.text");
+    box->setFocus();
+    QWidget* before = QApplication::focusWidget();
+    ASSERT_NE(before, &window->GetView());
+    PointAt({100, 100});
+    EXPECT_EQ(QApplication::focusWidget(), before);
+    EXPECT_EQ(window->GetView().focusPolicy(), Qt::WheelFocus);
+    QTest::mouseClick(&window->GetView(), Qt::LeftButton, {}, {50, 50});
+    EXPECT_EQ(QApplication::focusWidget(), &window->GetView());
+}
+
+TEST_F(XMainWindowTest, FilesOfTheCommandLineWaitForTheFirstPicture)
+{
+    const QString path = MakeRaster("a.dat", 30, 20, 1);
+    window = std::make_unique<XMainWindow>("1.2.3");
+    window->OpenAfterFirstPaint({path});
+    Settle();
+    EXPECT_EQ(window->GetLayers().GetCount(), 0);
+    window->show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return window->GetLayers().GetCount() == 1; }));
 }
 
 TEST_F(XMainWindowTest, ThePlaceIsRememberedAndTheBackgroundToo)

@@ -3,6 +3,7 @@
 #include "foundation/raster/XDMCompManager.h"
 #include "foundation/raster/XDMComposite.h"
 #include "host/XLayerListModel.h"
+#include "host/XLayerPlacement.h"
 #include "host/XLayerReport.h"
 
 #include <QAbstractItemModelTester>
@@ -14,6 +15,7 @@
 #include <QRadioButton>
 #include <QSlider>
 #include <QSpinBox>
+#include <QStatusBar>
 #include <QTableView>
 #include <QToolButton>
 
@@ -230,6 +232,68 @@ TEST_F(XPanelsTest, ALayerInAnotherSystemLandsInItsPlace)
     window->GetLayers().ChangeBands(0, [](XBandChoice& choice) { choice.SetColourMode(true); });
     ASSERT_TRUE(window->GetLayers().GetExtent(0, geo));
     EXPECT_NEAR(geo[0], utm[0], 1500) << "still there after a change of bands";
+}
+
+TEST_F(XPanelsTest, ALayerThatMissesItsPlaceIsTold)
+{
+    EXPECT_EQ(XfnPlacementText(0), "");
+    EXPECT_EQ(XfnPlacementText(1), "");
+    EXPECT_EQ(XfnPlacementText(1.5), "Placed within 2 pixels");
+    EXPECT_NE(XfnPlacementText(-1), "");
+    ASSERT_EQ(Open({MakeRaster("utm.dat", 200, 200, 1)}), 1);
+    // a zone of six degrees holds no polynomial for what is many times as wide
+    constexpr int kSide = 1600;
+    struct tagXRow
+    {
+        const char* name;
+        const char* corner;
+        const char* degrees;
+        bool isBox;
+    };
+    std::size_t boxes = 0;
+    for (const tagXRow& row : {tagXRow{"wide.dat", "-73, 40", "0.05", false},
+                               tagXRow{"wider.dat", "-103, 70", "0.0875", true}}) {
+        XfnWriteRawRaster(Path(row.name),
+                          {kSide, kSide, 1,
+                           QByteArray("map info = {Geographic Lat/Lon, 1, 1, ") + row.corner +
+                               ", " + row.degrees + ", " + row.degrees +
+                               ", WGS-84, units=Degrees}"},
+                          std::vector<unsigned char>(std::size_t(kSide) * kSide, 77));
+        ASSERT_EQ(Open({Path(row.name)}), 1) << prompts.GetLastMessage();
+        const tagXLayer& layer = *window->GetLayers().GetAt(0);
+        EXPECT_GT(layer.miss, 1) << row.name;
+        const QString text = XfnPlacementText(layer.miss);
+        EXPECT_TRUE(window->statusBar()->currentMessage().contains(text)) << row.name;
+        QStringList places;
+        for (const auto& [name, value] : XfnLayerReport(layer))
+            if (name == "Place") places.append(value);
+        EXPECT_EQ(places, QStringList{text}) << row.name;
+        boxes += row.isBox;
+        ASSERT_EQ(prompts.GetMessages().size(), boxes) << row.name << ' ' << layer.miss;
+    }
+    EXPECT_NE(prompts.GetLastMessage().find("wider.dat: Placed within"), std::string::npos);
+}
+
+TEST_F(XPanelsTest, PartsOfFilesOpenByTheirOwnNames)
+{
+    const QString whole = "/vsisubfile/0," + Sample();
+    ASSERT_EQ(Open({whole}), 1) << prompts.GetLastMessage();
+    EXPECT_EQ(window->GetLayers().GetAt(0)->path, whole);
+    bool isNamed = false;
+    for (const auto& [name, value] : XfnLayerReport(*window->GetLayers().GetAt(0))) {
+        isNamed |= value == whole;
+        EXPECT_NE(value, "gone since");
+    }
+    EXPECT_TRUE(isNamed);
+}
+
+TEST_F(XPanelsTest, TheTipOfAPresetFollowsItsState)
+{
+    auto* button = Find<QToolButton>("bands.natural");
+    EXPECT_TRUE(button->toolTip().contains("Open an image"));
+    ASSERT_EQ(Open({Sample()}), 1) << prompts.GetLastMessage();
+    EXPECT_EQ(button->toolTip(), Action("image.natural")->statusTip());
+    EXPECT_FALSE(button->toolTip().contains("Open an image"));
 }
 
 } // namespace

@@ -96,6 +96,14 @@ TEST_F(XRenderTest, WhatGoesWrongHasACodeAndASentence)
     ASSERT_TRUE(old.open(QIODevice::WriteOnly));
     old.write("kept");
     old.close();
+    QImage same(5, 4, QImage::Format_RGB32);
+    same.fill(Qt::red);
+    ASSERT_TRUE(same.save(dir.filePath("same.png")));
+    QFile source(dir.filePath("same.png"));
+    ASSERT_TRUE(source.open(QIODevice::ReadOnly));
+    const QByteArray sourceBytes = source.readAll();
+    source.close();
+    ASSERT_TRUE(QFile::link("same.png", dir.filePath("link.png")));
     struct tagXRow
     {
         const char* name;
@@ -110,6 +118,13 @@ TEST_F(XRenderTest, WhatGoesWrongHasACodeAndASentence)
         {"no raster", {"--render", "old.png", "text.tif"}, 1, "text.tif"},
         {"no such band", {"--render", "old.png", "--bands", "4", "small.dat"}, 1, "Band 4"},
         {"unknown picture format", {"--render", "out.xyz", "small.dat"}, 1, ".xyz"},
+        {"extent elsewhere",
+         {"--render", "old.png", "--extent", "900,900,901,901", "small.dat"},
+         1,
+         "does not meet"},
+        {"onto its source", {"--render", "same.png", "same.png"}, 2, "would replace"},
+        {"onto its source by a link", {"--render", "link.png", "same.png"}, 2, "would replace"},
+        {"no such part", {"--render", "old.png", "NETCDF:none.nc:Band1"}, 1, "NETCDF:"},
         {"no such folder", {"--render", "nowhere/out.png", "small.dat"}, 1, "nowhere"},
     };
     for (const tagXRow& row : rows) {
@@ -121,6 +136,8 @@ TEST_F(XRenderTest, WhatGoesWrongHasACodeAndASentence)
     }
     ASSERT_TRUE(old.open(QIODevice::ReadOnly));
     EXPECT_EQ(old.readAll(), "kept");
+    ASSERT_TRUE(source.open(QIODevice::ReadOnly));
+    EXPECT_EQ(source.readAll(), sourceBytes);
     EXPECT_EQ(QDir(dir.path()).entryList({"out*", "*.png.*"}, QDir::Files).size(), 0)
         << "no leavings";
 }

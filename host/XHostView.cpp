@@ -1,0 +1,82 @@
+#include "host/XHostView.h"
+
+#include "foundation/raster/XDMCompManager.h"
+#include "foundation/surface/XBackBuffer.h"
+
+#include <QTimer>
+
+#include <utility>
+
+XHostView::XHostView(QWidget* parent) : XTQSpaceView(parent)
+{
+    SetAutoFocus(0);
+    setFocusPolicy(Qt::WheelFocus);
+}
+
+XHostView::~XHostView()
+{
+    OnDestroy();
+}
+
+XHostView::Mapping XHostView::GetMapping()
+{
+    Mapping mapping{};
+    const XBackBuffer& buffer = *GetBackBuffer();
+    buffer.GetWorldToCenter(mapping[0], mapping[1]);
+    buffer.GetWorldPerPixel(mapping[2], mapping[3]);
+    return mapping;
+}
+
+void XHostView::SetMapping(const Mapping& mapping)
+{
+    SetWorldToCenter(mapping[0], mapping[1]);
+    SetWorldPerPixel(mapping[2], mapping[3]);
+}
+
+bool XHostView::IsFitted()
+{
+    return m_hasFit && GetMapping() == m_fitMapping;
+}
+
+void XHostView::FitAll()
+{
+    ZoomFit();
+    const XDMCompManager* manager = GetXDMCompManager();
+    std::array<double, 4> box{};
+    m_hasFit = manager && manager->IsRangeValid() &&
+               manager->CalcTotalRange(box[0], box[1], box[2], box[3]);
+    m_fitBox = box;
+    m_fitMapping = GetMapping();
+}
+
+void XHostView::FitBox(double minX, double minY, double maxX, double maxY)
+{
+    ZoomFitRect(minX, minY, maxX, maxY);
+    m_hasFit = true;
+    m_fitBox = {minX, minY, maxX, maxY};
+    m_fitMapping = GetMapping();
+}
+
+void XHostView::OnSize(int width, int height)
+{
+    const bool isFitted = IsFitted();
+    const Mapping before = GetMapping();
+    XTQSpaceView::OnSize(width, height);
+    const XDMCompManager* manager = GetXDMCompManager();
+    if (width < 1 || height < 1 || !manager || manager->GetNumberOfXDMComposite() == 0) return;
+    if (isFitted) {
+        // on the surface itself: a fit of the view would report a command that nobody gave
+        GetBackBuffer()->ZoomFit(m_fitBox[0], m_fitBox[1], m_fitBox[2], m_fitBox[3]);
+        SetMapping(GetMapping());
+        m_fitMapping = GetMapping();
+    } else {
+        SetMapping(before);
+    }
+    InvalidateControl(1);
+}
+
+void XHostView::paintEvent(QPaintEvent* event)
+{
+    XTQSpaceView::paintEvent(event);
+    if (m_firstPaint) QTimer::singleShot(0, this, std::exchange(m_firstPaint, nullptr));
+}
