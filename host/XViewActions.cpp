@@ -24,9 +24,8 @@ long long NowMs()
 
 } // namespace
 
-XViewActions::XViewActions(QMainWindow& window, XHWND handle, XHostView& view,
-                           XLayerStack& layers, XMainActions& actions, XReadOut& readOut,
-                           XSessionSettings& settings)
+XViewActions::XViewActions(QMainWindow& window, XHWND handle, XHostView& view, XLayerStack& layers,
+                           XMainActions& actions, XReadOut& readOut, XSessionSettings& settings)
     : m_window(window),
       m_handle(handle),
       m_view(view),
