@@ -240,6 +240,9 @@ public:
     ///         surface or a mapping in finite numbers
     int Draw(XBackBuffer* buffer, double x0, double y0, double x1, double y1, int last,
              XDMComposite* first, std::atomic<int>* abort);
+    /// Why the last Draw left a part as it was: the sentence of its first tile that failed, with the
+    /// file's name. Empty when everything was drawn, after an abort, and before any Draw.
+    const XString& GetDrawMessage() const { return m_drawMessage; }
 
     XBackBuffer* GetBackBuffer() { return m_backBuffer.get(); }
     int GetDIBits(tagBITMAPINFO& info) const; ///< pixels of the own back buffer
@@ -264,8 +267,8 @@ public:
     /// source serves every channel.
     void CopyDisplaySettings(const XDMComposite* source);
 
-    /// What drawing `drawn`, a clone of this composite, worked out: draw range, subset statistics,
-    /// and the cut range and LUT of channels whose settings are still the same in both.
+    /// What drawing `drawn`, a clone of this composite, worked out: draw range and message,
+    /// subset statistics, and the cut range and LUT of channels whose settings are still the same in both.
     void TakeDrawResults(const XDMComposite* drawn);
 
     XDMCompManager* GetXDMCompManager() const { return m_manager; }
@@ -306,6 +309,7 @@ private:
     std::unique_ptr<XBackBuffer> m_backBuffer;
     int m_isUpdateNeeded = 1;
     double m_drawRange[4] = {kXNotSet, kXNotSet, kXNotSet, kXNotSet};
+    XString m_drawMessage;
     std::unique_ptr<XVertBuffer> m_vertexBuffer;
     std::unique_ptr<XVertBuffer> m_boundaryBuffer;
     int m_isVectorStale = 1;

@@ -214,6 +214,7 @@ int XDMComposite::DrawRaster(XBackBuffer& buffer, const std::atomic<int>* abort)
     job.mode = m_mode;
     job.alpha = m_alpha;
     job.abort = abort;
+    job.message = &m_drawMessage;
     if (!CalcClip(buffer.GetMapping(), m_drawRange, job)) return 1; // the range lies elsewhere
     int isStraight = 1;
     int isAny = 0;
@@ -303,6 +304,7 @@ int XDMComposite::Draw(XBackBuffer* buffer, double x0, double y0, double x1, dou
     if (!std::isfinite(x0) || !std::isfinite(y0) || !std::isfinite(x1) || !std::isfinite(y1))
         return 0;
     SetDrawRange(x0, y0, x1, y1);
+    m_drawMessage.Empty();
     if (!buffer) {
         buffer = m_backBuffer.get();
         buffer->Clear(static_cast<tagXColor>(m_backColor));
@@ -311,5 +313,6 @@ int XDMComposite::Draw(XBackBuffer* buffer, double x0, double y0, double x1, dou
     const int isDone = m_mode == 3 ? DrawVector(*buffer, abort) : DrawRaster(*buffer, abort);
     if (m_isBoundaryDrawn && m_mode != 3 && !(abort && abort->load(std::memory_order_relaxed)))
         DrawBoundary(*buffer);
+    if (abort && abort->load(std::memory_order_relaxed)) m_drawMessage.Empty();
     return isDone;
 }

@@ -210,6 +210,7 @@ void XDMComposite::TakeDrawResults(const XDMComposite* drawn)
 {
     if (!drawn || drawn == this) return;
     std::copy_n(drawn->m_drawRange, 4, m_drawRange);
+    m_drawMessage = drawn->m_drawMessage;
     for (int ch = 0; ch < 3; ++ch) {
         tagXCompositeChannel& own = m_channels[ch];
         const tagXCompositeChannel& other = drawn->m_channels[ch];

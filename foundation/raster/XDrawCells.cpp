@@ -58,6 +58,7 @@ XDrawCells::XDrawCells(const tagXDrawJob& job)
         tagSource& source = m_sources.emplace_back();
         source.channel = &channel;
         source.tiles.emplace(channel.band, channel.level, job.abort);
+        source.tiles->SetMessage(job.message);
         source.columns = &m_grid.GetColumns(ch);
         source.rows = &m_grid.GetRows(ch);
         source.stateRow = XfnGetStateRow(channel.dataType, 0);

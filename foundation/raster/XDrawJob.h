@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/base/XString.h"
 #include "foundation/base/XWarp2D.h"
 #include "foundation/raster/XDrawKernels.h"
 #include "foundation/raster/XDrawMapping.h"
@@ -41,6 +42,7 @@ struct tagXDrawJob
     const std::uint32_t* words8[3] = {};      ///< for 8 bits: pattern to word
     const std::uint8_t* components16[3] = {}; ///< for 16 bits: pattern to component, or to level
     const std::atomic<int>* abort = nullptr;
+    XString* message = nullptr; ///< receives why the first tile that failed did
 
     int IsAborted() const { return abort && abort->load(std::memory_order_relaxed); }
 };

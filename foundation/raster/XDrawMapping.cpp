@@ -206,24 +206,79 @@ int XfnCalcWarpedBox(const XWarp2D& warp, double x0, double y0, double x1, doubl
 
 namespace {
 
-/// The point that a warp sends to (px, py), from a start near it. 0 when it is not found.
-int FindSource(const XWarp2D& warp, double px, double py, double reach, double& x, double& y)
+/// The inverse of a warp's slopes at (x, y), measured over steps of reachX and reachY. Not valid where
+/// the warp folds.
+XWarp2D InvertSlopes(const XWarp2D& warp, double x, double y, double reachX, double reachY)
+{
+    double fx = x, fy = y, ax = x + reachX, ay = y, bx = x, by = y + reachY;
+    warp.Warp(fx, fy);
+    warp.Warp(ax, ay);
+    warp.Warp(bx, by);
+    XWarp2D slopes;
+    slopes.SetAffine(0.0, (ax - fx) / reachX, (bx - fx) / reachY, 0.0, (ay - fy) / reachX,
+                     (by - fy) / reachY);
+    return slopes.InverseAffine();
+}
+
+/// Where to begin looking for the source of a point, and the world lengths of about a pixel.
+struct tagStart
+{
+    double x = 0.0, y = 0.0;
+    double reachX = 0.0, reachY = 0.0;
+
+    bool SetReach(const XWarp2D& bandToWorld)
+    {
+        double a[6];
+        bandToWorld.GetAffine(a);
+        reachX = std::hypot(a[1], a[2]);
+        reachY = std::hypot(a[4], a[5]);
+        return bandToWorld.IsValid() && reachX > 0.0 && reachY > 0.0 && AreFinite({reachX, reachY});
+    }
+};
+
+/// Moves the start to the point that a warp sends to (px, py), by Newton's method. 0 when it is not
+/// found.
+int FindSource(const XWarp2D& warp, double px, double py, tagStart& at)
 {
     for (int step = 0; step < 40; ++step) {
-        double fx = x, fy = y, ax = x + reach, ay = y, bx = x, by = y + reach;
+        double fx = at.x, fy = at.y;
         warp.Warp(fx, fy);
-        warp.Warp(ax, ay);
-        warp.Warp(bx, by);
-        const double offX = px - fx, offY = py - fy;
-        if (std::hypot(offX, offY) < 1e-7) return 1;
-        const double xx = (ax - fx) / reach, yx = (ay - fy) / reach;
-        const double xy = (bx - fx) / reach, yy = (by - fy) / reach;
-        const double det = xx * yy - xy * yx;
-        if (!std::isfinite(det) || det == 0.0) return 0;
-        x += (offX * yy - offY * xy) / det;
-        y += (xx * offY - yx * offX) / det;
+        if (!AreFinite({fx, fy})) return 0;
+        if (std::hypot(px - fx, py - fy) < 1e-7) return 1;
+        double a[6];
+        const XWarp2D slopes = InvertSlopes(warp, at.x, at.y, at.reachX, at.reachY);
+        if (!slopes.IsValid()) return 0;
+        slopes.GetAffine(a);
+        at.x += a[1] * (px - fx) + a[2] * (py - fy);
+        at.y += a[4] * (px - fx) + a[5] * (py - fy);
     }
     return 0;
+}
+
+/// The source of (px, py), from what the warp is like at the middle of the points it was fitted to.
+int FindMiddle(const XWarp2D& warp, double px, double py, tagStart& at)
+{
+    const tagXWarpPolynomial& p = warp.GetPolynomial();
+    at.x = p.centerX;
+    at.y = p.centerY;
+    XWarp2D slopes;
+    slopes.SetAffine(0.0, p.xCoeff[1] * p.scaleX, p.xCoeff[2] * p.scaleY, 0.0,
+                     p.yCoeff[1] * p.scaleX, p.yCoeff[2] * p.scaleY);
+    return at.SetReach(slopes.InverseAffine()) && FindSource(warp, px, py, at);
+}
+
+/// The same from a rough inverse, for warps whose numbers tell nothing of where they are used.
+int FindMiddleFrom(const XWarp2D& guess, const XWarp2D& warp, double px, double py, tagStart& at)
+{
+    double toX = px + 1.0, toY = py + 1.0;
+    at.x = px;
+    at.y = py;
+    guess.Warp(at.x, at.y);
+    guess.Warp(toX, toY);
+    at.reachX = std::fabs(toX - at.x);
+    at.reachY = std::fabs(toY - at.y);
+    return guess.IsValid() && at.reachX > 0.0 && at.reachY > 0.0 &&
+           AreFinite({at.reachX, at.reachY}) && FindSource(warp, px, py, at);
 }
 
 } // namespace
@@ -232,19 +287,27 @@ XWarp2D XfnInvertWarp(const XWarp2D& worldToBand, const XWarp2D& guess, int widt
 {
     if (!worldToBand.IsValid() || worldToBand.IsAffine()) return worldToBand.InverseAffine();
     XWarp2D inverse;
-    double fromX = 0.0, fromY = 0.0, toX = 1.0, toY = 0.0;
-    guess.Warp(fromX, fromY);
-    guess.Warp(toX, toY);
-    const double reach = 0.01 * std::hypot(toX - fromX, toY - fromY); // world length for slopes
-    if (!(reach > 0.0) || !std::isfinite(reach)) return inverse;
+    const double middleX = (width - 1) * 0.5, middleY = (height - 1) * 0.5;
+    tagStart middle;
+    if (!FindMiddle(worldToBand, middleX, middleY, middle) &&
+        !FindMiddleFrom(guess, worldToBand, middleX, middleY, middle))
+        return inverse;
+    const XWarp2D slopes =
+        InvertSlopes(worldToBand, middle.x, middle.y, middle.reachX, middle.reachY);
+    if (!middle.SetReach(slopes)) return inverse;
+    double a[6];
+    slopes.GetAffine(a);
     constexpr int kGrid = 9;
     double px[kGrid * kGrid], py[kGrid * kGrid], wx[kGrid * kGrid], wy[kGrid * kGrid];
     for (int k = 0; k < kGrid * kGrid; ++k) {
         px[k] = (width - 1.0) * (k % kGrid) / (kGrid - 1);
         py[k] = (height - 1.0) * (k / kGrid) / (kGrid - 1);
-        wx[k] = px[k], wy[k] = py[k];
-        guess.Warp(wx[k], wy[k]);
-        if (!FindSource(worldToBand, px[k], py[k], reach, wx[k], wy[k])) return inverse;
+        tagStart at = middle;
+        at.x += a[1] * (px[k] - middleX) + a[2] * (py[k] - middleY);
+        at.y += a[4] * (px[k] - middleX) + a[5] * (py[k] - middleY);
+        if (!FindSource(worldToBand, px[k], py[k], at)) return inverse;
+        wx[k] = at.x;
+        wy[k] = at.y;
     }
     if (!inverse.Fit(px, py, wx, wy, kGrid * kGrid, 3))
         inverse.Fit(px, py, wx, wy, kGrid * kGrid, 1);

@@ -71,6 +71,7 @@ XAPI int XfnCalcWarpedBox(const XWarp2D& warp, double x0, double y0, double x1, 
 
 /// The inverse of a warp over the pixels of a band. Affine warps are inverted exactly; others by a
 /// fit of order 3 on a grid of points that are found by Newton's method.
-/// @param guess  a rough inverse to start from, such as the band's own geometry
+/// The search starts from the warp itself, in whatever units its world has.
+/// @param guess  a rough inverse to start from where that does not lead anywhere
 /// @return not valid when a point is not found
 XAPI XWarp2D XfnInvertWarp(const XWarp2D& worldToBand, const XWarp2D& guess, int width, int height);

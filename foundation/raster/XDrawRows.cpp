@@ -29,6 +29,7 @@ int XfnDrawRows(const tagXDrawJob& job, int isBilinear)
     for (int ch = 0; ch < 3; ++ch) {
         if (!job.channels[ch].band) continue;
         samplers[ch] = XDrawSampler::Make(job.channels[ch], job.abort, isBilinear, job.x0, n);
+        samplers[ch]->GetTiles().SetMessage(job.message);
         rows[ch].resize(static_cast<std::size_t>(n));
         states[ch] = rows[ch].data();
     }

@@ -2,6 +2,7 @@
 
 #include "foundation/base/XString.h"
 #include "foundation/raster/XDMBand.h"
+#include "foundation/raster/XRSFile.h"
 #include "foundation/raster/XTile.h"
 
 #include <algorithm>
@@ -33,8 +34,19 @@ const XTile* XDrawTiles::Get(int tx, int ty)
          entry.tile->GetHeight() != std::min(m_tileHeight, m_height - ty * m_tileHeight) ||
          entry.tile->GetDataType() != m_dataType))
         entry.tile.reset();
-    if (!entry.tile) m_hasFailed = 1;
+    if (!entry.tile) NoteFailure(message);
     return entry.tile.get();
+}
+
+void XDrawTiles::NoteFailure(const XString& why)
+{
+    m_hasFailed = 1;
+    const bool isAborted = m_abort && m_abort->load(std::memory_order_relaxed);
+    if (isAborted || !m_message || !m_message->IsEmpty()) return;
+    *m_message = why.IsEmpty() ? XString("A part of the image cannot be read.") : why;
+    const XRSFile* file = m_band->GetXRSFile();
+    if (file && !file->GetFilePath().IsEmpty() && m_message->Find(file->GetFilePath()) < 0)
+        *m_message = XfnFormat("\"%s\": %s", file->GetFilePath(), *m_message);
 }
 
 void XDrawTiles::Trim()

@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 class XDMBand;
+class XString;
 class XTile;
 
 /// The tiles of one level of a band during one drawing.
@@ -16,6 +17,8 @@ class XDrawTiles
 {
 public:
     XDrawTiles(XDMBand* band, int level, const std::atomic<int>* abort);
+    /// Receives why the first tile that failed did, unless it holds a text already; may be null.
+    void SetMessage(XString* message) { m_message = message; }
 
     int GetTileWidth() const { return m_tileWidth; }
     int GetTileHeight() const { return m_tileHeight; }
@@ -32,6 +35,8 @@ public:
     void Trim(); ///< drops what was not asked for since the last call
 
 private:
+    void NoteFailure(const XString& why);
+
     struct tagEntry
     {
         std::shared_ptr<const XTile> tile;
@@ -41,6 +46,7 @@ private:
     XDMBand* m_band;
     int m_level;
     const std::atomic<int>* m_abort;
+    XString* m_message = nullptr;
     int m_dataType = 0;
     int m_width = 0;
     int m_height = 0;

@@ -16,6 +16,17 @@ void CPL_STDCALL Collect(CPLErr level, CPLErrorNum, const char* text)
     if (auto* errors = static_cast<XGdalErrors*>(CPLGetErrorHandlerUserData())) errors->Note(text);
 }
 
+/// What is left of GDAL's text when the path is named before it.
+XString WithoutPath(XString sentence, const XString& path)
+{
+    if (sentence.Find("not recognized as") >= 0) return XString(); // so much is known already
+    const char* const kQuoted[] = {"`%s' ", "'%s' ", "\"%s\" ", "%s: ", "%s, ", "%s "};
+    for (const char* form : kQuoted)
+        sentence.Replace(XfnFormat(form, path), "");
+    if (sentence.Find(path) >= 0) sentence.Replace(path, "the file");
+    return sentence;
+}
+
 } // namespace
 
 XGdalErrors::XGdalErrors()
@@ -38,13 +49,16 @@ XString XGdalErrors::GetSentence() const
 {
     XString sentence = m_text;
     sentence.Trim();
+    constexpr int kPrefix = 8;
+    if (sentence.Find("libpng: ") == 0) // its words mean nothing without the name of the format
+        sentence = XfnFormat("The PNG data are damaged (%s).", sentence.Mid(kPrefix));
     if (!sentence.IsEmpty() && sentence.GetAt(sentence.GetLength() - 1) != '.') sentence += '.';
     return sentence;
 }
 
 XString XGdalErrors::Describe(const XString& path, const char* otherwise) const
 {
-    const XString sentence = GetSentence();
+    const XString sentence = WithoutPath(GetSentence(), path);
     return XfnFormat("\"%s\": %s", path, sentence.IsEmpty() ? otherwise : sentence.GetString());
 }
 

@@ -2,6 +2,8 @@
 
 #include "foundation/base/XString.h"
 
+inline constexpr const char* kXNoReader = "No reader knows its format.";
+
 /// For the sources of this folder only. While it lives, what GDAL complains about in this thread is
 /// collected here and printed nowhere. Objects nest; the innermost one hears.
 class XGdalErrors
@@ -14,7 +16,8 @@ public:
 
     /// The first failure's text as a sentence; empty when nothing failed.
     XString GetSentence() const;
-    /// "\"path\": sentence", with `otherwise` when GDAL gave no text.
+    /// "\"path\": sentence", where the sentence does not name the path again, with `otherwise` when GDAL gave
+    /// no text or one that tells nothing.
     XString Describe(const XString& path, const char* otherwise) const;
 
     void Note(const char* text); ///< for the handler

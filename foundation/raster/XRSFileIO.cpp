@@ -193,6 +193,14 @@ int FillFile(XRSFile& file, const std::shared_ptr<XGdalSource>& source, GDALData
     return 1;
 }
 
+/// " Sentence." behind the path of a refusal; empty when it only says that nobody knows the format.
+XString DetailOf(const XString& refusal, const XString& path)
+{
+    const XString prefix = XfnFormat("\"%s\": ", path);
+    if (refusal.Find(prefix) != 0 || refusal.Find(kXNoReader) >= 0) return XString();
+    return XString(" ") + refusal.Mid(prefix.GetLength());
+}
+
 int Load(XRSFile* file, const tagFormat& format, const XString& path, XString& error, int useLevels,
          int useStatistics, XThread* thread)
 {
@@ -210,7 +218,8 @@ int Load(XRSFile* file, const tagFormat& format, const XString& path, XString& e
             if (HoldsVectors(path))
                 error = XfnFormat("\"%s\" holds vector data, not an image.", path);
             else if (!isAny)
-                error = XfnFormat("\"%s\" is no readable %s file. (%s)", path, format.name, error);
+                error = XfnFormat("\"%s\" is no readable %s file.%s", path, format.name,
+                                  DetailOf(error, path));
             return 0;
         }
         XRSFile made;

@@ -1,7 +1,9 @@
 #include "foundation/raster/XDMBandGDAL.h"
+#include "foundation/raster/XDMComposite.h"
 #include "foundation/raster/XRSFile.h"
 #include "foundation/raster/XRSFileIO.h"
 #include "foundation/raster/XRasterTypes.h"
+#include "foundation/surface/XBackBuffer.h"
 #include "tests/support/XGdalSample.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +12,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <atomic>
 #include <cmath>
 #include <complex>
 #include <random>
@@ -568,4 +571,53 @@ TEST(XDMBandGDAL, NothingIsWrittenBesideTheImage)
         ReadLevel(file->GetBandAt(0), 1);
     }
     EXPECT_EQ(state(), before);
+}
+
+/// A picture of noise in one stream, cut off behind `part` of its bytes.
+static XString WriteStream(const QString& path, double part)
+{
+    tagXGdalSample sample;
+    sample.width = 700;
+    sample.height = 600;
+    sample.bands = 3;
+    sample.value = [](int x, int y, int band) {
+        return ((x * 7919u + y * 104729u + band * 31u) * 2654435761u >> 13) & 255u;
+    };
+    const XString plain = XfnWriteGdalSample(path + ".tif", sample);
+    auto* from = static_cast<GDALDataset*>(GDALOpen(plain, GA_ReadOnly));
+    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("PNG");
+    const QByteArray name = path.toUtf8();
+    GDALClose(driver->CreateCopy(name, from, 0, nullptr, nullptr, nullptr));
+    GDALClose(from);
+    QFile file(path);
+    file.resize(static_cast<qint64>(static_cast<double>(file.size()) * part));
+    return XString(name.constData());
+}
+
+TEST(XDMBandGDAL, ADrawTellsWhyAPartIsMissing)
+{
+    QTemporaryDir dir;
+    for (const double part : {1.0, 0.5}) {
+        const auto file = OpenFile(WriteStream(dir.filePath("b.png"), part));
+        ASSERT_TRUE(file);
+        XDMComposite composite;
+        composite.SetBand(file->GetBandAt(0), 0);
+        composite.SetCutRange(0, 255, 0);
+        composite.SetPixelBaseMode(1);
+        XBackBuffer buffer;
+        buffer.Resize(nullptr, 700, 600);
+        buffer.SetWorldToCenter(350, -300);
+        buffer.SetWorldPerPixel(1, 1);
+        const int isWhole = composite.Draw(&buffer, -9e3, -9e3, 9e3, 9e3, 1, nullptr, nullptr);
+        EXPECT_EQ(isWhole, part == 1.0);
+        EXPECT_EQ(composite.GetDrawMessage().IsEmpty(), part == 1.0);
+        XDMComposite own;
+        own.TakeDrawResults(&composite);
+        EXPECT_EQ(own.GetDrawMessage().Find("b.png") >= 0, part != 1.0)
+            << own.GetDrawMessage().GetString();
+        EXPECT_LT(own.GetDrawMessage().Find("libpng"), 0);
+        std::atomic<int> abort{1};
+        composite.Draw(&buffer, -9e3, -9e3, 9e3, 9e3, 1, nullptr, &abort);
+        EXPECT_TRUE(composite.GetDrawMessage().IsEmpty());
+    }
 }

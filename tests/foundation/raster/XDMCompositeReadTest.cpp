@@ -235,4 +235,40 @@ TEST(XDMCompositeGeometry, AWarpThatIsSetFindsItsInverse)
     EXPECT_EQ(composite.ReadPixel(0, 3e5, 4e6), kXNoData);
 }
 
+TEST(XDMCompositeGeometry, AWarpIntoAnotherWorldFindsItsInverse)
+{
+    struct tagWorld
+    {
+        double x, y, width, height;
+    };
+    // degrees, a far zone, feet: none has to do with the band's own metres
+    const tagWorld worlds[] = {
+        {-35.5, -8.1, 0.09, -0.08}, {9.9e6, -1.2e7, 9000.0, -7000.0}, {1e6, 1.3e7, 3280.0, 2600.0}};
+    for (const tagWorld& world : worlds) {
+        auto band = XfnMakeBand(kXUInt8, 500, 400, [](int x, int y) { return (x + y) % 256; });
+        XBandGeometry geometry;
+        geometry.SetNorthUp(3e5, 9.1e6, 20.0, 20.0);
+        band->SetGeometry(geometry);
+        std::vector<double> wx, wy, px, py;
+        for (int k = 0; k < 49; ++k) {
+            const double u = (k % 7) / 6.0, v = (k / 7) / 6.0;
+            wx.push_back(world.x + world.width * (u + 0.02 * v * v));
+            wy.push_back(world.y + world.height * (v - 0.02 * u * v));
+            px.push_back(499 * u);
+            py.push_back(399 * v);
+        }
+        XWarp2D warp;
+        ASSERT_TRUE(warp.Fit(wx.data(), wy.data(), px.data(), py.data(), 49, 3));
+        XDMComposite composite;
+        composite.SetBand(band.get(), 0);
+        composite.SetWarpCoeff(warp, 0);
+        ASSERT_TRUE(composite.GetWarpCoeffInv(0).IsValid()) << world.x;
+        ASSERT_TRUE(composite.IsBoundValid());
+        double left, right, bottom, top;
+        composite.GetBoundRect(left, right, bottom, top);
+        EXPECT_NEAR(left, world.x, 0.001 * world.width);
+        EXPECT_NEAR(right, world.x + 1.02 * world.width, 0.001 * world.width);
+    }
+}
+
 } // namespace
