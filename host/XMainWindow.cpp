@@ -3,6 +3,7 @@
 #include "foundation/platform/XPrompts.h"
 #include "foundation/platform/XQtText.h"
 #include "foundation/raster/XDMCompManager.h"
+#include "foundation/raster/XDMComposite.h"
 #include "host/XActionTable.h"
 #include "host/XBandsWidget.h"
 #include "host/XFileActions.h"
@@ -28,6 +29,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTimer>
 #include <QToolBar>
 
 #include <algorithm>
@@ -241,11 +243,27 @@ XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM 
         break;
     case XViewReport::PaintedRasters:
         m_viewActions->OnPainted();
+        TellUnread();
         break;
     default:
         break;
     }
     return 0;
+}
+
+// Black where a file cannot be read looks like no data: each file says once why it is so.
+void XMainWindow::TellUnread()
+{
+    for (int i = 0; i < m_layers->GetCount(); ++i) {
+        const QString why = XfnToQString(m_layers->GetAt(i)->composite->GetDrawMessage());
+        if (why.isEmpty() || m_toldUnread.contains(m_layers->GetAt(i)->path)) continue;
+        m_toldUnread.append(m_layers->GetAt(i)->path);
+        // after the paint: a box within its report would be drawn over a half-made picture
+        QTimer::singleShot(0, this, [this, why] {
+            XPrompts::Get()->Message(GetHWND(), XfnFromQString(why), XPrompts::XIcon::Warning,
+                                     "tqlview");
+        });
+    }
 }
 
 void XMainWindow::OpenAfterFirstPaint(const QStringList& paths)

@@ -4,6 +4,7 @@
 #include "host/XSessionSettings.h"
 
 #include <QMainWindow>
+#include <QStringList>
 
 #include <memory>
 
@@ -59,6 +60,7 @@ private:
     void ResetLayout();
     void ShareHeight();
     void Notice(const QString& text);
+    void TellUnread();
 
     QString m_version;
     XSessionSettings m_settings;
@@ -71,6 +73,7 @@ private:
     std::unique_ptr<XViewActions> m_viewActions;
     std::unique_ptr<XLayerActions> m_layerActions;
     QByteArray m_firstLayout;
+    QStringList m_toldUnread; // paths whose unread parts were told of
     int m_shownLayers = 0;
     bool m_isFirstShow = true;
 };

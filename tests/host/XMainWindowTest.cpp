@@ -1,3 +1,4 @@
+#include "foundation/raster/XTileCache.h"
 #include "host/XReadOutLabel.h"
 #include "tests/host/XHostFixture.h"
 
@@ -205,6 +206,21 @@ TEST_F(XMainWindowTest, AFileThatVanishesWhileShownDoesNotTakeTheWindowWithIt)
     Run("file.close");
     EXPECT_EQ(Open({path}), 0);
     EXPECT_NE(prompts.GetLastMessage().find("does not exist"), std::string::npos);
+}
+
+TEST_F(XMainWindowTest, AFileEmptiedWhileShownSaysSoOnce)
+{
+    const QString path = MakeRaster("emptied.dat", 600, 500, 3);
+    ASSERT_EQ(Open({path}), 1);
+    ASSERT_TRUE(QFile::resize(path, 10));
+    XTileCache::Get().Clear();
+    Run("view.zoomIn");
+    EXPECT_NE(prompts.GetLastMessage().find("emptied.dat"), std::string::npos)
+        << prompts.GetLastMessage();
+    const int told = static_cast<int>(prompts.GetMessages().size());
+    Run("view.zoomIn");
+    EXPECT_EQ(static_cast<int>(prompts.GetMessages().size()), told);
+    EXPECT_EQ(window->GetLayers().GetCount(), 1) << "what was open stays open";
 }
 
 TEST_F(XMainWindowTest, ImagesWithoutRangeOpenAndRealOnesAreNotBlack)
