@@ -81,6 +81,8 @@ public:
     XString GetFilePath() const { return m_filePath; }
     XString GetFileName() const;  ///< the last part of the path
     XString GetFileTitle() const; ///< the name without its extension
+    /// The system's number of the open file, which stays this object's; -1 when there is none.
+    int GetDescriptor() const { return m_descriptor; }
 
     /// @return 0 when there is no such file.
     static int GetStatus(const char* fileName, tagXFileStatus& status);

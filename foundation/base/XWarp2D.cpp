@@ -59,6 +59,44 @@ inline void FillTerms(double u, double v, int terms, double* t)
     t[9] = v * t[5];
 }
 
+/// Moves (x, y) to the point that a polynomial sends to (toX, toY); leaves it when that is not found.
+void FindSource(const tagXWarpPolynomial& p, double toX, double toY, double& x, double& y)
+{
+    constexpr int kSteps = 6;
+    constexpr double kReach = 0.25; // the points of the fit are 2 wide
+    constexpr double kRest = 1e-12;
+    constexpr double kNear = 1e-7;
+    double u = (x - p.centerX) * p.scaleX;
+    double v = (y - p.centerY) * p.scaleY;
+    const double u0 = u, v0 = v;
+    double moved = kReach;
+    for (int step = 0; step < kSteps && moved > kRest; ++step) {
+        double t[tagXWarpPolynomial::kMaxTerms];
+        FillTerms(u, v, kThird, t);
+        const double alongU[] = {0, 1, 0, v, 2 * u, 0, 3 * t[4], 2 * t[3], t[5], 0};
+        const double alongV[] = {0, 0, 1, u, 0, 2 * v, 0, t[4], 2 * t[3], 3 * t[5]};
+        double missX = toX, missY = toY, xu = 0.0, xv = 0.0, yu = 0.0, yv = 0.0;
+        for (int j = 0; j < p.terms; ++j) {
+            missX -= p.xCoeff[j] * t[j];
+            missY -= p.yCoeff[j] * t[j];
+            xu += p.xCoeff[j] * alongU[j];
+            xv += p.xCoeff[j] * alongV[j];
+            yu += p.yCoeff[j] * alongU[j];
+            yv += p.yCoeff[j] * alongV[j];
+        }
+        const double determinant = xu * yv - xv * yu;
+        const double du = (missX * yv - missY * xv) / determinant;
+        const double dv = (missY * xu - missX * yu) / determinant;
+        u += du;
+        v += dv;
+        moved = std::fabs(du) + std::fabs(dv);
+        if (!(std::fabs(u - u0) + std::fabs(v - v0) <= kReach)) return; // NaN too
+    }
+    if (!(moved <= kNear)) return;
+    x = u / p.scaleX + p.centerX;
+    y = v / p.scaleY + p.centerY;
+}
+
 } // namespace
 
 int XWarp2D::GetOrder() const
@@ -100,6 +138,7 @@ int XWarp2D::SetPolynomial(const tagXWarpPolynomial& polynomial)
         return 0;
     }
     m_polynomial = taken;
+    m_forward.reset();
     return 1;
 }
 
@@ -162,7 +201,13 @@ int XWarp2D::FitTerms(const double* srcX, const double* srcY, const double* dstX
     fit.xCoeff[0] += to[0].center;
     fit.yCoeff[0] += to[1].center;
     m_polynomial = fit;
+    m_forward.reset();
     return 1;
+}
+
+void XWarp2D::RefineAsInverseOf(const XWarp2D& forward)
+{
+    m_forward = std::make_shared<const tagXWarpPolynomial>(forward.m_polynomial);
 }
 
 void XWarp2D::Warp(double& x, double& y) const
@@ -173,8 +218,10 @@ void XWarp2D::Warp(double& x, double& y) const
 void XWarp2D::WarpPoints(double* x, double* y, int n) const
 {
     const tagXWarpPolynomial& p = m_polynomial;
+    const tagXWarpPolynomial* const forward = m_forward.get();
     const auto run = [&](auto terms) {
         for (int i = 0; i < n; ++i) {
+            const double toX = x[i], toY = y[i];
             double t[tagXWarpPolynomial::kMaxTerms];
             FillTerms((x[i] - p.centerX) * p.scaleX, (y[i] - p.centerY) * p.scaleY, terms(), t);
             double newX = p.xCoeff[0];
@@ -185,6 +232,7 @@ void XWarp2D::WarpPoints(double* x, double* y, int n) const
             }
             x[i] = newX;
             y[i] = newY;
+            if (forward) FindSource(*forward, toX, toY, x[i], y[i]);
         }
     };
     switch (p.terms) {

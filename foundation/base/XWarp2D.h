@@ -3,6 +3,7 @@
 #include "foundation/base/XApi.h"
 
 #include <array>
+#include <memory>
 
 /// The numbers of an XWarp2D, for storing it exactly.
 ///
@@ -67,6 +68,14 @@ public:
     int FitPseudoAffine(const double* srcX, const double* srcY, const double* dstX,
                         const double* dstY, int n);
 
+    /// Makes this warp, which comes near the inverse of `forward` already, the inverse itself: points
+    /// are moved on by Newton's method until `forward` leads back, to some 1e-7 of the extent that
+    /// `forward` was fitted over or better. Where that does not come to rest within an eighth of that
+    /// extent, as far outside of it, the point of before stands. For a `forward` of order 2 or 3; an
+    /// affine one has InverseAffine. GetPolynomial goes on giving the numbers of before.
+    /// Whatever gives this warp new numbers ends it. Cost: two or three evaluations more a point.
+    void RefineAsInverseOf(const XWarp2D& forward);
+
     /// Maps a point in place.
     void Warp(double& x, double& y) const;
     void WarpPoint(double& x, double& y) const { Warp(x, y); }
@@ -87,4 +96,5 @@ private:
                  int n, int terms);
 
     tagXWarpPolynomial m_polynomial;
+    std::shared_ptr<const tagXWarpPolynomial> m_forward; ///< what this is refined as the inverse of
 };
