@@ -6,12 +6,7 @@
 // pixel; rows are medians, and yardstick and drawing take turns.
 
 #include "bench/BenchDrawKernels.h"
-#include "foundation/raster/XDMBand.h"
-#include "foundation/raster/XDMComposite.h"
-#include "foundation/raster/XDefaultDisplay.h"
-#include "foundation/raster/XRSFile.h"
-#include "foundation/raster/XRSFileIO.h"
-#include "foundation/surface/XBackBuffer.h"
+#include "bench/BenchScene.h"
 
 #include <QGuiApplication>
 #include <QTemporaryDir>
@@ -19,61 +14,14 @@
 #include <gdal_priv.h>
 
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
 #include <filesystem>
-#include <functional>
 #include <random>
 #include <string>
 #include <vector>
 
 namespace {
 
-constexpr int kWidth = 1920;
-constexpr int kHeight = 1080;
-constexpr std::size_t kPixels = std::size_t{kWidth} * kHeight;
-constexpr int kRuns = 31;
 constexpr int kSceneSize = 4096;
-
-double TimeMs(const std::function<void()>& work)
-{
-    const auto begin = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
-        .count();
-}
-
-double MedianOf(std::vector<double> times)
-{
-    std::nth_element(times.begin(), times.begin() + times.size() / 2, times.end());
-    return times[times.size() / 2];
-}
-
-/// Prints the rows of a JSON list.
-class XRows
-{
-public:
-    XRows() { std::printf("[\n"); }
-    ~XRows() { std::printf("\n]\n"); }
-
-    /// @param limit  of the ratio; 0 when there is none
-    void Add(const char* name, double value, double yardstick, double limit)
-    {
-        std::printf(
-            "%s  {\"name\": \"%s\", \"value\": %.4f, \"unit\": \"ms\", \"yardstick\": %.4f, "
-            "\"ratio\": %.3f, \"limit\": ",
-            m_separator, name, value, yardstick, value / yardstick);
-        if (limit > 0.0)
-            std::printf("%.2f}", limit);
-        else
-            std::printf("null}");
-        std::fflush(stdout);
-        m_separator = ",\n";
-    }
-
-private:
-    const char* m_separator = "";
-};
 
 /// A field of blobs of many sizes with the noise of a sensor on top: it deflates about two to one.
 template <class T>
@@ -119,55 +67,6 @@ void WriteScene(const std::string& path, GDALDataType type, int bands, double sc
     GDALClose(dataset);
 }
 
-/// The scene to draw and what stands in the middle of it.
-struct tagScene
-{
-    XRSFile file;
-    XDMComposite composite;
-    XBackBuffer buffer;
-    int centreX = 0, centreY = 0; // pixel in the middle of the view
-
-    explicit tagScene(int mode) : composite(mode) {}
-};
-
-std::unique_ptr<tagScene> OpenScene(const std::string& path, int mode)
-{
-    auto scene = std::make_unique<tagScene>(mode);
-    XString error;
-    if (!XRSFileIO::Open(path.c_str(), &scene->file, error)) {
-        std::fprintf(stderr, "%s\n", static_cast<const char*>(error));
-        return nullptr;
-    }
-    for (int ch = 0; ch < scene->composite.GetNumberOfChannels(); ++ch)
-        scene->composite.SetBand(scene->file.GetBandAt(mode == 0 ? 0 : 2 - ch), ch);
-    XfnDefaultStretch(&scene->composite);
-    scene->buffer.Resize(nullptr, kWidth, kHeight);
-    scene->centreX = scene->file.GetBandAt(0)->GetXSize() / 2;
-    scene->centreY = scene->file.GetBandAt(0)->GetYSize() / 2;
-    return scene;
-}
-
-/// Puts the view `step` pixels beside the middle at so many raster pixels a screen pixel.
-void Place(tagScene& scene, double perPixel, int step)
-{
-    const XDMBand* band = scene.file.GetBandAt(0);
-    double x = scene.centreX - 0.5 + step % 16 * perPixel,
-           y = scene.centreY - 0.5 + step / 16 * perPixel;
-    band->ConvPixelToWorldCoord(x, y);
-    scene.buffer.SetWorldToCenter(x, y);
-    scene.buffer.SetWorldPerPixel(perPixel * band->GetXPixelSize(),
-                                  perPixel * band->GetYPixelSize());
-}
-
-void Draw(tagScene& scene)
-{
-    double left = 0, top = 0, right = kWidth, bottom = kHeight;
-    scene.buffer.ConvPixelToWorldCoord(left, top);
-    scene.buffer.ConvPixelToWorldCoord(right, bottom);
-    if (!scene.composite.Draw(&scene.buffer, left, bottom, right, top, 1, nullptr, nullptr))
-        std::abort();
-}
-
 /// Median times of drawing from tiles in memory and of the yardstick, taking turns.
 void MeasureWarm(XRows& rows, const char* name, tagScene& scene, double perPixel, double limit,
                  const std::function<void()>& yardstick)
@@ -184,35 +83,6 @@ void MeasureWarm(XRows& rows, const char* name, tagScene& scene, double perPixel
     }
     rows.Add(name, MedianOf(ours), MedianOf(theirs), limit);
 }
-
-void EmptyCaches()
-{
-    XTileCache::Get().Clear();
-    while (GDALFlushCacheBlock()) {
-    }
-}
-
-struct tagTables
-{
-    std::uint8_t bytes[3][256];
-    std::vector<std::uint8_t> wide = std::vector<std::uint8_t>(65536);
-    const std::uint8_t* rows[3];
-    const std::uint8_t* wideRows[3];
-
-    tagTables()
-    {
-        for (int band = 0; band < 3; ++band) {
-            for (int v = 0; v < 256; ++v)
-                bytes[band][v] =
-                    static_cast<std::uint8_t>(std::clamp((v - 20 - band) * 255 / 200, 0, 255));
-            rows[band] = bytes[band];
-            wideRows[band] = wide.data();
-        }
-        for (int v = 0; v < 65536; ++v)
-            wide[static_cast<std::size_t>(v)] =
-                static_cast<std::uint8_t>(std::clamp((v - 1200) * 255 / 3000, 0, 255));
-    }
-};
 
 /// Reads the middle of a scene by GDAL alone.
 template <class T>

@@ -2,9 +2,28 @@
 
 #include "foundation/raster/XRasterTypes.h"
 
+#include <algorithm>
+#include <chrono>
+#include <new>
+
 X_IMPLEMENT_CLASS(XBand, XObject)
 
-XBand::XBand() = default;
+namespace {
+
+std::uint64_t NextChange()
+{
+    static std::atomic<std::uint64_t> last{0};
+    return ++last;
+}
+
+bool IsRaised(const std::atomic<int>* abort)
+{
+    return abort && abort->load(std::memory_order_relaxed) != 0;
+}
+
+} // namespace
+
+XBand::XBand() : m_changeNumber(NextChange()) {}
 XBand::~XBand() = default;
 
 int XBand::GetDataType() const
@@ -54,7 +73,10 @@ double XBand::GetBandStdDev() const
 
 const long long* XBand::GetHistogram() const
 {
-    return Need(1)->histogram.data(); // the band keeps the record, or retires it
+    std::shared_ptr<const tagXBandStatistics> record = Need(1);
+    const std::lock_guard lock(m_stateMutex);
+    if (std::find(m_lent.begin(), m_lent.end(), record) == m_lent.end()) m_lent.push_back(record);
+    return record->histogram.data();
 }
 
 int XBand::HasEstimatedStatistics() const
@@ -67,25 +89,26 @@ int XBand::HasEstimatedHistogram() const
     return Need(1)->isHistogramEstimated;
 }
 
-std::shared_ptr<const tagXBandStatistics> XBand::GetStatistics() const
+std::shared_ptr<const tagXBandStatistics> XBand::GetStatistics(const std::atomic<int>* abort) const
 {
-    return Need(1);
+    return Need(1, abort);
 }
 
 int XBand::HasStatistics() const
 {
-    const auto current = GetCurrent(nullptr);
-    return current && current->hasHistogram;
+    const std::lock_guard lock(m_stateMutex);
+    return m_statistics && m_statistics->hasHistogram;
 }
 
 void XBand::SetBandStatistics(const tagXBandStatistics& statistics)
 {
-    Publish(std::make_shared<const tagXBandStatistics>(statistics), nullptr);
+    Publish(std::make_shared<const tagXBandStatistics>(statistics));
 }
 
 void XBand::DropStatistics()
 {
-    Publish(nullptr, nullptr);
+    m_changeNumber = NextChange();
+    Publish(nullptr);
 }
 
 int XBand::ReadStoredStatistics(tagXBandStatistics&) const
@@ -93,58 +116,62 @@ int XBand::ReadStoredStatistics(tagXBandStatistics&) const
     return 0;
 }
 
-tagXBandStatistics XBand::CalcBandStatistics(const tagXBandStatistics* known) const
+tagXBandStatistics XBand::CalcBandStatistics(const tagXBandStatistics* known,
+                                             const std::atomic<int>*) const
 {
     tagXBandStatistics statistics = known ? *known : tagXBandStatistics();
     statistics.hasHistogram = 1;
     return statistics;
 }
 
-std::shared_ptr<const tagXBandStatistics> XBand::GetCurrent(std::uint64_t* generation) const
+void XBand::Publish(std::shared_ptr<const tagXBandStatistics> statistics)
 {
     const std::lock_guard lock(m_stateMutex);
-    if (generation) *generation = m_generation;
-    return m_statistics;
-}
-
-void XBand::Publish(std::shared_ptr<const tagXBandStatistics> statistics,
-                    const std::uint64_t* generation) const
-{
-    const std::lock_guard lock(m_stateMutex);
-    // a computed record that came too late is kept too: its caller holds a plain pointer into it
-    if (generation && *generation != m_generation) {
-        m_retired.push_back(std::move(statistics));
-        return;
-    }
-    if (m_statistics) m_retired.push_back(std::move(m_statistics));
-    m_statistics = std::move(statistics);
+    m_statistics.swap(statistics);
     ++m_generation;
 }
 
-std::shared_ptr<const tagXBandStatistics> XBand::Need(int withHistogram) const
+/// Numbers beyond those at hand. Null when the memory does not suffice or after an abort.
+std::shared_ptr<const tagXBandStatistics> XBand::Calc(const tagXBandStatistics* current,
+                                                      int withHistogram,
+                                                      const std::atomic<int>* abort) const
 {
-    const auto suffices = [withHistogram](const auto& s) {
-        return s && (s->hasHistogram || !withHistogram);
-    };
-    std::shared_ptr<const tagXBandStatistics> current = GetCurrent(nullptr);
-    if (suffices(current)) return current;
-
-    const std::lock_guard one(m_calcMutex);
-    std::uint64_t generation = 0;
-    current = GetCurrent(&generation);
-    if (suffices(current)) return current;
-
-    tagXBandStatistics known;
-    int isKnown = 0;
-    if (current) {
-        known = *current;
-        isKnown = known.IsSet();
-    } else {
-        isKnown = ReadStoredStatistics(known);
+    try {
+        tagXBandStatistics known = current ? *current : tagXBandStatistics();
+        const int isKnown = current ? known.IsSet() : ReadStoredStatistics(known);
+        const int isEnough = isKnown && (known.hasHistogram || !withHistogram);
+        auto made = std::make_shared<const tagXBandStatistics>(
+            isEnough ? known : CalcBandStatistics(isKnown ? &known : nullptr, abort));
+        return IsRaised(abort) && !isEnough ? nullptr : made;
+    } catch (const std::bad_alloc&) {
+        return nullptr;
     }
-    tagXBandStatistics made =
-        isKnown && !withHistogram ? known : CalcBandStatistics(isKnown ? &known : nullptr);
-    auto result = std::make_shared<const tagXBandStatistics>(made);
-    Publish(result, &generation);
-    return result;
+}
+
+std::shared_ptr<const tagXBandStatistics> XBand::Need(int withHistogram,
+                                                      const std::atomic<int>* abort) const
+{
+    static const auto kNone = std::make_shared<const tagXBandStatistics>();
+    constexpr auto kPollPause = std::chrono::milliseconds(20);
+    std::unique_lock lock(m_stateMutex);
+    for (;;) {
+        if (m_statistics && (m_statistics->hasHistogram || !withHistogram)) return m_statistics;
+        if (IsRaised(abort)) return m_statistics ? m_statistics : kNone;
+        if (!m_isCalculating) break;
+        m_calculated.wait_for(lock, kPollPause);
+    }
+    m_isCalculating = true;
+    const std::uint64_t generation = m_generation;
+    const std::shared_ptr<const tagXBandStatistics> current = m_statistics;
+    lock.unlock();
+    const std::shared_ptr<const tagXBandStatistics> made =
+        Calc(current.get(), withHistogram, abort);
+    lock.lock();
+    m_isCalculating = false;
+    if (made && generation == m_generation) {
+        m_statistics = made;
+        ++m_generation;
+    }
+    m_calculated.notify_all();
+    return made ? made : current ? current : kNone;
 }

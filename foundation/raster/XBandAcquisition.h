@@ -39,6 +39,8 @@ public:
     void SetSceneOrient(double degrees) { m_sceneOrient = degrees; }
     double GetWaveLength() const { return m_waveLength; } ///< nanometres
     void SetWaveLength(double nanometres) { m_waveLength = nanometres; }
+    double GetBandWidth() const { return m_bandWidth; } ///< at half of the maximum, nanometres
+    void SetBandWidth(double nanometres) { m_bandWidth = nanometres; }
     int GetOriginCorner() const { return m_originCorner; } ///< 0 upper left
     void SetOriginCorner(int corner) { m_originCorner = corner; }
     /// Physical value = pixel * scale + offset, as the file states it; not applied anywhere.
@@ -65,6 +67,7 @@ private:
     double m_altitude = kXNotSet;
     double m_sceneOrient = kXNotSet;
     double m_waveLength = kXNotSet;
+    double m_bandWidth = kXNotSet;
     int m_originCorner = 0;
     double m_offset = 0.0;
     double m_scale = 1.0;

@@ -4,11 +4,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace {
 
 constexpr int kBorderSteps = 32;
 constexpr int kGridSteps = 20;
+constexpr double kReturn = 0.01; // pixels; far below what drawing and reading tell apart
 
 bool AreFinite(const double* values, int n)
 {
@@ -79,10 +81,13 @@ int XBandGeometry::SetTransform(const double (&t)[6], int width, int height, XSt
     return 1;
 }
 
-int XBandGeometry::SetControlPoints(const std::vector<tagXGCP>& points, int width, int height,
+int XBandGeometry::SetControlPoints(const std::vector<tagXGCP>& all, int width, int height,
                                     XString& message)
 {
     *this = XBandGeometry();
+    std::vector<tagXGCP> points;
+    std::copy_if(all.begin(), all.end(), std::back_inserter(points),
+                 [](const tagXGCP& p) { return p.use != 0; });
     const std::size_t count = points.size();
     for (int order = count >= 16 ? 3 : count >= 9 ? 2 : 1; order >= 1; --order)
         if (FitOrder(points, width, height, order)) return 1;
@@ -96,8 +101,9 @@ int XBandGeometry::SetWarps(const XWarp2D& worldToPixel, const XWarp2D& pixelToW
     const double numbers[] = {ulX, ulY, xPixelSize, yPixelSize};
     if (!AreFinite(numbers, 4) || !(xPixelSize > 0.0) || !(yPixelSize > 0.0)) return 0;
     const XWarp2D forward = pixelToWorld.IsValid() ? pixelToWorld : worldToPixel.InverseAffine();
-    const XWarp2D inverse = worldToPixel.IsValid() ? worldToPixel : pixelToWorld.InverseAffine();
+    XWarp2D inverse = worldToPixel.IsValid() ? worldToPixel : pixelToWorld.InverseAffine();
     if (!forward.IsValid() || !inverse.IsValid()) return 0;
+    if (!forward.IsAffine() && !inverse.IsAffine()) inverse.RefineAsInverseOf(forward);
     m_pixelToWorld = forward;
     m_worldToPixel = inverse;
     m_ulX = ulX;
@@ -141,10 +147,10 @@ int XBandGeometry::FitOrder(const std::vector<tagXGCP>& points, int width, int h
         if (!inverse.Fit(hx.data(), hy.data(), gx.data(), gy.data(), static_cast<int>(gx.size()),
                          3))
             return 0;
-        const double limit = 0.1 + 0.001 * std::max(width, height);
+        inverse.RefineAsInverseOf(forward);
         for (std::size_t i = 0; i < gx.size(); ++i) {
             inverse.Warp(hx[i], hy[i]);
-            if (!(std::fabs(hx[i] - gx[i]) <= limit) || !(std::fabs(hy[i] - gy[i]) <= limit))
+            if (!(std::fabs(hx[i] - gx[i]) <= kReturn) || !(std::fabs(hy[i] - gy[i]) <= kReturn))
                 return 0;
         }
     }

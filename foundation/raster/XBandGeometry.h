@@ -14,6 +14,9 @@ struct tagXGCP
     double worldX = 0.0;
     double worldY = 0.0;
     double worldZ = 0.0;
+    int use = 1; ///< 0 takes it out of the model
+
+    friend bool operator==(const tagXGCP&, const tagXGCP&) = default;
 };
 
 /// Where the pixels of a band lie in the world.
@@ -54,17 +57,19 @@ public:
     ///         not georeferenced and `message` says why.
     int SetTransform(const double (&t)[6], int width, int height, XString& message);
 
-    /// From control points by least squares: order 1 from 3 points, 2 from 9, 3 from 16, so that
+    /// From the control points in use by least squares: order 1 from 3 points, 2 from 9, 3 from 16, so that
     /// the higher orders have points to spare; a lower order when the points do not determine the
-    /// higher one or its inverse does not hold over the image. The inverse of an order above 1 is
-    /// fitted to a grid of the forward map over the image; it returns to the pixel within a tenth of
-    /// a pixel plus a thousandth of the image, or the order is not taken.
+    /// higher one or it has no inverse over the image. The inverse of an order above 1 begins with a
+    /// polynomial fitted to a grid of the forward map over the image and is refined from there
+    /// (XWarp2D::RefineAsInverseOf); it returns to the pixel within a hundredth of a pixel, or the
+    /// order is not taken.
     /// @return 0 when no order fits; then the geometry is not georeferenced and `message` says why.
     int SetControlPoints(const std::vector<tagXGCP>& points, int width, int height,
                          XString& message);
 
     /// From both maps and the summary that the plain numbers give, as another geometry had them;
-    /// nothing is computed anew but a missing inverse of an affine map.
+    /// nothing is computed anew but a missing inverse of an affine map. A `worldToPixel` of higher
+    /// order is refined as the inverse of `pixelToWorld`.
     /// @return 0 when a map is missing, a number is not finite or a size is not positive; then
     ///         nothing changes.
     int SetWarps(const XWarp2D& worldToPixel, const XWarp2D& pixelToWorld, double ulX, double ulY,

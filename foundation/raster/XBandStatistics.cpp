@@ -12,7 +12,7 @@
 namespace {
 
 /// Calls f(samples, count) with real samples: those of the block, or the magnitudes of complex ones
-/// piece by piece. A complex block knows no null value but NaN.
+/// piece by piece, with NaN for those without data.
 template <class F>
 int WithRealSamples(const void* data, std::size_t count, int dataType, double nullValue, F&& f)
 {
@@ -28,9 +28,11 @@ int WithRealSamples(const void* data, std::size_t count, int dataType, double nu
         constexpr std::size_t kPiece = 2048;
         double magnitudes[kPiece];
         const T* parts = static_cast<const T*>(data);
+        bool hasNull = false;
+        const T null = XfnNullSample<T>(nullValue, hasNull);
         for (std::size_t start = 0; start < count; start += kPiece) {
             const std::size_t n = std::min(kPiece, count - start);
-            XfnMagnitudes(parts + 2 * start, n, magnitudes);
+            XfnMagnitudes(parts + 2 * start, n, hasNull, null, magnitudes);
             f(static_cast<const double*>(magnitudes), n, false, 0.0);
         }
         return 1;

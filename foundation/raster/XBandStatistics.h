@@ -9,7 +9,8 @@
 #include <vector>
 
 /// Numbers of a band in band units. Pixels equal to the null value, NaN, infinities and numbers at or
-/// beyond the sentinels are not counted. Of a complex band the magnitude of each pixel counts.
+/// beyond the sentinels are not counted. Of a complex band the magnitude of each pixel counts, but
+/// for those whose real part is the null value and whose imaginary part is 0.
 ///
 /// With no pixel counted (an image that is all no-data) every number stays kXNotSet and the
 /// histogram is empty. A constant image has its value as minimum and maximum and all of its pixels

@@ -2,8 +2,9 @@
 
 #include "foundation/base/XColor.h"
 #include "foundation/base/XMemory.h"
-#include "foundation/platform/XThread.h"
+#include "foundation/raster/XExactStatistics.h"
 #include "foundation/raster/XRasterTypes.h"
+#include "foundation/raster/XSaveControl.h"
 
 #include <algorithm>
 #include <chrono>
@@ -46,6 +47,7 @@ XDMBand::XDMBand() : m_ownerID(XTileCache::NewOwner())
 
 XDMBand::~XDMBand()
 {
+    StopFollowing();
     XTileCache::Get().RemoveOwner(m_ownerID);
 }
 
@@ -175,12 +177,18 @@ std::shared_ptr<const XTile> XDMBand::FindTile(int level, int tx, int ty) const
     return XTileCache::Get().Find({m_ownerID, level, tx, ty});
 }
 
+int XDMBand::IsTileAtHand(int level, int tx, int ty) const
+{
+    return FindTile(level, tx, ty) != nullptr;
+}
+
 std::shared_ptr<const XTile> XDMBand::GetTile(int level, int tx, int ty,
                                               const std::atomic<int>* abort, XString& message) const
 {
     message.Empty();
     const tagXTileKey key{m_ownerID, level, tx, ty};
-    if (std::shared_ptr<const XTile> tile = XTileCache::Get().Find(key)) return tile;
+    if (std::shared_ptr<const XTile> tile = XTileCache::Get().Find(key))
+        return !tile->IsLost() || IsIntact(message) ? tile : nullptr;
     if (!IsInside(level, tx, ty)) {
         message = "There is no such tile.";
         return nullptr;
@@ -188,7 +196,11 @@ std::shared_ptr<const XTile> XDMBand::GetTile(int level, int tx, int ty,
     if (FindFailure(key, message)) return nullptr;
     if (IsRaised(abort)) return nullptr;
     try {
+        const std::uint64_t generation = GetPixelGeneration();
         std::shared_ptr<const XTile> tile = ReadTile(level, tx, ty, abort, message);
+        // what was dropped while it was decoded must not come back, not even for a moment
+        const std::shared_lock lock(m_pixelMutex);
+        if (m_pixelGeneration != generation) return tile;
         if (tile)
             XTileCache::Get().Insert(key, tile);
         else if (!message.IsEmpty())
@@ -198,6 +210,11 @@ std::shared_ptr<const XTile> XDMBand::GetTile(int level, int tx, int ty,
         message = "There is not enough memory for a tile of the image.";
         return nullptr;
     }
+}
+
+int XDMBand::IsIntact(XString&) const
+{
+    return 1;
 }
 
 int XDMBand::FindFailure(const tagXTileKey& key, XString& message) const
@@ -220,14 +237,21 @@ void XDMBand::NoteFailure(const tagXTileKey& key, const XString& message) const
     m_failures[key] = {message, NowMs()};
 }
 
-void XDMBand::DropPixels()
+std::uint64_t XDMBand::GetPixelGeneration() const
 {
-    XTileCache::Get().RemoveOwner(m_ownerID);
+    const std::shared_lock lock(m_pixelMutex);
+    return m_pixelGeneration;
+}
+
+void XDMBand::DropLevels(int first)
+{
     {
-        const std::lock_guard lock(m_failureMutex);
-        m_failures.clear();
+        const std::lock_guard lock(m_pixelMutex);
+        ++m_pixelGeneration;
     }
-    DropStatistics();
+    XTileCache::Get().RemoveLevels(m_ownerID, first);
+    const std::lock_guard lock(m_failureMutex);
+    m_failures.clear();
 }
 
 // ---- statistics ----
@@ -241,35 +265,42 @@ int XDMBand::ChooseSampleLevel() const
     return 0;
 }
 
-int XDMBand::GatherLevel(int level, std::vector<std::shared_ptr<const XTile>>& tiles) const
+int XDMBand::GatherLevel(int level, std::vector<std::shared_ptr<const XTile>>& tiles,
+                         const std::atomic<int>* abort) const
 {
     int isWhole = 1;
     XString message;
     for (int ty = 0; IsInside(level, 0, ty); ++ty) {
         for (int tx = 0; IsInside(level, tx, ty); ++tx) {
-            if (auto tile = GetTile(level, tx, ty, nullptr, message))
+            if (auto tile = GetTile(level, tx, ty, abort, message))
                 tiles.push_back(std::move(tile));
             else
                 isWhole = 0;
+            if (IsRaised(abort)) return 0;
         }
     }
     return isWhole;
 }
 
-int XDMBand::GatherSample(std::vector<std::shared_ptr<const XTile>>& tiles) const
+int XDMBand::GatherSample(std::vector<std::shared_ptr<const XTile>>& tiles,
+                          const std::atomic<int>* abort) const
 {
     const int level = ChooseSampleLevel();
-    return GatherLevel(level, tiles) && level == 0;
+    return GatherLevel(level, tiles, abort) && level == 0;
 }
 
-tagXBandStatistics XDMBand::CalcBandStatistics(const tagXBandStatistics* known) const
+tagXBandStatistics XDMBand::CalcBandStatistics(const tagXBandStatistics* known,
+                                               const std::atomic<int>* abort) const
 {
-    if (m_levels.empty()) return XBand::CalcBandStatistics(known);
+    if (m_levels.empty()) return XBand::CalcBandStatistics(known, abort);
     std::vector<std::shared_ptr<const XTile>> tiles;
-    const int isWhole = GatherSample(tiles);
+    const int isWhole = GatherSample(tiles, abort);
+    if (IsRaised(abort)) return XBand::CalcBandStatistics(known, abort);
     tagXBandStatistics made =
         XfnCalcTileStatistics(tiles, GetNullValue(), !isWhole, known ? known->min : kXNotSet,
                               known ? known->max : kXNotSet);
+    XString message;
+    if (!IsIntact(message)) return XBand::CalcBandStatistics(known, abort);
     if (known) {
         made.min = known->min;
         made.max = known->max;
@@ -282,68 +313,16 @@ tagXBandStatistics XDMBand::CalcBandStatistics(const tagXBandStatistics* known) 
 
 int XDMBand::CalcExactStatistics(const std::atomic<int>* abort, XThread* thread, XString& message)
 {
-    message.Empty();
-    if (m_levels.empty()) {
-        message = "The band has no pixels.";
-        return 0;
-    }
-    const tagLevel& full = m_levels.front();
-    const std::int64_t across = (full.width - 1) / full.tileWidth + 1;
-    const std::int64_t down = (full.height - 1) / full.tileHeight + 1;
-    // samples of a byte are counted by value, which leaves nothing to read for the histogram
-    const bool isByte = GetDataType() == kXUInt8 || GetDataType() == kXInt8;
-    const double lowest = GetDataType() == kXInt8 ? -128.0 : 0.0;
-    const std::int64_t total = across * down * (isByte ? 1 : 2);
-    std::int64_t done = 0;
-    const auto walk = [&](auto&& take) {
-        for (int ty = 0; ty < down; ++ty) {
-            for (int tx = 0; tx < across; ++tx) {
-                const auto tile = GetTile(0, tx, ty, abort, message);
-                if (!tile || IsRaised(abort)) return 0;
-                take(tile->GetData(), static_cast<std::size_t>(tile->GetWidth()) *
-                                          static_cast<std::size_t>(tile->GetHeight()));
-                if (thread && done * 100 / total != (done + 1) * 100 / total)
-                    thread->CallbackPercent(static_cast<int>((done + 1) * 100 / total));
-                ++done;
-            }
-        }
-        return 1;
-    };
+    tagXSaveControl control;
+    control.abort = abort;
+    control.thread = thread;
+    return CalcExactStatistics(control, message);
+}
 
-    tagXMoments moments;
+int XDMBand::CalcExactStatistics(const tagXSaveControl& control, XString& message)
+{
     tagXBandStatistics statistics;
-    if (isByte) {
-        std::array<long long, 256> counts{};
-        if (!walk([&](const void* data, std::size_t n) {
-                XfnAddHistogram(data, n, GetDataType(), GetNullValue(), lowest, lowest + 255.0,
-                                counts.data());
-            }))
-            return 0;
-        for (int i = 0; i < 256; ++i) {
-            const double value = lowest + i;
-            if (counts[i]) moments.Merge({counts[i], value, value, value, 0.0});
-        }
-        statistics = XfnMakeStatistics(moments);
-        for (int i = 0; i < 256 && statistics.IsSet(); ++i) {
-            const double range = statistics.max - statistics.min;
-            if (!counts[i]) continue;
-            const int bin =
-                range > 0 ? static_cast<int>((lowest + i - statistics.min) * 255.0 / range) : 0;
-            statistics.histogram[bin] += counts[i];
-        }
-    } else {
-        if (!walk([&](const void* data, std::size_t n) {
-                XfnAddMoments(data, n, GetDataType(), GetNullValue(), moments);
-            }))
-            return 0;
-        statistics = XfnMakeStatistics(moments);
-        if (statistics.IsSet() && !walk([&](const void* data, std::size_t n) {
-                XfnAddHistogram(data, n, GetDataType(), GetNullValue(), statistics.min,
-                                statistics.max, statistics.histogram.data());
-            }))
-            return 0;
-    }
-    statistics.hasHistogram = 1;
+    if (!XfnCalcExactStatistics(*this, control, statistics, message)) return 0;
     SetBandStatistics(statistics);
     return 1;
 }
@@ -448,6 +427,7 @@ int XDMBand::CloneBand(const XDMBand* source)
     static_cast<XBandAcquisition&>(*this) = *source;
     static_cast<XBandRadar&>(*this) = *source;
     SetBandName(source->GetBandName());
+    SetBandDescription(source->GetBandDescription());
     SetNullValue(source->GetNullValue());
     if (source->HasStatistics()) SetBandStatistics(*source->GetStatistics());
     m_bandType = source->m_bandType;

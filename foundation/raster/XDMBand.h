@@ -13,11 +13,13 @@
 #include <atomic>
 #include <memory>
 #include <mutex>
+#include <shared_mutex>
 #include <unordered_map>
 #include <vector>
 
 class XRSFile;
 class XThread;
+struct tagXSaveControl;
 
 /// The pixel of a raster of `size` that a level of `levelSize` shows at `position`: the one that
 /// holds the centre of the level's pixel.
@@ -48,10 +50,10 @@ enum XBandType : int {
 /// every n-th pixel of the next finer stored level. Pixel (x, y) of level 0 lies in level l at
 /// ((x + 0.5) * levelWidth / width - 0.5), likewise y.
 ///
-/// A derived class defines one operation, ReadTile; everything else here stands on tiles, which go
-/// through the cache of the process.
+/// A derived class defines ReadTile, and WriteTile when it can be written; everything else here
+/// stands on tiles, which go through the cache of the process.
 ///
-/// Threads: all reading operations may run in any number of threads at once. Setters belong to the
+/// Threads: all reading and writing operations may run in any number of threads at once. Setters belong to the
 /// thread that builds the band, before others see it. Lives as long as its XRSFile.
 /// Failure: reading answers 0 and throws nothing.
 class XAPI XDMBand : public XBand, public XBandAcquisition, public XBandRadar
@@ -61,60 +63,65 @@ public:
     XDMBand();
     ~XDMBand() override;
 
-    // ---- reading ----
+    // ---- pixels: XBand.h tells what these do ----
 
-    /// One row of a level: `count` samples from column `start`, in pixels of that level.
-    /// @param block  a null pointer gets a new block, which the caller deletes; another is reused
-    /// @return 0 when the piece is not wholly inside or cannot be read; `block` is then undefined
-    virtual int ReadLineH(tagXArr2*& block, int level, int row, int start, int count);
-    virtual int ReadLineH(tagXArr2*& block, int level, int row);
-    /// One column of a level: `count` samples from row `start`; a block of width 1.
-    virtual int ReadLineV(tagXArr2*& block, int level, int column, int start, int count);
-    virtual int ReadLineV(tagXArr2*& block, int level, int column);
-    /// The pixel (x, y) at full resolution.
-    virtual int ReadPixel(tagXArr2*& block, int x, int y);
+    int ReadLineH(tagXArr2*& block, int level, int row, int start, int count) override;
+    int ReadLineH(tagXArr2*& block, int level, int row) override;
+    int ReadLineV(tagXArr2*& block, int level, int column, int start, int count) override;
+    int ReadLineV(tagXArr2*& block, int level, int column) override;
+    int ReadPixel(tagXArr2*& block, int x, int y) override;
+    int WriteLineH(const void* data, int row, int start, int count, bool skip,
+                   double number) override;
+    int WriteLineH(const void* data, int row, bool skip, double number) override;
+    int WriteLineH(const tagXArr2* block, int row, int start, int count, bool skip,
+                   double number) override;
+    int WriteLineH(const tagXArr2* block, int row, bool skip, double number) override;
+    int WriteLineV(const void* data, int column, int start, int count, bool skip,
+                   double number) override;
+    int WriteLineV(const void* data, int column, bool skip, double number) override;
+    int WriteLineV(const tagXArr2* block, int column, int start, int count, bool skip,
+                   double number) override;
+    int WriteLineV(const tagXArr2* block, int column, bool skip, double number) override;
+    int WritePixel(const void* data, int x, int y, bool skip, double number) override;
+    int WritePixel(const tagXArr2* block, int x, int y, bool skip, double number) override;
+    int GetHighestLevelForTarget(double ulX, double ulY, double urX, double urY, double lrX,
+                                 double lrY, double llX, double llY, int width,
+                                 int height) const override;
+    int GetHighestLevelForTarget(int x0, int x1, int y0, int y1, int width,
+                                 int height) const override;
+    std::int64_t CalcProcessWidthBytes() const override;
+    int ReadSubset(void*& data, int& width, int& height, int level, int x0, int x1, int y0, int y1,
+                   const std::atomic<int>* abort) override;
+    int ReadSubset(tagXArr2*& block, int level, int x0, int x1, int y0, int y1,
+                   const std::atomic<int>* abort, XString* message = nullptr) override;
+    int WriteSubset(int x0, int x1, int y0, int y1, bool skip, double number) override;
+    int WriteSubset(const void* data, int x0, int x1, int y0, int y1, bool skip,
+                    double number) override;
+    int WriteSubset(const tagXArr2* block, int x0, int x1, int y0, int y1, bool skip,
+                    double number) override;
+    int GetLevel() const override;
+    void GetSubsetInfo(int level, int x0, int x1, int y0, int y1, int& tileX0, int& tileX1,
+                       int& tileY0, int& tileY1) const override;
+    void GetSubsetPos(int level, int x0, int x1, int y0, int y1, int& levelX0, int& levelX1,
+                      int& levelY0, int& levelY1) const override;
+    int BuildLowerLevelsForTIP(double nullValue, int x0, int x1, int y0, int y1,
+                               bool skip) override;
+    int CloneBand(const XDMBand* source) override;
+    int IsWritable() const override { return 0; }
+
+    /// width x height pixels of a level from its pixel (x0, y0), as ReadSubset gives them.
+    int ReadLevelWindow(tagXArr2*& block, int level, int x0, int y0, int width, int height,
+                        const std::atomic<int>* abort, XString* message = nullptr) const;
     /// The pixel that covers a world point; 0 outside the band too.
     int ReadPixelAtWorld(tagXArr2*& block, double worldX, double worldY);
-
-    /// The pixels x0..x1, y0..y1, both ends included and in full resolution pixels, as level `level`
-    /// shows them, in the band's data type. Level 0 gives every pixel, level l about every 2^l-th;
-    /// GetSubsetPos tells the size.
-    /// @param abort    polled once a tile; raised, the result is 0
-    /// @param message  when given, receives why it failed; empty after an abort
-    /// @return 0 when the window is empty, not wholly inside or too large for the memory, or cannot
-    ///         be read
-    virtual int ReadSubset(tagXArr2*& block, int level, int x0, int x1, int y0, int y1,
-                           const std::atomic<int>* abort, XString* message = nullptr);
-    /// The same as plain samples without gaps.
-    /// @param data  receives a block from XMemory::Alloc that the caller frees with XMemory::Free
-    virtual int ReadSubset(void*& data, int& width, int& height, int level, int x0, int x1, int y0,
-                           int y1, const std::atomic<int>* abort);
 
     // ---- levels ----
 
     int GetNumOfLevels() const { return static_cast<int>(m_levels.size()); } ///< at least 1
-    /// The number of reduced levels: GetNumOfLevels() - 1, the number of the coarsest.
-    virtual int GetLevel() const;
-    int IsVirtualLevel(int level) const;
+    virtual int IsVirtualLevel(int level) const;
     /// 0 x 0 for a level that is none.
     void GetLevelSize(int level, int& width, int& height) const;
     void GetTileSize(int level, int& width, int& height) const;
-    /// The pixels of a level, both ends included, that the full resolution window x0..x1, y0..y1
-    /// has there; held inside the level.
-    virtual void GetSubsetPos(int level, int x0, int x1, int y0, int y1, int& levelX0, int& levelX1,
-                              int& levelY0, int& levelY1) const;
-    /// The tiles of a level, both ends included, that such a window touches.
-    virtual void GetSubsetInfo(int level, int x0, int x1, int y0, int y1, int& tileX0, int& tileX1,
-                               int& tileY0, int& tileY1) const;
-    /// The coarsest level at which the pixels x0..x1, y0..y1 still come to width x height samples.
-    virtual int GetHighestLevelForTarget(int x0, int x1, int y0, int y1, int width,
-                                         int height) const;
-    /// The same for a world quadrilateral: upper left, upper right, lower right, lower left.
-    virtual int GetHighestLevelForTarget(double ulX, double ulY, double urX, double urY, double lrX,
-                                         double lrY, double llX, double llY, int width,
-                                         int height) const;
-    /// Bytes of a processing strip of ten lines.
-    virtual std::int64_t CalcProcessWidthBytes() const;
 
     // ---- tiles ----
 
@@ -124,13 +131,20 @@ public:
     /// @return null after an abort (`message` is empty), outside the level, or when reading failed
     std::shared_ptr<const XTile> GetTile(int level, int tx, int ty, const std::atomic<int>* abort,
                                          XString& message) const;
+    /// 1 while the tiles handed out are what the file held. Who makes something lasting of samples
+    /// asks afterwards: a file that is cut while it is mapped gives zeros.
+    /// @return 0 with a sentence that names the file in `message`, then for good
+    virtual int IsIntact(XString& message) const;
     /// The tile when it is in the cache, else null; decodes nothing.
     std::shared_ptr<const XTile> FindTile(int level, int tx, int ty) const;
+    /// 1 when GetTile gives the tile at once, decoding nothing.
+    virtual int IsTileAtHand(int level, int tx, int ty) const;
     /// Exact numbers from every pixel at full resolution, which replace the estimates.
     /// @param thread  receives percents; may be null
     /// @return 0 after an abort (`message` is empty) or when a part cannot be read; the numbers are
     ///         then as they were
     int CalcExactStatistics(const std::atomic<int>* abort, XThread* thread, XString& message);
+    int CalcExactStatistics(const tagXSaveControl& control, XString& message);
 
     // ---- geometry ----
 
@@ -185,10 +199,6 @@ public:
     const std::uint32_t* GetColorTable() const;
     void UpdateColorTable();
 
-    /// Takes over all that describes `source`: name, null value, statistics, reference, geometry,
-    /// class table, attributes. Pixels, their layout, ID and owner stay.
-    virtual int CloneBand(const XDMBand* source);
-
 protected:
     /// How one level is laid out.
     struct tagLevel
@@ -204,22 +214,32 @@ protected:
     /// Sets data type, sizes and levels; the tile size of level 0 becomes the band's.
     void SetLevels(int dataType, std::vector<tagLevel> levels);
 
-    /// Decodes one tile, without the cache. Any number of threads at once. tx and ty are inside.
-    /// @return null after an abort (`message` is empty) or a failure. Throws nothing but
-    ///         std::bad_alloc.
-    virtual std::shared_ptr<const XTile>
-    ReadTile(int level, int tx, int ty, const std::atomic<int>* abort, XString& message) const = 0;
+    /// A derived class that is writable overrides this and IsWritable.
+    int WriteTile(int level, int tx, int ty, const tagXTilePiece& piece, XString& message) override;
     /// A bounded part of the pixels for statistics: the coarsest level of at least a million pixels,
     /// whole. @return 1 when it is every pixel
-    virtual int GatherSample(std::vector<std::shared_ptr<const XTile>>& tiles) const;
+    virtual int GatherSample(std::vector<std::shared_ptr<const XTile>>& tiles,
+                             const std::atomic<int>* abort) const;
 
-    tagXBandStatistics CalcBandStatistics(const tagXBandStatistics* known) const override;
+    tagXBandStatistics CalcBandStatistics(const tagXBandStatistics* known,
+                                          const std::atomic<int>* abort) const override;
 
     std::uint64_t GetOwnerID() const { return m_ownerID; }
-    int GatherLevel(int level, std::vector<std::shared_ptr<const XTile>>& tiles) const;
+    int GatherLevel(int level, std::vector<std::shared_ptr<const XTile>>& tiles,
+                    const std::atomic<int>* abort) const;
     int ChooseSampleLevel() const;
-    /// Drops tiles and statistics after the pixels changed.
+    /// Drops tiles and statistics after the pixels changed; those of the bands that are derived from
+    /// this one too. A tile that another thread decodes meanwhile is not kept.
     void DropPixels();
+    /// The same for the pixels x0..x1, y0..y1 alone.
+    void DropWindow(int x0, int x1, int y0, int y1);
+    /// Drops the cached tiles of the levels from `first` on, which come from somewhere else from now
+    /// on; pixels and statistics of the band stay. A tile decoded meanwhile is not kept.
+    void DropLevels(int first);
+    /// Makes this band follow the changes of `source`, from which its pixels are derived: at each
+    /// level what lies within `radius` pixels of a change is dropped. Both have the same size.
+    /// Either may go first.
+    void Follow(XDMBand* source, int radius);
 
 private:
     struct tagFailure
@@ -228,10 +248,18 @@ private:
         std::int64_t timeMs;
     };
     int IsInside(int level, int tx, int ty) const;
-    int ReadLevelWindow(tagXArr2*& block, int level, int x0, int y0, int width, int height,
-                        const std::atomic<int>* abort, XString* message) const;
     int FillLevelWindow(unsigned char* out, int level, int x0, int y0, int width, int height,
                         const std::atomic<int>* abort, XString* message) const;
+    int IsWindowInside(int x0, int x1, int y0, int y1) const;
+    int WritePlain(const unsigned char* samples, std::size_t rowBytes, int x0, int y0, int width,
+                   int height, bool skip, double number);
+    int WriteBlock(const tagXArr2* block, int x0, int y0, int width, int height, bool skip,
+                   double number);
+    int BuildLevelTile(int level, int tx, int ty, const int (&window)[4], double nullValue,
+                       XString& message);
+    void StopFollowing();
+    void RemoveTiles(int x0, int x1, int y0, int y1);
+    std::uint64_t GetPixelGeneration() const;
     int FindFailure(const tagXTileKey& key, XString& message) const;
     void NoteFailure(const tagXTileKey& key, const XString& message) const;
 
@@ -247,6 +275,14 @@ private:
     std::vector<tagXRSGIS> m_classes;
     int m_hasColorTable = 0;
     std::array<std::uint32_t, 256> m_colorTable{};
+
+    struct tagFollower;
+    std::mutex m_writeMutex;                // one writer at a time
+    mutable std::shared_mutex m_pixelMutex; // the next two
+    std::uint64_t m_pixelGeneration = 0;    // a tile decoded before a change is not cached after it
+    std::vector<std::weak_ptr<tagFollower>> m_followers;
+    std::shared_ptr<tagFollower> m_following;
+    int m_reach = 0; // pixels of a level that a change of the source reaches
 
     mutable std::mutex m_failureMutex;
     mutable std::unordered_map<tagXTileKey, tagFailure> m_failures;

@@ -20,12 +20,26 @@ constexpr std::int64_t kSampleBytes = std::int64_t(96) << 20; // decoded at most
 constexpr std::int64_t kSamplePixels = 2000000;
 constexpr std::int64_t kFewestBlocks = 24;
 constexpr std::int64_t kMostBlocks = 512;
+constexpr int kWidestSample = 2048; // samples a side that are kept of one block
 constexpr std::int64_t kLongestBlockList = 1000000;
+
+/// Whether lines can only be decoded one after the other from the first: going back starts anew.
+bool IsOneStream(const XString& driver)
+{
+    return driver == "PNG" || driver == "JPEG" || driver == "GIF" || driver == "BIGGIF";
+}
 
 int HoldsAllBands(GDALDataset* dataset)
 {
     const char* order = dataset->GetMetadataItem("INTERLEAVE", "IMAGE_STRUCTURE");
     return dataset->GetRasterCount() > 1 && order && EQUAL(order, "PIXEL");
+}
+
+void AddSizes(GDALRasterBand* band, std::vector<std::pair<int, int>>& sizes)
+{
+    for (int i = 0; i < band->GetOverviewCount(); ++i)
+        if (GDALRasterBand* overview = band->GetOverview(i))
+            sizes.emplace_back(overview->GetXSize(), overview->GetYSize());
 }
 
 std::int64_t CountBlocks(const tagXGdalLevel& level)
@@ -39,7 +53,10 @@ std::int64_t CountBlocks(const tagXGdalLevel& level)
 
 XDMBandGDAL::XDMBandGDAL(std::shared_ptr<XGdalSource> source, GDALDataset* dataset, int bandNumber,
                          int useLevels, int useStatistics)
-    : m_source(std::move(source)), m_bandNumber(bandNumber), m_isInterleaved(HoldsAllBands(dataset))
+    : m_source(std::move(source)),
+      m_bandNumber(bandNumber),
+      m_isInterleaved(HoldsAllBands(dataset)),
+      m_useLevels(useLevels)
 {
     const XGdalErrors errors;
     GDALRasterBand* band = dataset->GetRasterBand(bandNumber);
@@ -49,13 +66,14 @@ XDMBandGDAL::XDMBandGDAL(std::shared_ptr<XGdalSource> source, GDALDataset* datas
     std::vector<std::pair<int, int>> halves;
     for (const tagLevel& level : MakeLevels(band->GetXSize(), band->GetYSize()))
         halves.emplace_back(level.width, level.height);
-    m_gdalLevels = XfnMakeGdalLevels(band, useLevels, m_blockPixelBytes, halves);
-    std::vector<tagLevel> levels;
-    for (const tagXGdalLevel& l : m_gdalLevels)
-        levels.push_back({l.width, l.height, l.tileWidth, l.tileHeight, l.isVirtual});
-    SetLevels(dataType, std::move(levels));
+    tagTable made{XfnMakeGdalLevels(band, useLevels, m_blockPixelBytes, halves), {}, nullptr};
+    if (useLevels) AddSizes(band, made.stored);
+    SetLayoutOf(std::move(made), dataType);
     // strips are shared by the tiles beside each other, so few handles keep each block decoded once
-    if (m_gdalLevels.front().isStrip) m_source->LimitHandles(2);
+    if (m_table->levels.front().isStrip) {
+        m_isOneStream = IsOneStream(m_source->GetDriverName());
+        m_source->LimitHandles(m_isOneStream ? 1 : 2);
+    }
 
     XfnDescribeGdalBand(band, bandNumber, *this);
     if (useStatistics) m_hasStored = XfnReadGdalStatistics(band, m_stored);
@@ -67,12 +85,93 @@ XDMBandGDAL::~XDMBandGDAL()
     m_source->RemoveMember(GetOwnerID());
 }
 
+void XDMBandGDAL::SetLayoutOf(tagTable made, int dataType)
+{
+    std::vector<tagLevel> levels;
+    for (const tagXGdalLevel& l : made.levels)
+        levels.push_back({l.width, l.height, l.tileWidth, l.tileHeight, l.isVirtual});
+    SetLevels(dataType, std::move(levels));
+    SetTable(std::make_shared<const tagTable>(std::move(made)));
+}
+
+std::shared_ptr<const XDMBandGDAL::tagTable> XDMBandGDAL::GetTable() const
+{
+    const std::lock_guard lock(m_tableMutex);
+    return m_table;
+}
+
+void XDMBandGDAL::SetTable(std::shared_ptr<const tagTable> table)
+{
+    const std::lock_guard lock(m_tableMutex);
+    m_table.swap(table); // what it replaces is destroyed outside the lock
+}
+
+XGdalSource& XDMBandGDAL::tagTable::SourceOf(const tagXGdalLevel& level,
+                                             const XDMBandGDAL& band) const
+{
+    return level.isSidecar ? *pyramid : *band.m_source;
+}
+
+int XDMBandGDAL::IsVirtualLevel(int level) const
+{
+    const auto table = GetTable();
+    return level >= 0 && level < static_cast<int>(table->levels.size()) &&
+           table->levels[static_cast<std::size_t>(level)].isVirtual;
+}
+
+int XDMBandGDAL::TakeUpLevels(const std::shared_ptr<XGdalSource>& pyramid, int isNew)
+{
+    if (!m_useLevels || !pyramid) return 0;
+    const auto table = GetTable();
+    std::vector<std::pair<int, int>> sizes;
+    for (const tagXGdalLevel& l : table->levels)
+        sizes.emplace_back(l.width, l.height);
+    tagTable made{{}, {}, pyramid};
+    {
+        XString ignored;
+        const XGdalSource::Handle own = m_source->Acquire(nullptr, ignored);
+        const XGdalSource::Handle handle = pyramid->Acquire(nullptr, ignored);
+        if (!own || !handle || handle->GetRasterCount() != own->GetRasterCount()) return 0;
+        const XGdalErrors errors;
+        GDALRasterBand* first = handle->GetRasterBand(m_bandNumber);
+        made.levels =
+            XfnMakeGdalLevels(own->GetRasterBand(m_bandNumber), 0, m_blockPixelBytes, sizes, first);
+        made.stored.emplace_back(first->GetXSize(), first->GetYSize());
+        AddSizes(first, made.stored);
+    }
+    for (std::size_t i = 0; i < made.levels.size(); ++i) {
+        tagXGdalLevel& level = made.levels[i];
+        const tagXGdalLevel& old = table->levels[i];
+        if (i > 0 && level.isVirtual) return 0;
+        if (level.width != old.width || level.height != old.height) return 0;
+        if (isNew) continue;
+        level.tileWidth = old.tileWidth;
+        level.tileHeight = old.tileHeight;
+    }
+    if (isNew)
+        SetLayoutOf(std::move(made), GetDataType());
+    else
+        SetTable(std::make_shared<const tagTable>(std::move(made)));
+    return 1;
+}
+
+void XDMBandGDAL::DropOldLevels()
+{
+    m_source->NoteNewLevels();
+    DropLevels(1);
+}
+
 std::shared_ptr<const XTile> XDMBandGDAL::ReadTile(int level, int tx, int ty,
                                                    const std::atomic<int>* abort,
                                                    XString& message) const
 {
-    const tagXGdalLevel& l = m_gdalLevels[static_cast<std::size_t>(level)];
-    const bool isWholeRow = l.isStrip && l.isVirtual; // lines are read once for all of their tiles
+    const std::uint64_t generation = m_source->GetGeneration(); // before the table
+    const auto table = GetTable();
+    const tagXGdalLevel& l = table->levels[static_cast<std::size_t>(level)];
+    XGdalSource& source = table->SourceOf(l, *this);
+    // lines are read once for all of their tiles; in a stream a second visit would begin at its start
+    const bool isStream = m_isOneStream && &source == m_source.get();
+    const bool isWholeRow = l.isStrip && (l.isVirtual || isStream);
     const XGdalSource::Turn turn(*m_source, {level, l.isStrip ? -1 : tx, ty}, abort);
     if (!turn.IsMine()) return nullptr;
     if (auto tile = FindTile(level, tx, ty)) return tile; // made while this thread waited
@@ -95,16 +194,19 @@ std::shared_ptr<const XTile> XDMBandGDAL::ReadTile(int level, int tx, int ty,
         targets.push_back(std::move(target));
     }
 
-    const XGdalSource::Handle handle = m_source->Acquire(abort, message);
+    const XGdalSource::Handle handle = source.Acquire(abort, message);
     if (!handle) return nullptr;
     if (!XfnReadGdalTiles(handle.Get(), l, GetDataType(), firstTx, ty, targets, abort, message)) {
-        if (!message.IsEmpty()) message = XfnFormat("\"%s\": %s", m_source->GetPath(), message);
+        if (!message.IsEmpty()) message = XfnFormat("\"%s\": %s", source.GetPath(), message);
         return nullptr;
     }
-    for (std::size_t m = 0; m < members.size(); ++m)
-        for (std::size_t i = 0; i < targets[m].tiles.size(); ++i)
-            cache.Insert({members[m].owner, level, firstTx + static_cast<int>(i), ty},
-                         targets[m].tiles[i]);
+    for (std::size_t m = 0; m < members.size(); ++m) {
+        for (std::size_t i = 0; i < targets[m].tiles.size(); ++i) {
+            const tagXTileKey key{members[m].owner, level, firstTx + static_cast<int>(i), ty};
+            cache.Insert(key, targets[m].tiles[i]);
+            if (m_source->GetGeneration() != generation) cache.Remove(key);
+        }
+    }
     return targets.front().tiles[static_cast<std::size_t>(tx - firstTx)];
 }
 
@@ -114,28 +216,31 @@ int XDMBandGDAL::ReadStoredStatistics(tagXBandStatistics& statistics) const
     return m_hasStored;
 }
 
-int XDMBandGDAL::GatherSample(std::vector<std::shared_ptr<const XTile>>& tiles) const
+int XDMBandGDAL::GatherSample(std::vector<std::shared_ptr<const XTile>>& tiles,
+                              const std::atomic<int>* abort) const
 {
     const int chosen = ChooseSampleLevel();
-    const tagXGdalLevel& level = m_gdalLevels[static_cast<std::size_t>(chosen)];
-    if (!level.isVirtual) return XDMBand::GatherSample(tiles);
+    const auto table = GetTable();
+    const tagXGdalLevel& level = table->levels[static_cast<std::size_t>(chosen)];
+    if (!level.isVirtual) return XDMBand::GatherSample(tiles, abort);
     // a level read by decimation decodes nearly every block it crosses, of strips one a line
     std::int64_t blocks = CountBlocks(level);
     if (level.isStrip) blocks = std::min<std::int64_t>(blocks, level.height);
     const std::int64_t blockBytes =
         static_cast<std::int64_t>(level.blockWidth) * level.blockHeight * m_blockPixelBytes;
     if (blocks <= kSampleBytes / std::max<std::int64_t>(blockBytes, 1)) {
-        GatherLevel(chosen, tiles);
+        GatherLevel(chosen, tiles, abort);
         return 0;
     }
-    return GatherBlocks(level, tiles);
+    return GatherBlocks(*table, level, tiles, abort);
 }
 
-int XDMBandGDAL::GatherBlocks(const tagXGdalLevel& level,
-                              std::vector<std::shared_ptr<const XTile>>& tiles) const
+int XDMBandGDAL::GatherBlocks(const tagTable& table, const tagXGdalLevel& level,
+                              std::vector<std::shared_ptr<const XTile>>& tiles,
+                              const std::atomic<int>* abort) const
 {
     XString message;
-    const XGdalSource::Handle handle = m_source->Acquire(nullptr, message);
+    const XGdalSource::Handle handle = table.SourceOf(level, *this).Acquire(abort, message);
     if (!handle) return 0;
     const XGdalErrors errors;
     GDALRasterBand* band = XfnGetGdalLevelBand(handle.Get(), m_bandNumber, level.overview);
@@ -177,8 +282,10 @@ int XDMBandGDAL::GatherBlocks(const tagXGdalLevel& level,
     // walk along a diagonal. With nothing but no-data so far, the sequence goes on for a while.
     std::unordered_set<std::int64_t> taken;
     tagXMoments moments;
+    bool isWhole = true;
     for (std::int64_t i = 1; i <= 16 * wanted && static_cast<std::int64_t>(taken.size()) < choices;
          ++i) {
+        if (abort && abort->load(std::memory_order_relaxed)) return 0;
         const std::int64_t got = static_cast<std::int64_t>(taken.size());
         if (got >= wanted && (moments.count > 0 || got >= 4 * wanted)) break;
         std::int64_t index = 0;
@@ -196,15 +303,20 @@ int XDMBandGDAL::GatherBlocks(const tagXGdalLevel& level,
         if (!taken.insert(index).second) continue;
         const tagBlock b =
             blockAt(present.empty() ? index : present[static_cast<std::size_t>(index)]);
-        const auto tile = std::make_shared<XTile>(GetDataType(), b.width, b.height);
-        if (band->RasterIO(GF_Read, b.x, b.y, b.width, b.height, tile->GetFillData(), b.width,
-                           b.height, static_cast<GDALDataType>(XfnToGdalType(GetDataType())), 0, 0,
+        // of a block of any size no more than some lines and columns of it, evenly spread
+        const int width = std::min(b.width, kWidestSample);
+        const int height = std::min(b.height, kWidestSample);
+        isWhole &= width == b.width && height == b.height;
+        const auto tile = std::make_shared<XTile>(GetDataType(), width, height);
+        if (band->RasterIO(GF_Read, b.x, b.y, b.width, b.height, tile->GetFillData(), width, height,
+                           static_cast<GDALDataType>(XfnToGdalType(GetDataType())), 0, 0,
                            nullptr) != CE_None)
             continue;
         XfnAddMoments(tile->GetData(),
-                      static_cast<std::size_t>(b.width) * static_cast<std::size_t>(b.height),
+                      static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
                       GetDataType(), GetNullValue(), moments);
         tiles.push_back(tile);
     }
-    return static_cast<std::int64_t>(tiles.size()) == total && level.overview < 0;
+    return isWhole && static_cast<std::int64_t>(tiles.size()) == total && level.overview < 0 &&
+           !level.isSidecar;
 }

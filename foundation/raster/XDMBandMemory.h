@@ -2,7 +2,11 @@
 
 #include "foundation/raster/XDMBand.h"
 
-/// A band over a block in memory, of any data type. Its reduced levels are all virtual.
+#include <shared_mutex>
+#include <vector>
+
+/// A band over a block in memory, of any data type, that can be written. Its reduced levels are
+/// virtual, or stored as averages after StoreLevels.
 ///
 ///     XDMBandMemory* band = new XDMBandMemory;
 ///     if (!band->Create(kXUInt16, 300, 200, pixels)) ...
@@ -18,16 +22,28 @@ public:
     ///         then as it was.
     int Create(int dataType, int width, int height, const void* data = nullptr);
 
-    /// The pixels, to be written while no other thread reads the band; Changed must follow.
+    /// Makes the reduced levels from the pixels, as BuildLowerLevelsForTIP does, and keeps them; a
+    /// third more memory. Before others see the band. Create makes them virtual again.
+    /// @param nullValue  no data where `skip` is set
+    /// @return 0 for a band without pixels or when memory does not suffice; the levels are then
+    ///         virtual
+    int StoreLevels(bool skip, double nullValue);
+
+    /// The pixels, to be written while no other thread reads the band; Changed must follow, or
+    /// WriteSubset for the window that changed.
     void* GetData() { return m_pixels.base; }
     const void* GetData() const { return m_pixels.base; }
     /// Drops what was derived from the pixels: tiles and statistics.
     void Changed() { DropPixels(); }
+    int IsWritable() const override { return m_pixels.base != nullptr; }
 
 protected:
     std::shared_ptr<const XTile> ReadTile(int level, int tx, int ty, const std::atomic<int>* abort,
                                           XString& message) const override;
+    int WriteTile(int level, int tx, int ty, const tagXTilePiece& piece, XString& message) override;
 
 private:
     tagXArr2 m_pixels;
+    std::vector<tagXArr2> m_stored;        // level 1 and so on; empty when they are virtual
+    mutable std::shared_mutex m_dataMutex; // the samples of both
 };

@@ -35,6 +35,10 @@ int XDMBand::FillLevelWindow(unsigned char* out, int level, int x0, int y0, int 
                                 size * static_cast<std::size_t>(firstX - x0),
                             tile->GetRow(y - top) + size * static_cast<std::size_t>(firstX - left),
                             size * static_cast<std::size_t>(endX - firstX));
+            if (tile->IsLost() && !IsIntact(why)) {
+                if (message) *message = why;
+                return 0;
+            }
         }
     }
     return 1;

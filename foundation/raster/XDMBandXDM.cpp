@@ -1,6 +1,7 @@
 #include "foundation/raster/XDMBandXDM.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 X_IMPLEMENT_CLASS(XDMBandXDM, XDMBand)
@@ -35,9 +36,15 @@ std::shared_ptr<const XTile> XDMBandXDM::ReadTile(int level, int tx, int ty,
     int levelWidth, levelHeight, tileWidth, tileHeight;
     GetLevelSize(level, levelWidth, levelHeight);
     GetTileSize(level, tileWidth, tileHeight);
-    auto tile =
-        std::make_shared<XTile>(GetDataType(), std::min(tileWidth, levelWidth - tx * tileWidth),
-                                std::min(tileHeight, levelHeight - ty * tileHeight));
+    const int width = std::min(tileWidth, levelWidth - tx * tileWidth);
+    const int height = std::min(tileHeight, levelHeight - ty * tileHeight);
+    tagXDMFileView view;
+    if (!m_reader->ViewTile(m_bandIndex, level, tx, ty, view, message)) return nullptr;
+    // payloads are aligned to 16 in the file, so this holds for every sample
+    if (view.samples && reinterpret_cast<std::uintptr_t>(view.samples) % 16 == 0)
+        return std::make_shared<XTile>(GetDataType(), width, height, view.samples,
+                                       std::move(view.map));
+    auto tile = std::make_shared<XTile>(GetDataType(), width, height);
     if (!m_reader->ReadTile(m_bandIndex, level, tx, ty, tile->GetFillData(), tile->GetByteSize(),
                             message))
         return nullptr;
@@ -85,5 +92,16 @@ std::shared_ptr<const XTile> XDMBandXDM::ReadVirtualTile(int level, int tx, int 
         }
         y = endY;
     }
-    return tile;
+    return IsIntact(message) ? tile : nullptr;
+}
+
+int XDMBandXDM::IsTileAtHand(int level, int tx, int ty) const
+{
+    return (!IsVirtualLevel(level) && m_reader->IsViewReady(m_bandIndex, level, tx, ty)) ||
+           XDMBand::IsTileAtHand(level, tx, ty);
+}
+
+int XDMBandXDM::IsIntact(XString& message) const
+{
+    return m_reader->IsIntact(message);
 }

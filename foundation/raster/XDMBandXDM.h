@@ -22,6 +22,9 @@ public:
     /// The levels that a new file of this size has, full resolution first.
     static std::vector<tagXDMFileLevel> MakeFileLevels(int width, int height);
 
+    int IsTileAtHand(int level, int tx, int ty) const override;
+    int IsIntact(XString& message) const override;
+
 protected:
     std::shared_ptr<const XTile> ReadTile(int level, int tx, int ty, const std::atomic<int>* abort,
                                           XString& message) const override;

@@ -20,18 +20,24 @@ XDMComposite* XDMCompManager::NewXDMComposite(int mode)
     return m_loose.back().get();
 }
 
-int XDMCompManager::Take(XDMComposite* composite, std::size_t place)
+void XDMCompManager::LetGo(XDMComposite* composite)
 {
-    if (!composite || std::find(m_list.begin(), m_list.end(), composite) != m_list.end()) return 0;
-    m_list.insert(m_list.begin() + static_cast<std::ptrdiff_t>(place), composite);
+    std::erase(m_list, composite);
     const auto loose = std::find_if(m_loose.begin(), m_loose.end(), [composite](const auto& own) {
         return own.get() == composite;
     });
-    if (loose != m_loose.end()) {
-        loose->release();
-        m_loose.erase(loose);
-    }
+    if (loose == m_loose.end()) return;
+    loose->release();
+    m_loose.erase(loose);
+}
+
+int XDMCompManager::Take(XDMComposite* composite, std::size_t place)
+{
+    if (!composite || std::find(m_list.begin(), m_list.end(), composite) != m_list.end()) return 0;
+    if (XDMCompManager* before = composite->GetXDMCompManager()) before->LetGo(composite);
+    m_list.insert(m_list.begin() + static_cast<std::ptrdiff_t>(place), composite);
     composite->SetXDMCompManager(this);
+    composite->PlaceInReference(&m_reference);
     composite->UpdateNeeded();
     return 1;
 }
@@ -89,6 +95,8 @@ void XDMCompManager::SetSR(const XSpatialReference* reference)
 {
     if (reference == &m_reference) return;
     m_reference = reference ? *reference : XSpatialReference();
+    for (XDMComposite* composite : m_list)
+        composite->PlaceInReference(&m_reference);
 }
 
 double XDMCompManager::GetULX() const

@@ -29,7 +29,8 @@ public:
 
     XDMComposite* NewXDMComposite(int mode); ///< not in the list yet
 
-    /// Null and a composite that stands in the list already are refused with 0.
+    /// Null and a composite that stands in the list already are refused with 0. One that another
+    /// manager made or lists leaves that manager and belongs to this one.
     int AddXDMComposite(XDMComposite* composite);     ///< in front: it becomes the top one
     int AddXDMCompositeTail(XDMComposite* composite); ///< at the end
     XDMComposite* GetXDMCompositeAt(int index) const; ///< null outside the list
@@ -44,7 +45,9 @@ public:
     int GetCompositeDeleteFlag() const { return m_isOwner; }
     void SetCompositeDeleteFlag(int flag) { m_isOwner = flag; }
 
-    void SetSR(const XSpatialReference* reference); ///< copied; null empties it
+    /// Copied; null empties it. The composites of the list are placed in it (as each that joins
+    /// later), which XDMComposite::PlaceInReference tells of.
+    void SetSR(const XSpatialReference* reference);
     XSpatialReference* GetSR() { return &m_reference; }
 
     double GetULX() const; ///< upper left of the total range; 0 when there is none
@@ -59,6 +62,7 @@ public:
 
 private:
     int Take(XDMComposite* composite, std::size_t place);
+    void LetGo(XDMComposite* composite);
 
     std::vector<XDMComposite*> m_list;
     std::vector<std::unique_ptr<XDMComposite>> m_loose; ///< made here, not in the list

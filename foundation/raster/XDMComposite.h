@@ -4,12 +4,14 @@
 #include "foundation/base/XObject.h"
 #include "foundation/base/XString.h"
 #include "foundation/raster/XDMCompositeChannel.h"
+#include "foundation/reference/XSpatialReference.h"
 
 #include <atomic>
 #include <memory>
 
 class XBackBuffer;
 class XDMBand;
+class XDMBandSpatialFilter;
 class XDMCompManager;
 class XDMVand;
 class XDrawTableCache;
@@ -41,7 +43,8 @@ struct tagXDrawJob;
 ///
 /// Geometry: a channel's warp leads from world coordinates to pixels of its band, centre based.
 /// SetBand takes the band's own, so rotated rasters and such with ground control points are drawn
-/// in place. Class maps and masks (band types 8 and above) are never interpolated.
+/// in place. Class maps and masks (band types 8 and above) are never interpolated. In a manager whose
+/// reference is another map than the band's, the channel is placed there (PlaceInReference).
 ///
 /// Ownership: bands and vands are lent and must outlive the composite.
 ///
@@ -68,9 +71,10 @@ public:
     XDMVand* GetVand() const { return m_vand; }
     void SetVand(XDMVand* vand); ///< the vector picture becomes stale
     XDMBand* GetBand(int ch) const;
-    void SetBand(XDMBand* band, int ch); ///< null empties the channel; takes the band's warps
-    XDMBand* GetFirstBand() const;       ///< of channels 0, 1, 2 in use; null when none
-    int GetNumberOfChannels() const;     ///< 1 for gray, 3 for RGB and HSI, 0 for vector
+    /// Null empties the channel. Takes the band's warps, and its range unless one was chosen.
+    void SetBand(XDMBand* band, int ch);
+    XDMBand* GetFirstBand() const;   ///< of channels 0, 1, 2 in use; null when none
+    int GetNumberOfChannels() const; ///< 1 for gray, 3 for RGB and HSI, 0 for vector
 
     int GetHideFlag(int ch) const;
     void SetHideFlag(int flag, int ch);
@@ -110,8 +114,9 @@ public:
     void RemoveAllHistPts(int ch);
 
     /// 256 display levels. The table follows the stretch settings and the histogram: what SetLUT
-    /// puts there holds until one of them changes, then Draw makes it anew. GetLUT hands out the
-    /// table as it stands; UpdateLUT brings it up to date first.
+    /// puts there holds until one of them changes, then Draw makes it anew. A cut range and the
+    /// numbers of a visible region that Draw itself works out are no such change. GetLUT hands out
+    /// the table as it stands; UpdateLUT brings it up to date first.
     const unsigned char* GetLUT(int ch) const;
     void SetLUT(const unsigned char* table, int ch);
     void UpdateLUT(int ch);
@@ -134,7 +139,8 @@ public:
     int GetTransparentApplyAsOne() const { return m_isTransparentAsOne; }
     void SetTransparentApplyAsOne(int flag) { m_isTransparentAsOne = flag; }
 
-    /// Positions are band pixels with y = -row, as for a raster without georeference.
+    /// Positions are band pixels with y = -row, as for a raster without georeference. A warp that was
+    /// set is put aside meanwhile.
     int IsPixelBaseMode() const { return m_isPixelBase; }
     void SetPixelBaseMode(int flag);
     int GetDrawBoundaryFlag() const { return m_isBoundaryDrawn; }
@@ -144,23 +150,53 @@ public:
     int GetInterpolatePixel() const { return m_isInterpolated; } ///< bilinear when set
     void SetInterpolatePixel(int flag) { m_isInterpolated = flag; }
 
-    /// Filter type and kernel size are carried; drawing does not apply them.
+    /// Types and sizes as tagXSpatialFilter. Draw filters the samples of the level it draws, before
+    /// matching and stretch: the level's own pixels are the neighbours, so at 1:1 and magnified the
+    /// picture is that of the filtered full resolution, and reduced it is the filtered level.
+    /// Channels whose band is complex or a class map are drawn as they are. Readings, statistics and
+    /// cut ranges are those of the band itself. Without a filter nothing is done and nothing kept.
     int GetFilterType() const { return m_filterType; }
     void SetFilterType(int type) { m_filterType = type; }
     void SetKernelSize(int size) { m_kernelSize = size; }
     int SetKernelSize() const { return m_kernelSize; } // the getter has this name, hosts call it so
 
-    const XWarp2D& GetWarpCoeff(int ch) const;    ///< world to band pixel
-    const XWarp2D& GetWarpCoeffInv(int ch) const; ///< band pixel to world
+    // Where the channel stands: its band's own geometry, another reference, or the caller's warp.
+
+    /// World to band pixel and back. Of a channel placed in another reference the polynomials that
+    /// come nearest; drawing, reading and converting add what they miss.
+    const XWarp2D& GetWarpCoeff(int ch) const;
+    const XWarp2D& GetWarpCoeffInv(int ch) const;
     /// The inverse is computed: exactly for an affine warp, else as a fit over the band's pixels.
+    /// The channel stays where this puts it, whatever the manager's reference becomes, until
+    /// SetBand.
     void SetWarpCoeff(const XWarp2D& warp, int ch);
 
-    /// World extent of all channels, or of the vand, pixel centres to pixel centres; an extent of
+    /// Places everything in the world of `target`, from now on also each band that SetBand brings.
+    /// The manager calls it when the composite joins its list and when its own reference changes.
+    ///
+    /// A channel gets a way through both references that is true to a tenth of a band pixel, if its
+    /// band and `target` have map references that differ; a vector composite gets a cubic polynomial
+    /// over its extent. Otherwise, and with null or an empty target, the band's own geometry holds.
+    /// So it does where nothing joins the two; GetPlacementMiss then tells. Channels with a warp of
+    /// the caller and those in pixel base mode stay as they are. The parts of a band outside the
+    /// domain of the target are not drawn; positions there are NaN and read as no data.
+    ///
+    /// Cost: 5 to 100 ms for each geometry among the bands, nothing when it was placed there before.
+    /// A manager takes its composites out of its world only by placing them in another.
+    void PlaceInReference(const XSpatialReference* target);
+    /// The largest miss of the placement that was measured, in pixels of the bands (for vectors in
+    /// thousandths of the extent's longer side); 0 when nothing had to be placed, -1 when a part
+    /// could not be and is shown by its own coordinates.
+    double GetPlacementMiss() const { return m_placementMiss; }
+
+    /// World extent (in the manager's reference) of all channels, or of the vand, pixel centres to pixel
+    /// centres; an extent of
     /// zero is widened by half a pixel on each side. All 0 when there is nothing.
     void GetBoundRect(double& left, double& right, double& bottom, double& top) const;
     int IsBoundValid() const; ///< whether there is anything GetBoundRect could tell of
 
-    /// In place; a channel without a band leaves the point alone.
+    /// In place; a channel without a band leaves the point alone. NaN twice where a channel placed in
+    /// another reference has no such point.
     void ConvWorldToPixelCoord(double& x, double& y, int ch) const;
     void ConvPixelToWorldCoord(double& x, double& y, int ch) const;
 
@@ -204,7 +240,7 @@ public:
     /// The block of CalcROISizeMax, row by row: values of the pixels whose centre lies inside the
     /// polygon (even-odd rule), kXNoData elsewhere.
     /// @param width,height  as CalcROISizeMax gave them
-    /// @param thread        asked for its stop flag once a row; may be null
+    /// @param thread        receives percents and is asked for its stop flag once a tile; may be null
     /// @return 0 on a wrong size, a stop, or when tiles cannot be read
     int ReadROI(int ch, const double* xs, const double* ys, int n, double* out, int width,
                 int height, XThread* thread) const;
@@ -280,16 +316,23 @@ private:
     tagXCompositeChannel* Channel(int ch);
     const tagXCompositeChannel* Channel(int ch) const;
     void UpdateWarps(int ch);
+    void PlaceAll();
+    double PlaceChannel(int ch);
+    double PlaceVector();
+    XDMBand* GetDrawnBand(int ch);
     int IsRasterChannel(int ch) const;
     int CalcBoundBox(double (&box)[4]) const;
     int UpdateSubset(int ch, const std::atomic<int>* abort);
     int GetReferenceChannel() const;
     void ResolveCutRange(int ch, const std::atomic<int>* abort);
-    tagXLutKey MakeLutKey(int ch, const long long* applied) const;
-    int GetAppliedHistogram(int ch, long long* applied) const;
+    void UpdateStretch(int ch, const std::atomic<int>* abort);
+    void UpdateLUT(int ch, const std::atomic<int>* abort);
+    tagXLutKey MakeLutKey(int ch, long long* applied, int& hasApplied,
+                          const std::atomic<int>* abort) const;
+    int GetAppliedHistogram(int ch, long long* applied, const std::atomic<int>* abort) const;
     int DrawRaster(XBackBuffer& buffer, const std::atomic<int>* abort);
     int GetDrawnLevel(int ch, const XBackBuffer& buffer) const;
-    void SetUpChannel(int ch, const XBackBuffer& buffer, tagXDrawJob& job) const;
+    void SetUpChannel(int ch, const XBackBuffer& buffer, tagXDrawJob& job);
     void SetUpTransparency(tagXDrawJob& job) const;
     void SetUpColours(tagXDrawJob& job) const;
     void SetUpShortcut(tagXDrawJob& job, std::uint32_t (&words)[3][256]);
@@ -320,6 +363,10 @@ private:
     int m_filterType = 0;
     int m_kernelSize = 3;
     int m_drawLevel = -1;
+    XSpatialReference m_target; // empty: everything stands where its own geometry puts it
+    double m_placementMiss = 0.0;
+    XWarp2D m_vectorWarp; // of the vand's coordinates into the target; not valid: as they are
+    std::shared_ptr<XDMBandSpatialFilter> m_filtered[3];
     XDMCompManager* m_manager = nullptr;
     std::unique_ptr<XDrawTableCache> m_tables;
 };

@@ -1,5 +1,6 @@
 #include "foundation/raster/XDMCompositeChannel.h"
 
+#include <atomic>
 #include <numeric>
 
 tagXCompositeChannel::tagXCompositeChannel()
@@ -25,6 +26,9 @@ tagXCompositeChannel& tagXCompositeChannel::operator=(const tagXCompositeChannel
     band = other.band;
     warp = other.warp;
     warpInv = other.warpInv;
+    isWarpChosen = other.isWarpChosen;
+    chosenWarp = other.chosenWarp;
+    chosenInv = other.chosenInv;
     subset = other.subset;
     return *this;
 }
@@ -50,9 +54,25 @@ void tagXCompositeChannel::CopyDisplay(const tagXCompositeChannel& other)
     intensity255 = other.intensity255;
     lut = other.lut;
     lutKey = other.lutKey;
+    isLutSet = other.isLutSet;
     clt = other.clt;
     defValue = other.defValue;
     transparent = other.transparent;
+}
+
+void tagXCompositeChannel::NoteChange()
+{
+    static std::atomic<std::uint64_t> last{0};
+    changes = ++last;
+}
+
+void tagXCompositeChannel::ForgetRange()
+{
+    if (isCutChosen == 1) return;
+    isCutChosen = 0;
+    cutMin = 0.0;
+    cutMax = 255.0;
+    isCutPending = 1;
 }
 
 void tagXCompositeChannel::RemovePoints()

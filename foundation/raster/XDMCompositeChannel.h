@@ -2,7 +2,7 @@
 
 #include "foundation/base/XPtrList.h"
 #include "foundation/base/XSentinels.h"
-#include "foundation/base/XWarp2D.h"
+#include "foundation/raster/XChannelWarp.h"
 
 #include <array>
 #include <cstdint>
@@ -45,6 +45,7 @@ struct tagXSubsetStatistics
 
     /// What the numbers were gathered from, so that an unchanged view gathers nothing anew.
     const XDMBand* band = nullptr;
+    std::uint64_t bandChange = 0; ///< XBand::GetChangeNumber
     std::array<double, 4> range{kXNotSet, kXNotSet, kXNotSet, kXNotSet};
 };
 
@@ -61,6 +62,11 @@ struct tagXCompositeChannel
     /// and its geometry alone.
     void CopyDisplay(const tagXCompositeChannel& other);
 
+    /// Gives the channel a number of changes that no other ever had.
+    void NoteChange();
+    /// Takes back a range that nobody chose, so that the next band gets its own.
+    void ForgetRange();
+
     void RemovePoints();
     void InsertPoint(tagXHistPt point); ///< by rising position; one at the same place is replaced
     std::vector<tagXHistPt> ListPoints() const;
@@ -73,18 +79,23 @@ struct tagXCompositeChannel
     int cutType = 0;
     double cutMin = 0.0;
     double cutMax = 255.0;
-    int isCutChosen = 0;  ///< the cut range was set; else the band's own range is taken
+    int isCutChosen = 0;  ///< 1: the cut range was set, 2: taken from a visible region; else the
+                          ///< band's own range is taken
     int isCutPending = 1; ///< cut type, coverage or band changed after the cut range was set
-    int changes = 0;      ///< counts the changes that were made to the stretch from outside
+    std::uint64_t changes = 0; ///< another number after each change of the stretch from outside
     int stretchType = 0;
     unsigned char intensity000 = 0;
     unsigned char intensity255 = 255;
     XPtrList points; ///< of tagXHistPt*, owned
     std::array<unsigned char, 256> lut;
     tagXLutKey lutKey;
+    int isLutSet = 0; ///< the table was set, and not made from the stretch
     std::array<unsigned char, 256> clt;
-    XWarp2D warp;    ///< world to band pixel
-    XWarp2D warpInv; ///< band pixel to world
+    XChannelWarp warp;    ///< world to band pixel
+    XChannelWarp warpInv; ///< band pixel to world
+    int isWarpChosen = 0; ///< the warp was set; else the band's or the reference's way is taken
+    XWarp2D chosenWarp;   ///< as it was set, while pixel base mode puts it aside
+    XWarp2D chosenInv;
     unsigned char defValue = 0;
     double transparent = kXNotSet;
     tagXSubsetStatistics subset;

@@ -2,12 +2,13 @@
 
 #include "foundation/base/XVector3.h"
 #include "foundation/raster/XDMBand.h"
+#include "foundation/raster/XDMBandSpatialFilter.h"
 #include "foundation/raster/XDMVand.h"
 #include "foundation/raster/XDrawCut.h"
 #include "foundation/raster/XDrawJob.h"
 #include "foundation/raster/XDrawLevel.h"
 #include "foundation/raster/XDrawTables.h"
-#include "foundation/raster/XRasterTypes.h"
+#include "foundation/raster/XNullSample.h"
 #include "foundation/surface/XBackBuffer.h"
 #include "foundation/surface/XVertBuffer.h"
 #include "foundation/vector/XvcBase.h"
@@ -59,6 +60,13 @@ std::uint32_t WordOf(std::uint8_t blue, std::uint8_t green, std::uint8_t red)
            static_cast<std::uint32_t>(green) << 8 | blue;
 }
 
+/// Whether values between two others mean something between the two. Between two classes lies no
+/// third one.
+int HasOrder(const XDMBand& band)
+{
+    return band.GetBandType() < kXBandClassMap && !band.HasColorTable();
+}
+
 } // namespace
 
 /// The composite's level number counts levels of its first band; bands of another resolution take
@@ -85,15 +93,34 @@ int XDMComposite::GetDrawnLevel(int ch, const XBackBuffer& buffer) const
     return XfnChooseLevel(*own.band, step);
 }
 
-void XDMComposite::SetUpChannel(int ch, const XBackBuffer& buffer, tagXDrawJob& job) const
+/// The channel's band, or a band that filters it; the latter is kept while nothing changes, and its
+/// tiles with it.
+XDMBand* XDMComposite::GetDrawnBand(int ch)
+{
+    XDMBand* band = m_channels[ch].band;
+    const tagXSpatialFilter filter = XfnMakeSpatialFilter(m_filterType, m_kernelSize);
+    std::shared_ptr<XDMBandSpatialFilter>& kept = m_filtered[ch];
+    if (filter.type == kXFilterNone || !XfnIsRealType(band->GetDataType()) || !HasOrder(*band)) {
+        kept.reset();
+        return band;
+    }
+    if (!kept || kept->GetInnerBand() != band || kept->GetFilterType() != filter.type ||
+        kept->GetKernelSize() != filter.kernelSize) {
+        kept = std::make_shared<XDMBandSpatialFilter>();
+        if (!kept->Create(band, filter.type, filter.kernelSize)) kept.reset();
+    }
+    return kept ? kept.get() : band;
+}
+
+void XDMComposite::SetUpChannel(int ch, const XBackBuffer& buffer, tagXDrawJob& job)
 {
     const tagXCompositeChannel& settings = m_channels[ch];
     tagXDrawChannel& channel = job.channels[ch];
     channel.band = nullptr;
     channel.skip = kNone;
     if (!IsRasterChannel(ch) || settings.hide || !settings.warp.IsValid()) return;
-    XDMBand* band = settings.band;
-    if (XfnGetDataTypeSize(band->GetDataType()) == 0) return;
+    if (XfnGetDataTypeSize(settings.band->GetDataType()) == 0) return;
+    XDMBand* band = GetDrawnBand(ch);
     channel.band = band;
     channel.dataType = band->GetDataType();
     channel.level = GetDrawnLevel(ch, buffer);
@@ -105,8 +132,8 @@ void XDMComposite::SetUpChannel(int ch, const XBackBuffer& buffer, tagXDrawJob& 
     cut.cutMin = settings.cutMin;
     cut.cutMax = settings.cutMax;
     if (!XfnIsSet(cut.cutMin) || !XfnIsSet(cut.cutMax)) {
-        const auto numbers = band->GetStatistics();
-        const int isKnown = numbers->IsSet() && channel.dataType != kXUInt8;
+        const auto numbers = settings.band->GetStatistics(job.abort);
+        const int isKnown = numbers->IsSet() && settings.band->GetDataType() != kXUInt8;
         cut.cutMin = isKnown ? numbers->min : 0.0;
         cut.cutMax = isKnown ? numbers->max : 255.0;
     }
@@ -114,7 +141,7 @@ void XDMComposite::SetUpChannel(int ch, const XBackBuffer& buffer, tagXDrawJob& 
         cut.matchA = settings.matchA;
         cut.matchB = settings.matchB;
     }
-    cut.null = band->HasNullValue() ? band->GetNullValue() : kNone;
+    cut.null = XfnNullNumber(band->GetNullValue(), channel.dataType);
     // a double band without a null value may still hold the one that means no data everywhere
     if (channel.dataType == kXDouble && std::isnan(cut.null)) cut.null = kXNoData;
     const int isTransparent = m_isTransparent && settings.transparent != kXNotSet;
@@ -222,9 +249,9 @@ int XDMComposite::DrawRaster(XBackBuffer& buffer, const std::atomic<int>* abort)
     for (int ch = 0; ch < GetNumberOfChannels(); ++ch) {
         if (!IsRasterChannel(ch)) continue;
         if (job.IsAborted()) return 0;
-        ResolveCutRange(ch, abort);
-        UpdateLUT(ch);
+        UpdateStretch(ch, abort);
     }
+    if (job.IsAborted()) return 0;
     for (int ch = 0; ch < 3; ++ch) {
         SetUpChannel(ch, buffer, job);
         const tagXDrawChannel& channel = job.channels[ch];
@@ -232,8 +259,7 @@ int XDMComposite::DrawRaster(XBackBuffer& buffer, const std::atomic<int>* abort)
         isAny = 1;
         if (channel.mapping.GetKind() == XDrawMapping::Kind::None) return 0;
         if (channel.mapping.GetKind() != XDrawMapping::Kind::Separable) isStraight = 0;
-        if (channel.band->GetBandType() >= kXBandClassMap || channel.band->HasColorTable())
-            isBilinear = 0; // between two classes lies no third one
+        if (!HasOrder(*m_channels[ch].band)) isBilinear = 0;
     }
     if (!isAny || m_alpha == 0) return 1;
     job.bits = buffer.GetBits();
@@ -243,14 +269,20 @@ int XDMComposite::DrawRaster(XBackBuffer& buffer, const std::atomic<int>* abort)
     SetUpColours(job);
     std::uint32_t words[3][256];
     SetUpShortcut(job, words);
-    return isStraight && !isBilinear ? XfnDrawCells(job) : XfnDrawRows(job, isBilinear);
+    const int isDone = isStraight && !isBilinear ? XfnDrawCells(job) : XfnDrawRows(job, isBilinear);
+    // a file that was cut meanwhile gave zeros: say so, and the next drawing leaves them out
+    for (const tagXDrawChannel& channel : job.channels)
+        if (channel.band && m_drawMessage.IsEmpty()) channel.band->IsIntact(m_drawMessage);
+    return isDone;
 }
 
 void XDMComposite::PrepareVector()
 {
     if (!m_isVectorStale || !m_vand || !m_vand->GetBase()) return;
+    PlaceAll(); // the objects may reach further than before
     m_vertexBuffer->Start();
-    m_vand->GetBase()->CreateVertexBuffer(m_vertexBuffer.get(), nullptr, nullptr);
+    XWarp2D* warp = m_vectorWarp.IsValid() ? &m_vectorWarp : nullptr;
+    m_vand->GetBase()->CreateVertexBuffer(m_vertexBuffer.get(), warp, nullptr);
     m_vertexBuffer->End();
     m_isVectorStale = 0;
 }
@@ -266,7 +298,7 @@ int XDMComposite::DrawVector(XBackBuffer& buffer, const std::atomic<int>* abort)
 /// edge.
 void XDMComposite::DrawBoundary(XBackBuffer& buffer)
 {
-    constexpr int kSteps = 16; // a side
+    constexpr int kSteps = 64; // a side
     m_boundaryBuffer->Start();
     tagXVertLine line;
     line.colour = static_cast<tagXColor>(m_boundaryColor) | kXOpaque;
@@ -277,6 +309,11 @@ void XDMComposite::DrawBoundary(XBackBuffer& buffer)
         const double height = channel.band->GetYSize();
         const double corners[5][2] = {{0, 0}, {width, 0}, {width, height}, {0, height}, {0, 0}};
         std::vector<tagXVector3> outline;
+        const auto flush = [&] { // a piece between two places that the reference does not have
+            if (outline.size() > 1)
+                m_boundaryBuffer->AddPolyline(outline.data(), outline.size(), line);
+            outline.clear();
+        };
         for (int side = 0; side < 4; ++side) {
             for (int i = side == 0 ? 0 : 1; i <= kSteps; ++i) {
                 const double part = static_cast<double>(i) / kSteps;
@@ -285,10 +322,13 @@ void XDMComposite::DrawBoundary(XBackBuffer& buffer)
                 double y =
                     corners[side][1] + (corners[side + 1][1] - corners[side][1]) * part - 0.5;
                 channel.warpInv.Warp(x, y);
-                outline.push_back({x, y, 0.0});
+                if (std::isfinite(x) && std::isfinite(y))
+                    outline.push_back({x, y, 0.0});
+                else
+                    flush();
             }
         }
-        m_boundaryBuffer->AddPolyline(outline.data(), outline.size(), line);
+        flush();
         if (m_mode != 0 && ch == 0 && m_channels[1].band && m_channels[2].band &&
             m_channels[1].band->GetXRSFile() == channel.band->GetXRSFile() &&
             m_channels[2].band->GetXRSFile() == channel.band->GetXRSFile())

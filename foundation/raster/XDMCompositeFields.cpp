@@ -49,6 +49,7 @@ void XDMComposite::SetVand(XDMVand* vand)
 {
     m_vand = vand;
     m_isVectorStale = 1;
+    PlaceAll();
 }
 
 XDMBand* XDMComposite::GetBand(int ch) const
@@ -61,11 +62,16 @@ void XDMComposite::SetBand(XDMBand* band, int ch)
 {
     tagXCompositeChannel* channel = Channel(ch);
     if (!channel) return;
+    const bool isOther = channel->band != band;
     channel->band = band;
-    ++channel->changes;
+    m_filtered[ch].reset();
+    channel->NoteChange();
     channel->subset = tagXSubsetStatistics();
     if (channel->cutType != 0 || !channel->isCutChosen) channel->isCutPending = 1;
+    if (isOther) channel->ForgetRange();
+    channel->isWarpChosen = 0;
     UpdateWarps(ch);
+    PlaceAll();
 }
 
 XDMBand* XDMComposite::GetFirstBand() const
@@ -94,7 +100,7 @@ XDMBand* XDMComposite::GetFirstBand() const
         tagXCompositeChannel* channel = Channel(ch);                                               \
         if (!channel) return;                                                                      \
         channel->field = value;                                                                    \
-        ++channel->changes;                                                                        \
+        channel->NoteChange();                                                                     \
     }
 
 X_CHANNEL_GET(int, GetHideFlag, hide, 0)
@@ -157,7 +163,7 @@ void XDMComposite::SetStretchCoverage(int coverage, int ch)
     tagXCompositeChannel* channel = Channel(ch);
     if (!channel) return;
     channel->coverage = coverage;
-    ++channel->changes;
+    channel->NoteChange();
     if (channel->cutType != 0) channel->isCutPending = 1;
 }
 
@@ -166,7 +172,7 @@ void XDMComposite::SetCutType(int type, int ch)
     tagXCompositeChannel* channel = Channel(ch);
     if (!channel) return;
     channel->cutType = type;
-    ++channel->changes;
+    channel->NoteChange();
     if (type != 0) channel->isCutPending = 1;
 }
 
@@ -188,7 +194,7 @@ void XDMComposite::SetCutRange(double min, double max, int ch)
     channel->cutMax = max;
     channel->isCutChosen = 1;
     channel->isCutPending = 0;
-    ++channel->changes;
+    channel->NoteChange();
 }
 
 XPtrList* XDMComposite::GetHistPtsList(int ch)
@@ -202,7 +208,7 @@ void XDMComposite::AddHistPt(int ch, unsigned char value, unsigned char position
     tagXCompositeChannel* channel = Channel(ch);
     if (!channel) return;
     channel->InsertPoint({position, value});
-    ++channel->changes;
+    channel->NoteChange();
 }
 
 void XDMComposite::RemoveAllHistPts(int ch)
@@ -210,7 +216,7 @@ void XDMComposite::RemoveAllHistPts(int ch)
     tagXCompositeChannel* channel = Channel(ch);
     if (!channel) return;
     channel->RemovePoints();
-    ++channel->changes;
+    channel->NoteChange();
 }
 
 void XDMComposite::SetCLT(const unsigned char* table, int ch)
@@ -234,9 +240,12 @@ void XDMComposite::ResetTransparentValue()
 
 void XDMComposite::SetPixelBaseMode(int flag)
 {
+    const bool isOther = (m_isPixelBase != 0) != (flag != 0);
     m_isPixelBase = flag;
+    if (!isOther) return;
     for (int ch = 0; ch < 3; ++ch)
         UpdateWarps(ch);
+    PlaceAll();
 }
 
 void XDMComposite::SetDrawRange(double x0, double y0, double x1, double y1)
@@ -280,6 +289,10 @@ void XDMComposite::CloneXDMComposite(const XDMComposite* source)
     std::copy_n(source->m_drawRange, 4, m_drawRange);
     m_vertexBuffer->SetRecording(source->m_vertexBuffer->GetRecording());
     m_isVectorStale = source->m_isVectorStale;
+    m_target = source->m_target;
+    m_placementMiss = source->m_placementMiss;
+    m_vectorWarp = source->m_vectorWarp;
+    std::copy_n(source->m_filtered, 3, m_filtered);
     m_isPixelBase = source->m_isPixelBase;
     m_isBoundaryDrawn = source->m_isBoundaryDrawn;
     m_boundaryColor = source->m_boundaryColor;
@@ -299,8 +312,10 @@ void XDMComposite::CopyDisplaySettings(const XDMComposite* source)
     const bool isSameKind = (source->m_mode == 0) == (m_mode == 0);
     for (int ch = 0; ch < 3; ++ch) {
         const auto own = m_channels[ch].clt;
-        m_channels[ch].CopyDisplay(source->m_channels[source->m_mode == 0 ? 0 : ch]);
+        const tagXCompositeChannel& from = source->m_channels[source->m_mode == 0 ? 0 : ch];
+        m_channels[ch].CopyDisplay(from);
         m_channels[ch].clt = isSameKind ? source->m_channels[ch].clt : own;
+        if (m_channels[ch].band != from.band) m_channels[ch].ForgetRange();
     }
     m_isMatching = source->m_isMatching;
     m_alpha = source->m_alpha;

@@ -24,12 +24,16 @@ int RoundToInt(double value)
 void XDMComposite::UpdateWarps(int ch)
 {
     tagXCompositeChannel& channel = m_channels[ch];
-    channel.warp = channel.warpInv = XWarp2D();
-    if (!channel.band) return;
-    if (m_isPixelBase) {
-        channel.warp.SetAffine(0.0, 1.0, 0.0, 0.0, 0.0, -1.0);
-        channel.warpInv = channel.warp; // its own inverse
-    } else {
+    channel.warp = channel.warpInv = XChannelWarp();
+    channel.subset = tagXSubsetStatistics();
+    if (m_isPixelBase && channel.band) {
+        XWarp2D toPixel;
+        toPixel.SetAffine(0.0, 1.0, 0.0, 0.0, 0.0, -1.0);
+        channel.warp = channel.warpInv = toPixel; // its own inverse
+    } else if (channel.isWarpChosen) {
+        channel.warp = channel.chosenWarp;
+        channel.warpInv = channel.chosenInv;
+    } else if (channel.band) {
         channel.warp = channel.band->GetWorldToPixel();
         channel.warpInv = channel.band->GetPixelToWorld();
     }
@@ -38,24 +42,27 @@ void XDMComposite::UpdateWarps(int ch)
 const XWarp2D& XDMComposite::GetWarpCoeff(int ch) const
 {
     const tagXCompositeChannel* channel = Channel(ch);
-    return channel ? channel->warp : kNoWarp;
+    return channel ? channel->warp.GetPolynomial() : kNoWarp;
 }
 
 const XWarp2D& XDMComposite::GetWarpCoeffInv(int ch) const
 {
     const tagXCompositeChannel* channel = Channel(ch);
-    return channel ? channel->warpInv : kNoWarp;
+    return channel ? channel->warpInv.GetPolynomial() : kNoWarp;
 }
 
 void XDMComposite::SetWarpCoeff(const XWarp2D& warp, int ch)
 {
     tagXCompositeChannel* channel = Channel(ch);
     if (!channel) return;
-    const XWarp2D guess = channel->warpInv;
+    const XWarp2D guess = channel->warpInv.GetPolynomial();
     channel->warp = warp;
+    channel->isWarpChosen = 1;
     channel->warpInv = channel->band ? XfnInvertWarp(warp, guess, channel->band->GetXSize(),
                                                      channel->band->GetYSize())
                                      : warp.InverseAffine();
+    channel->chosenWarp = warp;
+    channel->chosenInv = channel->warpInv.GetPolynomial();
     channel->subset = tagXSubsetStatistics();
 }
 
@@ -79,9 +86,12 @@ int XDMComposite::CalcBoundBox(double (&box)[4]) const
         double minX = kXNotSet, minY = kXNotSet, minZ = 0.0, maxX = kXNoData, maxY = kXNoData,
                maxZ = 0.0;
         m_vand->GetRange(minX, minY, minZ, maxX, maxY, maxZ);
+        double own[4] = {minX, maxX, minY, maxY};
         if (XfnIsSet(minX) && XfnIsSet(maxX) && XfnIsSet(minY) && XfnIsSet(maxY) && minX <= maxX &&
-            minY <= maxY)
-            add(minX, maxX, minY, maxY);
+            minY <= maxY &&
+            (!m_vectorWarp.IsValid() ||
+             XfnCalcWarpedBox(m_vectorWarp, minX, minY, maxX, maxY, own)))
+            add(own[0], own[1], own[2], own[3]);
     }
     for (int ch = 0; ch < GetNumberOfChannels(); ++ch) {
         if (!IsRasterChannel(ch)) continue;

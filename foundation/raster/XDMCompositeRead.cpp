@@ -3,7 +3,11 @@
 #include "foundation/platform/XThread.h"
 #include "foundation/raster/XDMBand.h"
 #include "foundation/raster/XDrawMapping.h"
-#include "foundation/raster/XRasterTypes.h"
+#include "foundation/raster/XNullSample.h"
+#include "foundation/raster/XPixelReader.h"
+#include "foundation/raster/XRegionMask.h"
+#include "foundation/raster/XSaveControl.h"
+#include "foundation/raster/XStatisticsKernels.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,59 +15,6 @@
 #include <vector>
 
 namespace {
-
-/// Reads single pixels of a band at full resolution. Keeps the tile of the last one.
-class XPixelReader
-{
-public:
-    explicit XPixelReader(const XDMBand* band) : m_band(band)
-    {
-        band->GetLevelSize(0, m_width, m_height);
-        band->GetTileSize(0, m_tileWidth, m_tileHeight);
-    }
-
-    /// kXNoData outside, without data and where the tile cannot be read.
-    double Get(int column, int row)
-    {
-        if (column < 0 || row < 0 || column >= m_width || row >= m_height) return kXNoData;
-        const int tx = column / m_tileWidth;
-        const int ty = row / m_tileHeight;
-        if (tx != m_tx || ty != m_ty) {
-            XString message;
-            m_tile = m_band->GetTile(0, tx, ty, nullptr, message);
-            m_tx = tx;
-            m_ty = ty;
-            (m_tile ? m_goodTiles : m_failedTiles)++;
-        }
-        if (!m_tile) return kXNoData;
-        const int x = column - tx * m_tileWidth;
-        const int y = row - ty * m_tileHeight;
-        if (x >= m_tile->GetWidth() || y >= m_tile->GetHeight()) return kXNoData;
-        const std::size_t offset = static_cast<std::size_t>(x) * m_tile->GetSampleSize();
-        const double value = XfnReadSample(m_tile->GetRow(y) + offset, m_tile->GetDataType());
-        return std::isnan(value) || value == m_band->GetNullValue() ? kXNoData : value;
-    }
-
-    /// The pixel under a position in pixels, centre based.
-    double GetAt(double x, double y)
-    {
-        const double column = std::floor(x + 0.5);
-        const double row = std::floor(y + 0.5);
-        if (!(column >= 0.0 && column < m_width && row >= 0.0 && row < m_height)) return kXNoData;
-        return Get(static_cast<int>(column), static_cast<int>(row));
-    }
-
-    int HasFailed() const { return m_failedTiles > 0; }
-    int HasSucceeded() const { return m_goodTiles > 0; }
-
-private:
-    const XDMBand* m_band;
-    int m_width = 0, m_height = 0;
-    int m_tileWidth = 1, m_tileHeight = 1;
-    int m_tx = -1, m_ty = -1;
-    std::shared_ptr<const XTile> m_tile;
-    int m_goodTiles = 0, m_failedTiles = 0;
-};
 
 /// A band whose samples can be told as one number, or null.
 const XDMBand* GetReadableBand(const tagXCompositeChannel* channel)
@@ -107,17 +58,23 @@ int PlacePolygon(const tagXCompositeChannel& channel, const double* xs, const do
     return 1;
 }
 
-/// Where the polygon's edges cross a row of pixel centres, in rising order.
-void ListCrossings(const tagPolygon& polygon, double row, std::vector<double>& crossings)
+/// Fills the runs inside one tile from its samples, `out` being the block of the polygon.
+void ReadRuns(const XTile& tile, int tileX, int tileY, double nullValue,
+              const std::vector<tagXRowSpan>& runs, const tagPolygon& polygon, double* out)
 {
-    crossings.clear();
-    const std::size_t count = polygon.x.size();
-    for (std::size_t i = 0, j = count - 1; i < count; j = i++) {
-        const double yi = polygon.y[i], yj = polygon.y[j];
-        if ((yi <= row) == (yj <= row)) continue;
-        crossings.push_back(polygon.x[i] + (row - yi) / (yj - yi) * (polygon.x[j] - polygon.x[i]));
-    }
-    std::sort(crossings.begin(), crossings.end());
+    XfnDispatchRealType<int>(tile.GetDataType(), [&]<class T>(const T*) {
+        bool hasNull = false;
+        const T null = XfnNullSample<T>(nullValue, hasNull);
+        for (const tagXRowSpan& run : runs) {
+            const T* samples = reinterpret_cast<const T*>(tile.GetRow(run.y - tileY));
+            double* line = out + static_cast<std::size_t>(run.y - polygon.top) *
+                                     static_cast<std::size_t>(polygon.width);
+            XStatisticsKernels<T>::ReadValues(samples + (run.x0 - tileX),
+                                              static_cast<std::size_t>(run.x1 - run.x0), hasNull,
+                                              null, line + (run.x0 - polygon.left));
+        }
+        return 1;
+    });
 }
 
 } // namespace
@@ -175,23 +132,34 @@ int XDMComposite::ReadROI(int ch, const double* xs, const double* ys, int n, dou
     tagPolygon polygon;
     if (!band || !out || !PlacePolygon(m_channels[ch], xs, ys, n, polygon)) return 0;
     if (width != polygon.width || height != polygon.height) return 0;
-    XPixelReader reader(band);
-    std::vector<double> crossings;
-    for (int row = 0; row < height; ++row) {
-        if (thread && thread->IsStopRequested()) return 0;
-        double* line = out + static_cast<std::size_t>(row) * static_cast<std::size_t>(width);
-        std::fill_n(line, width, kXNoData);
-        ListCrossings(polygon, polygon.top + row, crossings);
-        for (std::size_t k = 0; k + 1 < crossings.size(); k += 2) {
-            const auto columnOf = [&](double at) {
-                return static_cast<int>(
-                    std::clamp(std::ceil(at) - polygon.left, 0.0, static_cast<double>(width)));
-            };
-            const int end = columnOf(crossings[k + 1]);
-            for (int column = columnOf(crossings[k]); column < end; ++column)
-                line[column] = reader.Get(polygon.left + column, polygon.top + row);
+    std::fill_n(out, static_cast<std::size_t>(width) * static_cast<std::size_t>(height), kXNoData);
+    XRegionMask mask;
+    if (!mask.SetPolygon(polygon.x.data(), polygon.y.data(), n, band->GetXSize(), band->GetYSize()))
+        return 0;
+    int tileWidth = 0, tileHeight = 0;
+    band->GetTileSize(0, tileWidth, tileHeight);
+    const std::atomic<int>* stop = thread ? thread->GetStopFlag() : nullptr;
+    tagXSaveControl control;
+    control.thread = thread;
+    std::vector<tagXRowSpan> runs;
+    const int right = polygon.left + width, bottom = polygon.top + height;
+    const auto count = [](int first, int end, int size) {
+        return (end - 1) / size - first / size + 1;
+    };
+    XSaveProgress progress(control, static_cast<long long>(count(polygon.top, bottom, tileHeight)) *
+                                        count(polygon.left, right, tileWidth));
+    for (int y = polygon.top / tileHeight * tileHeight; y < bottom; y += tileHeight) {
+        for (int x = polygon.left / tileWidth * tileWidth; x < right; x += tileWidth) {
+            if (progress.IsStopped()) return 0;
+            mask.ListSpans(x, y, x + tileWidth, y + tileHeight, runs);
+            if (!runs.empty()) {
+                XString message;
+                const auto tile = band->GetTile(0, x / tileWidth, y / tileHeight, stop, message);
+                if (!tile) return 0;
+                ReadRuns(*tile, x, y, band->GetNullValue(), runs, polygon, out);
+            }
+            progress.Step();
         }
-        if (reader.HasFailed()) return 0;
     }
     return 1;
 }

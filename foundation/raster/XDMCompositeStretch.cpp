@@ -6,6 +6,7 @@
 #include "foundation/raster/XDrawTables.h"
 #include "foundation/raster/XGaussianRange.h"
 #include "foundation/raster/XRasterTypes.h"
+#include "foundation/raster/XReferenceWarp.h"
 #include "foundation/raster/XStretchLUT.h"
 
 #include <algorithm>
@@ -39,6 +40,11 @@ std::uint64_t HashOf(const long long* counts)
     return hash | 1u;
 }
 
+bool IsRaised(const std::atomic<int>* abort)
+{
+    return abort && abort->load(std::memory_order_relaxed) != 0;
+}
+
 int NeedsHistogram(int stretchType)
 {
     return stretchType == kXStretchEqualization || stretchType == kXStretchGaussian;
@@ -60,16 +66,26 @@ int XDMComposite::UpdateSubset(int ch, const std::atomic<int>* abort)
     }
     std::array<double, 4> range;
     GetDrawRange(range[0], range[1], range[2], range[3]);
-    if (channel->subset.band == band && channel->subset.range == range)
+    const std::uint64_t bandChange = band->GetChangeNumber();
+    if (channel->subset.band == band && channel->subset.bandChange == bandChange &&
+        channel->subset.range == range)
         return channel->subset.count > 0;
 
     tagXSubsetStatistics subset;
     subset.band = band;
+    subset.bandChange = bandChange;
     subset.range = range;
     double box[4];
+    std::array<double, 4> shown = range;
+    if (channel->warp.GetPlaced()) { // far outside its extent a reference may not hold
+        const auto& extent = channel->warp.GetPlaced()->GetBox();
+        shown = {
+            std::clamp(range[0], extent[0], extent[1]), std::clamp(range[1], extent[2], extent[3]),
+            std::clamp(range[2], extent[0], extent[1]), std::clamp(range[3], extent[2], extent[3])};
+    }
     const double lastX = band->GetXSize() - 1.0;
     const double lastY = band->GetYSize() - 1.0;
-    if (!XfnCalcWarpedBox(channel->warp, range[0], range[1], range[2], range[3], box) ||
+    if (!XfnCalcWarpedBox(channel->warp, shown[0], shown[1], shown[2], shown[3], box) ||
         box[1] < -0.5 || box[3] < -0.5 || box[0] >= lastX + 0.5 || box[2] >= lastY + 0.5) {
         channel->subset = subset;
         return 0;
@@ -127,24 +143,24 @@ void XDMComposite::ResolveCutRange(int ch, const std::atomic<int>* abort)
     double low = 0.0, high = 0.0;
     if (channel.coverage == 1 && (hasRule || NeedsHistogram(channel.stretchType))) {
         const tagXSubsetStatistics& subset = channel.subset;
-        const int isSeen = UpdateSubset(ch, abort);
         // with nothing to see the range of before stands, so that the picture does not jump
-        if (!isSeen || !hasRule ||
-            !CalcCut(channel.cutType, subset.min, subset.max, subset.mean, subset.stdDev,
-                     subset.histogram.data(), low, high))
-            return;
-        channel.cutMin = low;
-        channel.cutMax = high;
-        channel.isCutChosen = 1;
-        channel.isCutPending = 0;
-        return;
+        if (UpdateSubset(ch, abort) && hasRule &&
+            CalcCut(channel.cutType, subset.min, subset.max, subset.mean, subset.stdDev,
+                    subset.histogram.data(), low, high)) {
+            channel.cutMin = low;
+            channel.cutMax = high;
+            channel.isCutChosen = 2;
+            channel.isCutPending = 0;
+        }
+        if (hasRule) return;
     }
     if (channel.coverage == 2) return; // regions of interest: whoever measured them set the range
     // a range that nobody chose: bytes are shown as they are, other types from minimum to maximum
     const int isNative = !channel.isCutChosen && !hasRule;
     if (!isNative && !(hasRule && channel.isCutPending)) return;
     if (isNative && (channel.band->GetDataType() == kXUInt8 || !channel.isCutPending)) return;
-    const auto numbers = channel.band->GetStatistics();
+    const auto numbers = channel.band->GetStatistics(abort);
+    if (IsRaised(abort)) return;
     if (CalcCut(hasRule ? channel.cutType : 1, numbers->min, numbers->max, numbers->mean,
                 numbers->stdDev, numbers->histogram.data(), low, high)) {
         channel.cutMin = low;
@@ -154,21 +170,26 @@ void XDMComposite::ResolveCutRange(int ch, const std::atomic<int>* abort)
 }
 
 /// The histogram of the source in force, re-binned to the cut range. 0 without one.
-int XDMComposite::GetAppliedHistogram(int ch, long long* applied) const
+int XDMComposite::GetAppliedHistogram(int ch, long long* applied,
+                                      const std::atomic<int>* abort) const
 {
     const tagXCompositeChannel& channel = m_channels[ch];
     if (!channel.band) return 0;
     if (channel.coverage == 1 && channel.subset.count > 0)
         return XfnApplyCutToHistogram(channel.subset.histogram.data(), channel.subset.min,
                                       channel.subset.max, channel.cutMin, channel.cutMax, applied);
-    const auto numbers = channel.band->GetStatistics();
+    const auto numbers = channel.band->GetStatistics(abort);
     return XfnApplyCutToHistogram(numbers->histogram.data(), numbers->min, numbers->max,
                                   channel.cutMin, channel.cutMax, applied);
 }
 
-tagXLutKey XDMComposite::MakeLutKey(int ch, const long long* applied) const
+/// What a table made now would be made from, with the histogram for the stretches that use one.
+tagXLutKey XDMComposite::MakeLutKey(int ch, long long* applied, int& hasApplied,
+                                    const std::atomic<int>* abort) const
 {
     const tagXCompositeChannel& channel = m_channels[ch];
+    hasApplied =
+        NeedsHistogram(channel.stretchType) && GetAppliedHistogram(ch, applied, abort) ? 1 : 0;
     tagXLutKey key;
     key.stretchType = channel.stretchType;
     key.intensity000 = channel.intensity000;
@@ -176,7 +197,7 @@ tagXLutKey XDMComposite::MakeLutKey(int ch, const long long* applied) const
     key.cutMin = channel.cutMin;
     key.cutMax = channel.cutMax;
     key.points = channel.ListPoints();
-    key.histogramHash = applied ? HashOf(applied) : 0;
+    key.histogramHash = hasApplied ? HashOf(applied) : 0;
     return key;
 }
 
@@ -185,20 +206,40 @@ void XDMComposite::SetLUT(const unsigned char* table, int ch)
     tagXCompositeChannel* channel = Channel(ch);
     if (!channel || !table) return;
     std::copy_n(table, 256, channel->lut.data());
-    ++channel->changes;
+    channel->NoteChange();
+    channel->isLutSet = 1;
     long long applied[256];
-    const int has = NeedsHistogram(channel->stretchType) && GetAppliedHistogram(ch, applied);
-    channel->lutKey = MakeLutKey(ch, has ? applied : nullptr);
+    int has = 0;
+    channel->lutKey = MakeLutKey(ch, applied, has, nullptr);
 }
 
 void XDMComposite::UpdateLUT(int ch)
 {
+    UpdateLUT(ch, nullptr);
+}
+
+/// Cut range and table for a drawing. What it changes itself, such as a range that was pending, does
+/// not end a table that was set.
+void XDMComposite::UpdateStretch(int ch, const std::atomic<int>* abort)
+{
+    tagXCompositeChannel& channel = m_channels[ch];
+    long long applied[256];
+    int has = 0;
+    const bool isHeld = channel.isLutSet && MakeLutKey(ch, applied, has, abort) == channel.lutKey;
+    ResolveCutRange(ch, abort);
+    if (isHeld && !IsRaised(abort)) channel.lutKey = MakeLutKey(ch, applied, has, abort);
+    UpdateLUT(ch, abort);
+}
+
+void XDMComposite::UpdateLUT(int ch, const std::atomic<int>* abort)
+{
     tagXCompositeChannel* channel = Channel(ch);
     if (!channel) return;
     long long applied[256];
-    const int has = NeedsHistogram(channel->stretchType) && GetAppliedHistogram(ch, applied);
-    tagXLutKey key = MakeLutKey(ch, has ? applied : nullptr);
-    if (key == channel->lutKey) return;
+    int has = 0;
+    tagXLutKey key = MakeLutKey(ch, applied, has, abort);
+    if (key == channel->lutKey || IsRaised(abort)) return;
+    channel->isLutSet = 0;
     XfnStretchLUT(channel->stretchType, channel->lut.data(), channel->intensity000,
                   channel->intensity255,
                   channel->stretchType == kXStretchPiecewise ? &channel->points : nullptr,
@@ -216,14 +257,19 @@ void XDMComposite::TakeDrawResults(const XDMComposite* drawn)
         const tagXCompositeChannel& other = drawn->m_channels[ch];
         if (own.band != other.band) continue;
         own.subset = other.subset;
-        // settings that changed meanwhile win over what was worked out from the old ones
-        if (own.changes != other.changes) continue;
+        // settings that changed meanwhile win over what was worked out from the old ones; points
+        // may also be changed in their list
+        if (own.changes != other.changes || own.ListPoints() != other.ListPoints()) continue;
         own.cutMin = other.cutMin;
         own.cutMax = other.cutMax;
         own.isCutChosen = other.isCutChosen;
         own.isCutPending = other.isCutPending;
         own.lut = other.lut;
         own.lutKey = other.lutKey;
+        own.isLutSet = other.isLutSet;
     }
     *m_tables = *drawn->m_tables;
+    for (int ch = 0; ch < 3; ++ch)
+        if (m_channels[ch].band == drawn->m_channels[ch].band)
+            m_filtered[ch] = drawn->m_filtered[ch];
 }

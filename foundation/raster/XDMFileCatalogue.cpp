@@ -61,6 +61,15 @@ const char* GetBlockName(std::uint32_t type)
     return nullptr;
 }
 
+/// Place of a tile in the table of its level.
+std::size_t IndexOf(const tagXDMFileInfo& info, int band, int level, int tx, int ty)
+{
+    const tagXDMFileBand& of = info.bands[static_cast<std::size_t>(band)];
+    const std::size_t columns =
+        static_cast<std::size_t>(of.levels[static_cast<std::size_t>(level)].GetTileColumns());
+    return static_cast<std::size_t>(ty) * columns + static_cast<std::size_t>(tx);
+}
+
 bool IsBandBlock(XDMFileBlock type)
 {
     return type == XDMFileBlock::Band ||
@@ -335,8 +344,7 @@ const tagXDMFileTileEntry* XDMFileCatalogue::GetTile(const XFile& file, const ta
                                                      int band, int level, int tx, int ty,
                                                      XString& reason) const
 {
-    const std::size_t b = static_cast<std::size_t>(band);
-    tagTable& table = m_tables[m_firstTable[b] + static_cast<std::size_t>(level)];
+    tagTable& table = TableOf(band, level);
     if (table.state.load(std::memory_order_acquire) == 0) {
         const std::lock_guard lock(m_tableMutex);
         if (table.state.load(std::memory_order_relaxed) == 0) {
@@ -348,9 +356,25 @@ const tagXDMFileTileEntry* XDMFileCatalogue::GetTile(const XFile& file, const ta
         reason = table.failure;
         return nullptr;
     }
-    const std::size_t columns = static_cast<std::size_t>(
-        info.bands[b].levels[static_cast<std::size_t>(level)].GetTileColumns());
-    return &table.entries[static_cast<std::size_t>(ty) * columns + static_cast<std::size_t>(tx)];
+    return &table.entries[IndexOf(info, band, level, tx, ty)];
+}
+
+bool XDMFileCatalogue::IsVerified(const tagXDMFileInfo& info, int band, int level, int tx,
+                                  int ty) const
+{
+    const tagTable& table = TableOf(band, level);
+    if (table.state.load(std::memory_order_acquire) <= 0) return false;
+    const std::size_t index = IndexOf(info, band, level, tx, ty);
+    return table.verified[index / 64].load(std::memory_order_relaxed) >> (index % 64) & 1;
+}
+
+void XDMFileCatalogue::MarkVerified(const tagXDMFileInfo& info, int band, int level, int tx,
+                                    int ty) const
+{
+    const std::size_t index = IndexOf(info, band, level, tx, ty);
+    TableOf(band, level)
+        .verified[index / 64]
+        .fetch_or(std::uint64_t{1} << (index % 64), std::memory_order_relaxed);
 }
 
 int XDMFileCatalogue::ReadTable(const XFile& file, const tagXDMFileInfo& info, int band, int level,
@@ -369,6 +393,7 @@ int XDMFileCatalogue::ReadTable(const XFile& file, const tagXDMFileInfo& info, i
             reason += " in " + NameLevel(band, level);
             return 0;
         }
+        table.verified = std::make_unique<std::atomic<std::uint64_t>[]>(entries.size() / 64 + 1);
         table.entries = std::move(entries);
         return 1;
     } catch (const std::bad_alloc&) {

@@ -35,6 +35,13 @@ public:
     const tagXDMFileTileEntry* GetTile(const XFile& file, const tagXDMFileInfo& info, int band,
                                        int level, int tx, int ty, XString& reason) const;
 
+    /// Whether the checksum of a tile that is in the level was verified before; MarkVerified says
+    /// so of a tile that GetTile gave.
+    bool IsVerified(const tagXDMFileInfo& info, int band, int level, int tx, int ty) const;
+    void MarkVerified(const tagXDMFileInfo& info, int band, int level, int tx, int ty) const;
+
+    std::uint64_t GetFileBytes() const { return m_fileBytes; }
+
     /// The sample that empty tiles of the band consist of.
     const unsigned char* GetFill(int band) const
     {
@@ -56,6 +63,7 @@ private:
     {
         tagXDMFileDirectoryEntry place;
         std::vector<tagXDMFileTileEntry> entries;
+        std::unique_ptr<std::atomic<std::uint64_t>[]> verified; // a bit a tile
         XString failure;
         std::atomic<int> state{0}; // 0 not read, 1 entries are good, -1 failure is told
     };
@@ -75,6 +83,11 @@ private:
     int CheckTable(const tagXDMFileBand& band, int level,
                    const std::vector<tagXDMFileTileEntry>& entries, XString& reason) const;
     bool IsInPieces(const tagRange& range) const;
+    tagTable& TableOf(int band, int level) const
+    {
+        return m_tables[m_firstTable[static_cast<std::size_t>(band)] +
+                        static_cast<std::size_t>(level)];
+    }
 
     std::uint64_t m_fileBytes = 0;
     std::vector<tagXDMFileDirectoryEntry> m_directory;

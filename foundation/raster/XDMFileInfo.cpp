@@ -116,37 +116,42 @@ const char* GetFault(const tagXDMFileGCPSet& set)
     return nullptr;
 }
 
-const char* GetFault(const std::vector<tagXDMFileSample>& bands)
+const char* GetFault(const tagXDMFileSample& sample)
 {
-    if (bands.size() > static_cast<std::size_t>(kXDMFileMaxBands)) return "has too many bands";
-    for (const tagXDMFileSample& sample : bands) {
-        if (!HasGoodHistogram(sample.histogram)) return "has a histogram that is none";
-    }
-    return nullptr;
+    if (!HasGoodHistogram(sample.histogram)) return "has a histogram that is none";
+    return sample.pixelCount < 0 ? "has a negative number of pixels" : nullptr;
 }
 
 const char* GetFault(const tagXDMFileRegion& region)
 {
+    if (region.type != 2 && region.type != 3) return "has an unknown type";
     if (region.vertices.size() % 3 != 0) return "has a vertex without all of x, y and z";
     if (!AreFinite(region.vertices)) return "has a vertex that is not finite";
-    if (region.pixelCount < 0) return "has a negative number of pixels";
-    if (const char* fault = GetFault(region.bands)) return fault;
-    return IsMatrix(region.covariance, region.bands.size()) ? nullptr
-                                                            : "has a matrix of a wrong size";
+    if (region.pixelCount < 0 || region.jointCount < 0) return "has a negative number of pixels";
+    const std::size_t bands = region.bands.size();
+    if (bands > static_cast<std::size_t>(kXDMFileMaxBands)) return "has too many bands";
+    for (const tagXDMFileSample& sample : region.bands) {
+        if (const char* fault = GetFault(sample)) return fault;
+    }
+    const bool hasMeans = region.jointMeans.empty() || region.jointMeans.size() == bands;
+    return hasMeans && IsMatrix(region.coMoments, bands) ? nullptr : "has a matrix of a wrong size";
 }
 
 const char* GetFault(const tagXDMFileSignature& signature, std::size_t regionCount)
 {
+    std::size_t own = 0;
     for (const long long index : signature.regions) {
-        if (index < 0 || static_cast<std::uint64_t>(index) >= regionCount) {
+        if (index == -1) {
+            ++own;
+        } else if (index < 0 || static_cast<std::uint64_t>(index) >= regionCount) {
             return "names a region that is not there";
         }
     }
-    if (const char* fault = GetFault(signature.bands)) return fault;
-    return IsMatrix(signature.covariance, signature.bands.size()) &&
-                   IsMatrix(signature.correlation, signature.bands.size())
-               ? nullptr
-               : "has a matrix of a wrong size";
+    if (own != signature.own.size()) return "names another number of regions than it holds";
+    for (const tagXDMFileRegion& region : signature.own) {
+        if (const char* fault = GetFault(region)) return fault;
+    }
+    return nullptr;
 }
 
 /// Looks at each record of a list; the first fault makes the reason.

@@ -37,13 +37,16 @@ struct tagXDMFileGCPSet
     bool operator==(const tagXDMFileGCPSet&) const = default;
 };
 
-/// Statistics of one band over the pixels of a region or a class.
+/// Numbers of one band over the pixels of a region that have a value in it.
 struct tagXDMFileSample
 {
+    long long pixelCount = 0;
     double min = kXNotSet;
     double max = kXNotSet;
     double mean = kXNotSet;
-    double stdDev = kXNotSet;
+    double squares = 0.0;           ///< sum of squared deviations from the mean
+    double histogramLow = kXNotSet; ///< bins as in tagXDMFileStatistics
+    double histogramHigh = kXNotSet;
     std::vector<long long> histogram; ///< 256 counts, or none
 
     bool operator==(const tagXDMFileSample&) const = default;
@@ -59,23 +62,24 @@ struct tagXDMFileRegion
     double nullValue = kXNotSet;
     std::vector<double> vertices; ///< x, y, z of each vertex, world
     int calculated = 0;           ///< 1 when the fields below hold
-    long long pixelCount = 0;
+    long long pixelCount = 0;     ///< of the first band, with a value or not
     std::vector<tagXDMFileSample> bands;
-    std::vector<double> covariance; ///< bands x bands, row-major, or none
+    long long jointCount = 0;       ///< pixels that have a value in every band
+    std::vector<double> jointMeans; ///< of those, [bands]
+    std::vector<double> coMoments;  ///< sums of products of deviations, bands x bands, row-major
 
     bool operator==(const tagXDMFileRegion&) const = default;
 };
 
-/// A signature: a class made of regions of the same file.
+/// A signature: a class made of regions. Its numbers follow from theirs.
 struct tagXDMFileSignature
 {
     XString name;
     XString comment;
     std::uint32_t color = 0xFFFFFF;
-    std::vector<long long> regions; ///< indices into tagXDMFileInfo::regions
-    std::vector<tagXDMFileSample> bands;
-    std::vector<double> covariance; ///< bands x bands, row-major, or none
-    std::vector<double> correlation;
+    /// In order: indices into tagXDMFileInfo::regions, or -1 for the next of `own`.
+    std::vector<long long> regions;
+    std::vector<tagXDMFileRegion> own; ///< members that are not in the list of the file
 
     bool operator==(const tagXDMFileSignature&) const = default;
 };

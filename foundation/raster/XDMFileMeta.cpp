@@ -136,11 +136,14 @@ void XfnVisit(Ar& ar, typename Ar::template Record<tagXDMFileGCPSet>& set)
 template <class Ar>
 void XfnVisit(Ar& ar, typename Ar::template Record<tagXDMFileSample>& sample)
 {
-    ar.Field(1, sample.min);
-    ar.Field(2, sample.max);
-    ar.Field(3, sample.mean);
-    ar.Field(4, sample.stdDev);
-    ar.Field(5, sample.histogram);
+    ar.Field(1, sample.pixelCount);
+    ar.Field(2, sample.min);
+    ar.Field(3, sample.max);
+    ar.Field(4, sample.mean);
+    ar.Field(5, sample.squares);
+    ar.Field(6, sample.histogramLow);
+    ar.Field(7, sample.histogramHigh);
+    ar.Field(8, sample.histogram);
 }
 
 template <class Ar>
@@ -155,7 +158,9 @@ void XfnVisit(Ar& ar, typename Ar::template Record<tagXDMFileRegion>& region)
     ar.Field(7, region.calculated);
     ar.Field(8, region.pixelCount);
     ar.List(9, region.bands);
-    ar.Field(10, region.covariance);
+    ar.Field(10, region.jointCount);
+    ar.Field(11, region.jointMeans);
+    ar.Field(12, region.coMoments);
 }
 
 template <class Ar>
@@ -165,9 +170,7 @@ void XfnVisit(Ar& ar, typename Ar::template Record<tagXDMFileSignature>& signatu
     ar.Field(2, signature.comment);
     ar.Field(3, signature.color);
     ar.Field(4, signature.regions);
-    ar.List(5, signature.bands);
-    ar.Field(6, signature.covariance);
-    ar.Field(7, signature.correlation);
+    ar.List(5, signature.own);
 }
 
 namespace {

@@ -88,6 +88,7 @@ tagXDMFileAcquisition MakeAcquisition(const XBandAcquisition& from)
     out.altitude = from.GetAltitude();
     out.sceneOrient = from.GetSceneOrient();
     out.waveLength = from.GetWaveLength();
+    out.bandWidth = from.GetBandWidth();
     out.originCorner = from.GetOriginCorner();
     out.offset = from.GetOffset();
     out.scale = from.GetScale();
@@ -109,7 +110,7 @@ int StoreObject(const std::shared_ptr<XObject>& object, tagXDMFileObject& out, X
         archive.Close();
     } catch (XException& e) {
         e.Delete();
-        reason = "The radar record " + out.className + " cannot be stored";
+        reason = "The record " + out.className + " cannot be stored";
         return 0;
     }
     out.bytes.assign(memory.GetBuffer(), memory.GetBuffer() + memory.GetLength());
@@ -238,6 +239,7 @@ void TakeAcquisition(const tagXDMFileAcquisition& record, XBandAcquisition& out)
     out.SetAltitude(record.altitude);
     out.SetSceneOrient(record.sceneOrient);
     out.SetWaveLength(record.waveLength);
+    out.SetBandWidth(record.bandWidth);
     out.SetOriginCorner(record.originCorner);
     out.SetOffset(record.offset);
     out.SetScale(record.scale);
@@ -276,6 +278,7 @@ void TakeRadar(const tagXDMFileRadar& record, XBandRadar& out)
 int XfnDescribeToXDM(const XDMBand& band, tagXDMFileBand& out, XString& reason)
 {
     out.name = band.GetBandName();
+    out.description = band.GetBandDescription();
     out.id = band.GetID();
     out.dataType = band.GetDataType();
     out.bandType = band.GetBandType();
@@ -292,7 +295,7 @@ int XfnDescribeToXDM(const XDMBand& band, tagXDMFileBand& out, XString& reason)
     return MakeRadar(band, out.radar, reason);
 }
 
-void XfnDescribeToXDM(XRSFile& file, tagXDMFileInfo& out)
+int XfnDescribeToXDM(XRSFile& file, tagXDMFileInfo& out, XString& reason)
 {
     const auto take = [&](const double* matrix, std::vector<double>& values) {
         const std::size_t n = static_cast<std::size_t>(file.GetNumOfBands());
@@ -311,18 +314,22 @@ void XfnDescribeToXDM(XRSFile& file, tagXDMFileInfo& out)
         const tagGCPSets& from = *file.GetGCPSetAt(i);
         tagXDMFileGCPSet set;
         set.name = from.name;
+        set.description = from.description;
         set.coordType = from.sr.GetCoordType();
         set.wkt = GetWkt(from.sr);
         for (const tagXGCP& p : from.points)
-            set.points.push_back({p.id, p.pixelX, p.pixelY, p.worldX, p.worldY, p.worldZ, 1});
+            set.points.push_back({p.id, p.pixelX, p.pixelY, p.worldX, p.worldY, p.worldZ, p.use});
         out.gcpSets.push_back(std::move(set));
     }
+    XfnDescribeRegionsToXDM(file, out);
+    return StoreObject(file.GetRadarScene(), out.radarScene, reason);
 }
 
 XString XfnDescribeFromXDM(const tagXDMFileBand& record, int useStatistics, XDMBand& band)
 {
     XString notes;
     band.SetBandName(record.name);
+    band.SetBandDescription(record.description);
     band.SetID(record.id);
     band.SetBandType(record.bandType);
     band.SetColorInterpretation(record.colorInterpretation);
@@ -357,12 +364,16 @@ void XfnDescribeFromXDM(const tagXDMFileInfo& info, XRSFile& file)
         auto set = std::make_unique<tagGCPSets>();
         XString notes;
         set->name = record.name;
+        set->description = record.description;
         TakeWkt(record.wkt, record.coordType, set->sr, notes);
         for (const tagXDMFileGCP& p : record.points)
-            if (p.use) set->points.push_back({p.name, p.imageX, p.imageY, p.refX, p.refY, p.refZ});
+            set->points.push_back({p.name, p.imageX, p.imageY, p.refX, p.refY, p.refZ, p.use != 0});
         file.AddGCPSet(set.release());
         if (!notes.IsEmpty())
             file.AddNote(XfnFormat("\"%s\": control points %s: %s", file.GetFilePath(), record.name,
                                    notes.Trim()));
     }
+    XString notes = XfnDescribeRegionsFromXDM(info, file);
+    if (!notes.IsEmpty()) file.AddNote(XfnFormat("\"%s\": %s", file.GetFilePath(), notes.Trim()));
+    file.SetRadarScene(LoadObject(info.radarScene));
 }

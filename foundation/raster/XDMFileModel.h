@@ -11,11 +11,16 @@ class XRSFile;
 /// @return 0 with a sentence without its full stop in `reason`, for a radar record that cannot
 ///         store itself
 int XfnDescribeToXDM(const XDMBand& band, tagXDMFileBand& out, XString& reason);
-/// What the records of the file hold apart from its bands.
-void XfnDescribeToXDM(XRSFile& file, tagXDMFileInfo& out);
+/// The same for what the file holds apart from its bands.
+int XfnDescribeToXDM(XRSFile& file, tagXDMFileInfo& out, XString& reason);
 
 /// Gives all that `record` says to `band`, whose layout stands.
 /// @return a sentence for what makes no sense and was left out; empty for nothing
 XString XfnDescribeFromXDM(const tagXDMFileBand& record, int useStatistics, XDMBand& band);
 /// The rest, into a file that has its bands.
 void XfnDescribeFromXDM(const tagXDMFileInfo& info, XRSFile& file);
+
+/// The part of both that is regions and signatures.
+void XfnDescribeRegionsToXDM(const XRSFile& file, tagXDMFileInfo& out);
+/// @return as above
+XString XfnDescribeRegionsFromXDM(const tagXDMFileInfo& info, XRSFile& file);

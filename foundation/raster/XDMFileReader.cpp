@@ -1,6 +1,7 @@
 #include "foundation/raster/XDMFileReader.h"
 
 #include "foundation/base/XFile.h"
+#include "foundation/platform/XFileMap.h"
 #include "foundation/raster/XDMFileCatalogue.h"
 #include "foundation/raster/XDMFileChecksum.h"
 #include "foundation/raster/XDMFileTile.h"
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <utility>
 
 struct XDMFileReader::tagState
 {
@@ -15,9 +17,23 @@ struct XDMFileReader::tagState
     XString name;
     tagXDMFileInfo info;
     XDMFileCatalogue catalogue;
+    std::shared_ptr<const XFileMap> map; // null when the file cannot be mapped
+    mutable std::atomic<int> isCut{0};
+
+    bool IsLost() const { return isCut.load(std::memory_order_relaxed) || (map && map->IsLost()); }
+    int Fail(const XString& what, XString& message) const
+    {
+        message = what + ": " + name + ".";
+        return 0;
+    }
+    /// Null with a sentence when there is no such tile or its table cannot be had.
+    const tagXDMFileTileEntry* FindTile(int band, int level, int tx, int ty,
+                                        tagXDMFileTileShape& shape, XString& message) const;
 };
 
 namespace {
+
+constexpr const char* kLost = "The file became shorter while it was read";
 
 /// Bytes of a compressed tile on their way; kept a thread unless a giant passed.
 unsigned char* GetPayloadBuffer(std::size_t count)
@@ -63,6 +79,9 @@ int XDMFileReader::Open(std::unique_ptr<XFile> file, const XString& name, XStrin
     XString reason;
     try {
         if (state->catalogue.Read(*state->file, state->info, reason)) {
+            if (std::in_range<std::ptrdiff_t>(state->catalogue.GetFileBytes()))
+                state->map = XFileMap::Map(
+                    *state->file, static_cast<std::size_t>(state->catalogue.GetFileBytes()));
             m_state = std::move(state);
             return 1;
         }
@@ -119,6 +138,23 @@ std::size_t XDMFileReader::GetTileBytes(int band, int level, int tx, int ty) con
     return found ? GetShape(m_state->info, *found, band, tx, ty).GetBytes() : 0;
 }
 
+const tagXDMFileTileEntry* XDMFileReader::tagState::FindTile(int band, int level, int tx, int ty,
+                                                             tagXDMFileTileShape& shape,
+                                                             XString& message) const
+{
+    const tagXDMFileLevel* found = FindLevel(info, band, level, tx, ty);
+    if (!found) {
+        Fail(NameTile(band, level, tx, ty) + " does not exist", message);
+        return nullptr;
+    }
+    shape = GetShape(info, *found, band, tx, ty);
+    XString reason = kLost;
+    const tagXDMFileTileEntry* entry =
+        IsLost() ? nullptr : catalogue.GetTile(*file, info, band, level, tx, ty, reason);
+    if (!entry) Fail(reason, message);
+    return entry;
+}
+
 int XDMFileReader::ReadTile(int band, int level, int tx, int ty, void* out, std::size_t size,
                             XString& message) const
 {
@@ -126,20 +162,13 @@ int XDMFileReader::ReadTile(int band, int level, int tx, int ty, void* out, std:
         message = "No file is open.";
         return 0;
     }
-    const auto fail = [&](const XString& what) {
-        message = what + ": " + m_state->name + ".";
-        return 0;
-    };
-    const tagXDMFileLevel* found = FindLevel(m_state->info, band, level, tx, ty);
-    if (!found) return fail(NameTile(band, level, tx, ty) + " does not exist");
-    const tagXDMFileTileShape shape = GetShape(m_state->info, *found, band, tx, ty);
+    const auto fail = [&](const XString& what) { return m_state->Fail(what, message); };
+    tagXDMFileTileShape shape;
+    const tagXDMFileTileEntry* entry = m_state->FindTile(band, level, tx, ty, shape, message);
+    if (!entry) return 0;
     if (size != shape.GetBytes() || !out) {
         return fail(NameTile(band, level, tx, ty) + " does not fit the memory given for it");
     }
-    XString reason;
-    const tagXDMFileTileEntry* entry =
-        m_state->catalogue.GetTile(*m_state->file, m_state->info, band, level, tx, ty, reason);
-    if (!entry) return fail(reason);
 
     const XDMFileEncoding encoding = static_cast<XDMFileEncoding>(entry->encoding);
     if (entry->bytes == 0) {
@@ -150,8 +179,9 @@ int XDMFileReader::ReadTile(int band, int level, int tx, int ty, void* out, std:
     const bool isPlain = encoding == XDMFileEncoding::Plain;
     void* payload = isPlain ? out : GetPayloadBuffer(entry->bytes);
     if (!payload) return fail("There is not enough memory to read a tile");
+    XString reason;
     if (!XfnReadXDMFileBytes(*m_state->file, entry->offset, payload, entry->bytes, reason)) {
-        return fail(reason);
+        return IsIntact(message) ? fail(reason) : 0;
     }
     if (!XfnIsXDMFileChecksum(entry->checksum, payload, entry->bytes)) {
         return fail(NameTile(band, level, tx, ty) + " is damaged");
@@ -161,6 +191,61 @@ int XDMFileReader::ReadTile(int band, int level, int tx, int ty, void* out, std:
         return fail(NameTile(band, level, tx, ty) + " cannot be decompressed");
     }
     return 1;
+}
+
+int XDMFileReader::ViewTile(int band, int level, int tx, int ty, tagXDMFileView& view,
+                            XString& message) const
+{
+    view = {};
+    if (!m_state) {
+        message = "No file is open.";
+        return 0;
+    }
+    tagXDMFileTileShape shape;
+    const tagXDMFileTileEntry* entry = m_state->FindTile(band, level, tx, ty, shape, message);
+    if (!entry) return 0;
+    const XDMFileCatalogue& catalogue = m_state->catalogue;
+    if (!m_state->map || entry->bytes == 0 ||
+        static_cast<XDMFileEncoding>(entry->encoding) != XDMFileEncoding::Plain)
+        return 1;
+    const std::size_t offset = static_cast<std::size_t>(entry->offset);
+    const unsigned char* samples = m_state->map->GetData() + offset;
+    if (!catalogue.IsVerified(m_state->info, band, level, tx, ty)) {
+        m_state->map->Prefetch(offset, entry->bytes);
+        const bool isGood = XfnIsXDMFileChecksum(entry->checksum, samples, entry->bytes);
+        if (!IsIntact(message)) return 0;
+        if (!isGood) return m_state->Fail(NameTile(band, level, tx, ty) + " is damaged", message);
+        catalogue.MarkVerified(m_state->info, band, level, tx, ty);
+    }
+    view.samples = samples;
+    view.map = m_state->map;
+    return 1;
+}
+
+int XDMFileReader::IsViewReady(int band, int level, int tx, int ty) const
+{
+    return m_state && m_state->map && FindLevel(m_state->info, band, level, tx, ty) &&
+           m_state->catalogue.IsVerified(m_state->info, band, level, tx, ty);
+}
+
+int XDMFileReader::IsIntact(XString& message) const
+{
+    if (!m_state) {
+        message = "No file is open.";
+        return 0;
+    }
+    bool isWhole = !m_state->IsLost();
+    try {
+        isWhole = isWhole && static_cast<std::uint64_t>(
+                                 std::max<std::int64_t>(m_state->file->GetLength(), 0)) >=
+                                 m_state->catalogue.GetFileBytes();
+    } catch (XFileException& e) {
+        e.Delete();
+        isWhole = false;
+    }
+    if (isWhole) return 1;
+    m_state->isCut.store(1, std::memory_order_relaxed);
+    return m_state->Fail(kLost, message);
 }
 
 int XDMFileReader::IsTileEmpty(int band, int level, int tx, int ty, XString& message) const

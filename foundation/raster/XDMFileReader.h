@@ -6,6 +6,14 @@
 #include <memory>
 
 class XFile;
+class XFileMap;
+
+/// Samples of a tile where they lie in the mapped file.
+struct tagXDMFileView
+{
+    const unsigned char* samples = nullptr; ///< null: there is no view
+    std::shared_ptr<const XFileMap> map;    ///< keeps them
+};
 
 /// Reads a native raster file (.xdm): its records and, tile by tile, its pixels.
 ///
@@ -13,10 +21,11 @@ class XFile;
 /// used, and every tile against its checksum, so a damaged or hostile file gives a sentence.
 /// Memory: the records, and the tile table of each level that was touched; both are small
 /// multiples of bytes that are in the file. Decoding needs at most two tiles more.
-/// Bytes come by positioned reads and not through a mapping: nothing keeps another process from
-/// cutting a file under a mapping, and the fault would end this one. A plain tile is read straight
-/// into the caller's memory: from a warm page cache that takes the time of two memory copies, one
-/// of them for the checksum (about 0.4 ms for a screen of 8-bit pixels).
+/// The file is mapped, and a plain tile is handed out where it lies (ViewTile). Its checksum is
+/// verified once as long as the file is open, since a look at every byte costs as much as a copy.
+/// What is parsed or unpacked comes by positioned reads: another process could change it between
+/// check and use. A file that cannot be mapped gives no views and is read.
+/// A file that becomes shorter while it is open gives a sentence from then on, never a fault.
 /// Threads: Open in one; then every const operation from any thread at the same time.
 ///
 ///     XDMFileReader file;
@@ -51,6 +60,17 @@ public:
     /// @return 0 with a sentence in `message`; the memory at `out` then holds anything.
     int ReadTile(int band, int level, int tx, int ty, void* out, std::size_t size,
                  XString& message) const;
+
+    /// The samples of a tile as ReadTile gives them, without a copy.
+    /// @param view  has null samples when the tile must be read: it is packed or empty, or the file
+    ///              is not mapped. What was made of the samples counts when IsIntact says so after.
+    /// @return 0 with a sentence in `message`.
+    int ViewTile(int band, int level, int tx, int ty, tagXDMFileView& view, XString& message) const;
+    /// 1 when ViewTile has nothing to read: there is a view, and it was verified.
+    int IsViewReady(int band, int level, int tx, int ty) const;
+    /// 1 while the file has the length it was opened with. Asks the system.
+    /// @return 0 with a sentence in `message`, then for good.
+    int IsIntact(XString& message) const;
 
     /// 1 when the tile takes no bytes, being the null value (or 0 in a band without one) all over;
     /// -1 with a sentence when that cannot be told.

@@ -114,8 +114,9 @@ int XSaveJob::Describe(XDMCompression compression, tagXDMFileInfo& info, XString
         record.levels = XDMBandXDM::MakeFileLevels(band.GetXSize(), band.GetYSize());
         info.bands.push_back(std::move(record));
     }
-    XfnDescribeToXDM(m_file, info);
-    return 1;
+    if (XfnDescribeToXDM(m_file, info, reason)) return 1;
+    error = XfnFormat("The file cannot be written: %s.", reason);
+    return 0;
 }
 
 void XSaveJob::MakeGroups(const tagXDMFileInfo& info)
@@ -297,6 +298,8 @@ int XSaveJob::Run(const XString& path, XDMCompression compression, XString& erro
     for (const tagBandGroup& group : m_groups)
         for (std::size_t level = 0; level < group.levels.size(); ++level)
             if (!WriteLevel(group, static_cast<int>(level), error)) return 0;
+    for (int band = 0; band < m_file.GetNumOfBands(); ++band)
+        if (!m_file.GetBandAt(band)->IsIntact(error)) return 0;
     return m_writer.Commit(error);
 }
 

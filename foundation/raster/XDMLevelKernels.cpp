@@ -29,80 +29,90 @@ T ToSample(double mean)
     }
 }
 
-template <class T>
-void AverageReal(const T* finer, double nullValue, const tagXLevelAxis& x, const tagXLevelAxis& y,
-                 T* out)
+/// Samples of one or two parts, and which of them have no data.
+template <class T, int kParts>
+struct tagSource
 {
+    T null = T();
     bool hasNull = false;
-    const T null = XfnNullSample<T>(nullValue, hasNull);
-    const std::size_t stride = static_cast<std::size_t>(x.end - x.begin);
-    const std::size_t width = x.first.size();
-    for (std::size_t j = 0; j < y.first.size(); ++j) {
-        const T* top = finer + stride * static_cast<std::size_t>(y.first[j]);
-        for (std::size_t i = 0; i < width; ++i) {
-            const T* corner = top + x.first[i];
-            double sum = 0.0;
-            double share = 0.0;
-            T valid = T();
-            for (int r = 0; r < y.count[j]; ++r) {
-                const T* row = corner + stride * static_cast<std::size_t>(r);
-                for (int c = 0; c < x.count[i]; ++c) {
-                    const T v = row[c];
-                    if ((hasNull && v == null) || !IsNumber(v)) continue;
-                    const double w = y.weight[3 * j + static_cast<std::size_t>(r)] *
-                                     x.weight[3 * i + static_cast<std::size_t>(c)];
-                    sum += w * static_cast<double>(v);
-                    share += w;
-                    valid = v;
-                }
-            }
-            if (share > 0.0) {
-                const double mean = sum / share;
-                const T sample = std::isfinite(mean) ? ToSample<T>(mean) : valid;
-                out[i] = (hasNull && sample == null) || !IsNumber(sample) ? valid : sample;
-            } else {
-                out[i] = corner[stride * static_cast<std::size_t>(y.count[j] / 2) +
-                                static_cast<std::size_t>(x.count[i] / 2)];
-            }
-        }
-        out += width;
+    std::size_t stride = 0; // parts a row
+
+    bool IsValid(const T* v) const
+    {
+        if constexpr (kParts == 1)
+            return !(hasNull && v[0] == null) && IsNumber(v[0]);
+        else
+            return !(hasNull && v[0] == null && v[1] == T(0)) && IsNumber(v[0]) && IsNumber(v[1]);
     }
+};
+
+/// The area of one sample of a level.
+template <class T>
+struct tagArea
+{
+    const T* corner;
+    const double* across; // shares
+    const double* down;
+    int columns;
+    int rows;
+};
+
+/// The sample with the largest share of those with data, which is the nearest to the middle of the
+/// area; the one in the middle where there is none.
+template <class T, int kParts>
+const T* FindNearest(const tagSource<T, kParts>& source, const tagArea<T>& area)
+{
+    const T* nearest = area.corner + source.stride * static_cast<std::size_t>(area.rows / 2) +
+                       kParts * static_cast<std::size_t>(area.columns / 2);
+    double largest =
+        source.IsValid(nearest) ? area.down[area.rows / 2] * area.across[area.columns / 2] : 0.0;
+    for (int r = 0; r < area.rows; ++r) {
+        for (int c = 0; c < area.columns; ++c) {
+            const T* v = area.corner + source.stride * static_cast<std::size_t>(r) +
+                         kParts * static_cast<std::size_t>(c);
+            const double share = area.down[r] * area.across[c];
+            if (!source.IsValid(v) || !(share > largest)) continue;
+            nearest = v;
+            largest = share;
+        }
+    }
+    return nearest;
 }
 
-template <class T>
-void AverageComplex(const T* finer, const tagXLevelAxis& x, const tagXLevelAxis& y, T* out)
+template <class T, int kParts>
+void Average(const T* finer, double nullValue, const tagXLevelAxis& x, const tagXLevelAxis& y,
+             T* out)
 {
-    const std::size_t stride = 2 * static_cast<std::size_t>(x.end - x.begin);
+    tagSource<T, kParts> source;
+    source.null = XfnNullSample<T>(nullValue, source.hasNull);
+    source.stride = kParts * static_cast<std::size_t>(x.end - x.begin);
     const std::size_t width = x.first.size();
     for (std::size_t j = 0; j < y.first.size(); ++j) {
-        const T* top = finer + stride * static_cast<std::size_t>(y.first[j]);
-        for (std::size_t i = 0; i < width; ++i) {
-            const T* corner = top + 2 * static_cast<std::size_t>(x.first[i]);
-            double re = 0.0;
-            double im = 0.0;
+        const T* top = finer + source.stride * static_cast<std::size_t>(y.first[j]);
+        for (std::size_t i = 0; i < width; ++i, out += kParts) {
+            const tagArea<T> area = {top + kParts * static_cast<std::size_t>(x.first[i]),
+                                     &x.weight[3 * i], &y.weight[3 * j], x.count[i], y.count[j]};
+            double sums[kParts] = {};
             double share = 0.0;
-            const T* valid = nullptr;
-            for (int r = 0; r < y.count[j]; ++r) {
-                const T* row = corner + stride * static_cast<std::size_t>(r);
-                for (int c = 0; c < x.count[i]; ++c) {
-                    const T* v = row + 2 * c;
-                    if (!IsNumber(v[0]) || !IsNumber(v[1])) continue;
-                    const double w = y.weight[3 * j + static_cast<std::size_t>(r)] *
-                                     x.weight[3 * i + static_cast<std::size_t>(c)];
-                    re += w * static_cast<double>(v[0]);
-                    im += w * static_cast<double>(v[1]);
+            for (int r = 0; r < area.rows; ++r) {
+                const T* v = area.corner + source.stride * static_cast<std::size_t>(r);
+                for (int c = 0; c < area.columns; ++c, v += kParts) {
+                    if (!source.IsValid(v)) continue;
+                    const double w = area.down[r] * area.across[c];
+                    for (int part = 0; part < kParts; ++part)
+                        sums[part] += w * static_cast<double>(v[part]);
                     share += w;
-                    valid = v;
                 }
             }
-            if (!valid)
-                valid = corner + stride * static_cast<std::size_t>(y.count[j] / 2) +
-                        2 * static_cast<std::size_t>(x.count[i] / 2);
-            const bool isMean = share > 0.0 && std::isfinite(re) && std::isfinite(im);
-            out[2 * i] = isMean ? ToSample<T>(re / share) : valid[0];
-            out[2 * i + 1] = isMean ? ToSample<T>(im / share) : valid[1];
+            bool isMean = share > 0.0;
+            for (int part = 0; part < kParts; ++part) {
+                const double mean = sums[part] / share;
+                isMean &= std::isfinite(mean);
+                out[part] = isMean ? ToSample<T>(mean) : T();
+            }
+            if (isMean && source.IsValid(out)) continue;
+            std::copy_n(FindNearest(source, area), kParts, out);
         }
-        out += 2 * width;
     }
 }
 
@@ -138,9 +148,9 @@ void XfnAverageLevel(const void* finer, int dataType, double nullValue, const ta
 {
     XfnDispatchRealType<int>(XfnGetPartType(dataType), [&]<class T>(const T*) {
         if (XfnIsComplexType(dataType))
-            AverageComplex(static_cast<const T*>(finer), x, y, static_cast<T*>(out));
+            Average<T, 2>(static_cast<const T*>(finer), nullValue, x, y, static_cast<T*>(out));
         else
-            AverageReal(static_cast<const T*>(finer), nullValue, x, y, static_cast<T*>(out));
+            Average<T, 1>(static_cast<const T*>(finer), nullValue, x, y, static_cast<T*>(out));
         return 1;
     });
 }

@@ -21,9 +21,9 @@ tagXLevelAxis XfnMakeLevelAxis(int from, int to, int size, int finerSize);
 
 /// The weighted mean of the valid samples that each sample covers. Null values, NaN and what is not
 /// below the sentinels are not valid; where nothing is, the sample in the middle stands, and a mean
-/// that is not finite or equals the null value is replaced by a valid sample.
+/// that is not finite or equals the null value gives way to the valid sample nearest to the middle.
 /// @param finer  samples of the window [x.begin, x.end) x [y.begin, y.end), rows without gaps
 /// @param out    x.first.size() x y.first.size() samples, rows without gaps
-/// @param nullValue  of real data; complex data knows none
+/// @param nullValue  of complex data that of the real part, with an imaginary part of 0
 void XfnAverageLevel(const void* finer, int dataType, double nullValue, const tagXLevelAxis& x,
                      const tagXLevelAxis& y, void* out);

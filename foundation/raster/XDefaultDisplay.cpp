@@ -3,6 +3,7 @@
 #include "foundation/raster/XDMBand.h"
 #include "foundation/raster/XDMComposite.h"
 #include "foundation/raster/XGaussianRange.h"
+#include "foundation/raster/XNullSample.h"
 #include "foundation/raster/XRSFile.h"
 #include "foundation/raster/XRasterTypes.h"
 #include "foundation/raster/XStretchLUT.h"
@@ -35,12 +36,13 @@ std::vector<double> ReadSample(XDMBand& band)
     const std::size_t size = static_cast<std::size_t>(XfnGetDataTypeSize(block->dataType));
     const std::size_t count =
         static_cast<std::size_t>(block->width) * static_cast<std::size_t>(block->height);
+    const double null = XfnNullNumber(band.GetNullValue(), block->dataType);
     values.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
         double re = 0.0, im = 0.0;
         XfnReadComplexSample(block->base + i * size, block->dataType, re, im);
         const double value = XfnIsComplexType(block->dataType) ? std::hypot(re, im) : re;
-        if (XfnIsSet(value) && value != band.GetNullValue()) values.push_back(value);
+        if (XfnIsSet(value) && !(re == null && im == 0.0)) values.push_back(value);
     }
     return values;
 }

@@ -46,7 +46,7 @@ int XDrawAhead::IsCached(int cell) const
         int tx = 0, ty = 0;
         if (!m_grid.GetTileOf(cell, ch, tx, ty)) continue;
         const tagXDrawChannel& channel = m_job.channels[ch];
-        if (!channel.band->FindTile(channel.level, tx, ty)) return 0;
+        if (!channel.band->IsTileAtHand(channel.level, tx, ty)) return 0;
     }
     return 1;
 }

@@ -171,6 +171,7 @@ void XDrawCells::DrawCell(tagXDrawSpan columns, tagXDrawSpan rows)
     const int n = static_cast<int>(columns.end - columns.begin);
     const bool isShort = m_job.shortcut != XDrawShortcut::None && m_grid.IsShared();
     for (std::size_t row = rows.begin; row < rows.end; ++row) {
+        if (row % 16 == 0 && m_job.IsAborted()) return; // a coarse cell may fill the screen
         std::uint32_t* surface = m_job.bits +
                                  (static_cast<std::size_t>(m_job.y0) + row) * m_job.stride +
                                  static_cast<std::size_t>(m_job.x0) + columns.begin;

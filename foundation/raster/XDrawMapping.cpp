@@ -1,5 +1,7 @@
 #include "foundation/raster/XDrawMapping.h"
 
+#include "foundation/raster/XReferenceWarp.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -34,9 +36,9 @@ int IsPlainSurface(const XBufferMapping& surface)
 
 } // namespace
 
-void XDrawMapping::Set(const XBufferMapping& surface, const XWarp2D& worldToBand,
-                       const XWarp2D& bandToWorld, int bandWidth, int bandHeight, int levelWidth,
-                       int levelHeight)
+void XDrawMapping::Set(const XBufferMapping& surface, const XChannelWarp& worldToBand,
+                       const XChannelWarp& bandToWorld, int bandWidth, int bandHeight,
+                       int levelWidth, int levelHeight)
 {
     m_kind = Kind::None;
     m_bandStep = 0.0;
@@ -49,9 +51,12 @@ void XDrawMapping::Set(const XBufferMapping& surface, const XWarp2D& worldToBand
     m_middleY = surface.GetHeight() * 0.5;
     if (!IsAffineSurface(surface) || !worldToBand.IsAffine()) {
         if (!bandToWorld.IsValid()) return;
-        if (!XfnCalcWarpedBox(bandToWorld, -1.0, -1.0, bandWidth, bandHeight, m_worldBox)) return;
+        if (worldToBand.GetPlaced())
+            std::copy_n(worldToBand.GetPlaced()->GetBox().begin(), 4, m_worldBox);
+        else if (!XfnCalcWarpedBox(bandToWorld, -1.0, -1.0, bandWidth, bandHeight, m_worldBox))
+            return;
         m_kind = Kind::General;
-        CalcBandStep();
+        CalcBandStep(bandToWorld, bandWidth, bandHeight);
         return;
     }
 
@@ -158,48 +163,70 @@ void XDrawMapping::GetGeneral(int x, int y, int n, double* levelX, double* level
     }
 }
 
-/// The finest step at the middle and towards the corners of the surface.
-void XDrawMapping::CalcBandStep()
+/// The finest step at places spread over the surface and at places spread over the band that the
+/// surface shows: of a small picture on a large surface only the latter are sure to be met.
+void XDrawMapping::CalcBandStep(const XChannelWarp& bandToWorld, int bandWidth, int bandHeight)
 {
     double finest = 0.0;
+    const auto look = [&](double x, double y) {
+        double p[6];
+        GetExact(x, y, p[0], p[1]);
+        GetExact(x + 1.0, y, p[2], p[3]);
+        GetExact(x, y + 1.0, p[4], p[5]);
+        const double step =
+            std::min(std::hypot((p[2] - p[0]) / m_scaleX, (p[3] - p[1]) / m_scaleY),
+                     std::hypot((p[4] - p[0]) / m_scaleX, (p[5] - p[1]) / m_scaleY));
+        if (step > 0.0 && (finest == 0.0 || step < finest)) finest = step;
+    };
     for (const double partX : {0.1, 0.5, 0.9}) {
         for (const double partY : {0.1, 0.5, 0.9}) {
-            const double x = 2.0 * m_middleX * partX;
-            const double y = 2.0 * m_middleY * partY;
-            double p[6];
-            GetExact(x, y, p[0], p[1]);
-            GetExact(x + 1.0, y, p[2], p[3]);
-            GetExact(x, y + 1.0, p[4], p[5]);
-            const double step =
-                std::min(std::hypot((p[2] - p[0]) / m_scaleX, (p[3] - p[1]) / m_scaleY),
-                         std::hypot((p[4] - p[0]) / m_scaleX, (p[5] - p[1]) / m_scaleY));
-            if (step > 0.0 && (finest == 0.0 || step < finest)) finest = step;
+            look(2.0 * m_middleX * partX, 2.0 * m_middleY * partY);
+            double x = (bandWidth - 1) * partX;
+            double y = (bandHeight - 1) * partY;
+            bandToWorld.Warp(x, y);
+            m_surface.ConvWorldToPixelCoord(x, y);
+            if (x >= 0.0 && y >= 0.0 && x <= 2.0 * m_middleX && y <= 2.0 * m_middleY) look(x, y);
         }
     }
     m_bandStep = finest;
 }
 
-int XfnCalcWarpedBox(const XWarp2D& warp, double x0, double y0, double x1, double y1,
+namespace {
+
+/// Widens a box by what a warp makes of a point. 0 when that is not finite.
+int AddWarped(const XChannelWarp& warp, double x, double y, double (&box)[4])
+{
+    warp.Warp(x, y);
+    if (!std::isfinite(x) || !std::isfinite(y)) return 0;
+    box[0] = std::min(box[0], x);
+    box[1] = std::max(box[1], x);
+    box[2] = std::min(box[2], y);
+    box[3] = std::max(box[3], y);
+    return 1;
+}
+
+} // namespace
+
+int XfnCalcWarpedBox(const XChannelWarp& warp, double x0, double y0, double x1, double y1,
                      double (&box)[4])
 {
     constexpr int kSteps = 32;
     constexpr double kFar = std::numeric_limits<double>::infinity();
     double found[4] = {kFar, -kFar, kFar, -kFar};
+    // the far ends are taken as they are, not computed
+    const auto atX = [&](int i) { return i == kSteps ? x1 : x0 + (x1 - x0) * i / kSteps; };
+    const auto atY = [&](int i) { return i == kSteps ? y1 : y0 + (y1 - y0) * i / kSteps; };
     for (int i = 0; i <= kSteps; ++i) {
-        // the far end is taken as it is, not computed
-        const double alongX = i == kSteps ? x1 : x0 + (x1 - x0) * i / kSteps;
-        const double alongY = i == kSteps ? y1 : y0 + (y1 - y0) * i / kSteps;
-        const double border[4][2] = {{alongX, y0}, {alongX, y1}, {x0, alongY}, {x1, alongY}};
-        for (const auto& point : border) {
-            double x = point[0], y = point[1];
-            warp.Warp(x, y);
-            if (!std::isfinite(x) || !std::isfinite(y)) return 0;
-            found[0] = std::min(found[0], x);
-            found[1] = std::max(found[1], x);
-            found[2] = std::min(found[2], y);
-            found[3] = std::max(found[3], y);
+        if (warp.GetPlaced()) {
+            for (int j = 0; j <= kSteps; ++j)
+                AddWarped(warp, atX(i), atY(j), found);
+            continue;
         }
+        const double border[4][2] = {{atX(i), y0}, {atX(i), y1}, {x0, atY(i)}, {x1, atY(i)}};
+        for (const auto& point : border)
+            if (!AddWarped(warp, point[0], point[1], found)) return 0;
     }
+    if (!(found[0] <= found[1])) return 0;
     std::copy(std::begin(found), std::end(found), std::begin(box));
     return 1;
 }

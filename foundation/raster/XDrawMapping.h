@@ -1,7 +1,7 @@
 #pragma once
 
 #include "foundation/base/XApi.h"
-#include "foundation/base/XWarp2D.h"
+#include "foundation/raster/XChannelWarp.h"
 #include "foundation/surface/XBufferMapping.h"
 
 #include <vector>
@@ -28,8 +28,9 @@ public:
     /// @param bandToWorld    its inverse; only its extent over the band is used
     /// @param bandWidth, bandHeight    full resolution
     /// @param levelWidth, levelHeight  of the level
-    void Set(const XBufferMapping& surface, const XWarp2D& worldToBand, const XWarp2D& bandToWorld,
-             int bandWidth, int bandHeight, int levelWidth, int levelHeight);
+    void Set(const XBufferMapping& surface, const XChannelWarp& worldToBand,
+             const XChannelWarp& bandToWorld, int bandWidth, int bandHeight, int levelWidth,
+             int levelHeight);
 
     Kind GetKind() const { return m_kind; }
 
@@ -47,11 +48,11 @@ public:
 private:
     void GetExact(double x, double y, double& levelX, double& levelY) const;
     void GetGeneral(int x, int y, int n, double* levelX, double* levelY) const;
-    void CalcBandStep();
+    void CalcBandStep(const XChannelWarp& bandToWorld, int bandWidth, int bandHeight);
 
     Kind m_kind = Kind::None;
     XBufferMapping m_surface;
-    XWarp2D m_worldToBand;
+    XChannelWarp m_worldToBand;
     double m_scaleX = 1.0; // level pixels a band pixel
     double m_scaleY = 1.0;
     double m_middleX = 0.0; // of the surface, in pixels
@@ -65,8 +66,11 @@ private:
 
 /// The box around what a warp makes of the rectangle from (x0, y0) to (x1, y1): left, right,
 /// bottom, top. Its border is followed in 32 steps a side, enough for the polynomials of order 3.
-/// @return 0 when a point is not finite; then the box is untouched
-XAPI int XfnCalcWarpedBox(const XWarp2D& warp, double x0, double y0, double x1, double y1,
+/// A warp held to the exact way is asked over the whole rectangle, a pole may lie inside, and points
+/// without a place are left out.
+/// @return 0 when a point of a polynomial is not finite, or none has a place; then the box is
+///         untouched
+XAPI int XfnCalcWarpedBox(const XChannelWarp& warp, double x0, double y0, double x1, double y1,
                           double (&box)[4]);
 
 /// The inverse of a warp over the pixels of a band. Affine warps are inverted exactly; others by a

@@ -43,12 +43,16 @@ void ComplexRow(const void* src, const int* index, int n, const tagXDrawCut& cut
                 std::uint16_t* __restrict states)
 {
     const T* __restrict in = static_cast<const T*>(src);
-    const tagXCut<R> own = CutOf<R>(cut);
+    constexpr R kNone = std::numeric_limits<R>::quiet_NaN();
+    tagXCut<R> own = CutOf<R>(cut);
+    const R null = own.null; // of the real part, the imaginary one being 0
+    own.null = kNone;
     for (int i = 0; i < n; ++i) {
         const std::size_t at = 2 * static_cast<std::size_t>(kIndexed ? index[i] : i);
         const R re = static_cast<R>(in[at]);
         const R im = static_cast<R>(in[at + 1]);
-        states[i] = StateOf<R>(std::sqrt(re * re + im * im), own);
+        const R value = std::sqrt(re * re + im * im);
+        states[i] = StateOf<R>((re == null) & (im == R(0)) ? kNone : value, own);
     }
 }
 
@@ -134,7 +138,7 @@ void LoadComplexRow(const void* src, int n, const tagXDrawCut& cut, void* reals)
         const R re = static_cast<R>(in[2 * static_cast<std::size_t>(i)]);
         const R im = static_cast<R>(in[2 * static_cast<std::size_t>(i) + 1]);
         const R value = std::sqrt(re * re + im * im);
-        out[i] = value == null ? kNone : value;
+        out[i] = (re == null) & (im == R(0)) ? kNone : value;
     }
 }
 

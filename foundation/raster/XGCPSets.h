@@ -9,6 +9,7 @@
 struct tagGCPSets
 {
     XString name;
+    XString description;
     XSpatialReference sr;
     std::vector<tagXGCP> points;
 };

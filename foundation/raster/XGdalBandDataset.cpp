@@ -255,12 +255,12 @@ void XGdalBandDataset::Describe(XRSFile& file)
 
 void XGdalBandDataset::TakePoints(const std::vector<tagXGCP>& points)
 {
-    for (const tagXGCP& p : points)
-        m_names.push_back(p.id);
-    for (std::size_t i = 0; i < points.size(); ++i) {
-        const tagXGCP& p = points[i];
+    m_names.reserve(points.size()); // the records point into it
+    for (const tagXGCP& p : points) {
+        if (!p.use) continue; // the formats have no mark for it
         GDAL_GCP out = {};
-        out.pszId = const_cast<char*>(m_names[i].GetString()); // only read
+        m_names.push_back(p.id);
+        out.pszId = const_cast<char*>(m_names.back().GetString()); // only read
         out.pszInfo = const_cast<char*>("");
         out.dfGCPPixel = p.pixelX + 0.5;
         out.dfGCPLine = p.pixelY + 0.5;

@@ -3,6 +3,7 @@
 #include "foundation/base/XNumber.h"
 #include "foundation/raster/XGdalTileReader.h"
 #include "foundation/raster/XRasterTypes.h"
+#include "foundation/raster/XSidecarStatistics.h"
 
 #include <gdal_priv.h>
 #include <gdal_rat.h>
@@ -215,6 +216,19 @@ int XfnReadGdalStatistics(GDALRasterBand* band, tagXBandStatistics& statistics)
         return 1;
     });
     if (read.min < low || read.max > high) return 0;
+    // theirs are of the real parts, ours of the magnitudes
+    if (XfnIsComplexType(XfnFromGdalBand(band))) return 0;
+    int bins = 0;
+    double first = 0.0;
+    double last = 0.0;
+    GUIntBig* counts = nullptr;
+    if (band->GetDefaultHistogram(&first, &last, &bins, &counts, FALSE, nullptr, nullptr) ==
+            CE_None &&
+        counts) {
+        const std::vector<long long> own(counts, counts + bins);
+        XfnTakeHistogram(first, last, own.data(), bins, read);
+    }
+    VSIFree(counts);
     statistics = read;
     return 1;
 }

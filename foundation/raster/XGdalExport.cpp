@@ -1,21 +1,21 @@
 #include "foundation/raster/XGdalExport.h"
 
 #include "foundation/base/XPath.h"
-#include "foundation/base/XSystem.h"
 #include "foundation/raster/XDMBandGDAL.h"
 #include "foundation/raster/XGdalBandDataset.h"
+#include "foundation/raster/XGdalDescription.h"
 #include "foundation/raster/XGdalErrors.h"
+#include "foundation/raster/XGdalSource.h"
 #include "foundation/raster/XRSFile.h"
 #include "foundation/raster/XRasterTypes.h"
+#include "foundation/raster/XScratchFolder.h"
 
 #include <gdal_priv.h>
 
-#include <cerrno>
-#include <cstdlib>
+#include <cmath>
 #include <filesystem>
 #include <new>
-#include <set>
-#include <string>
+#include <optional>
 
 namespace fs = std::filesystem;
 
@@ -82,85 +82,80 @@ XString CheckTypes(GDALDriver* driver, GDALDataset& source, const XString& path)
     return XString();
 }
 
-/// The copy may be made from the dataset that GDAL has of the file.
-bool IsGdalSource(const XRSFile& file, GDALDriver* driver)
+/// Where all bands come from, in their order. Null when that is more than one file, or when the
+/// copy cannot be made from what GDAL has of it.
+std::shared_ptr<XGdalSource> FindSource(const XRSFile& file, GDALDriver* driver)
 {
+    std::shared_ptr<XGdalSource> source;
     for (int i = 0; i < file.GetNumOfBands(); ++i) {
-        const XDMBand* band = file.GetBandAt(i);
-        if (!dynamic_cast<const XDMBandGDAL*>(band)) return false;
+        const auto* band = dynamic_cast<const XDMBandGDAL*>(file.GetBandAt(i));
+        if (!band || band->GetBandNumber() != i + 1) return nullptr;
+        if (i == 0) source = band->GetSource();
+        if (band->GetSource() != source) return nullptr;
         // GDAL has them as bytes with a mark beside, which other formats lose
         if (band->GetDataType() == kXInt8 && !EQUAL(driver->GetDescription(), "GTiff"))
-            return false;
+            return nullptr;
     }
-    return file.GetNumOfBands() > 0;
+    return source;
 }
 
-/// A folder of its own beside the target, gone with everything in it in the end.
-class XScratchFolder
+bool IsSame(double a, double b)
 {
-public:
-    ~XScratchFolder()
-    {
-        std::error_code ignored;
-        if (!m_path.empty()) fs::remove_all(m_path, ignored);
-    }
+    return a == b || (std::isnan(a) && std::isnan(b));
+}
 
-    int Create(const fs::path& target, XString& error)
-    {
-        std::string name = (target.parent_path() / ".tql-XXXXXX").string();
-        if (!mkdtemp(name.data())) {
-            const int code = errno;
-            XString id, text;
-            XfnGetErrorString(code, id, text);
-            error = XfnFormat("\"%s\" cannot be written: %s.", target.c_str(), text);
-            return 0;
-        }
-        m_path = name;
-        return 1;
-    }
-
-    /// Puts the files that stand in the folder beside it. What they replace, and what lies beside
-    /// the target under names that readers would take for parts of the new file, is kept in the
-    /// folder until all is in place, and goes back when something fails.
-    int Publish(const fs::path& target, XString& error);
-    const fs::path& GetPath() const { return m_path; }
-
-private:
-    fs::path m_path;
-};
-
-int XScratchFolder::Publish(const fs::path& target, XString& error)
+bool IsSame(const XSpatialReference& a, const XSpatialReference& b)
 {
-    const fs::path folder = target.parent_path();
-    const fs::path kept = m_path / "kept";
-    std::vector<std::pair<fs::path, fs::path>> moves; // done so far, from and to
-    try {
-        std::set<std::string> names;
-        for (const auto& entry : fs::directory_iterator(m_path))
-            names.insert(entry.path().filename().string());
-        std::set<std::string> old = names;
-        for (const char* tail : {".aux.xml", ".ovr", ".msk"})
-            old.insert(target.filename().string() + tail);
-        fs::create_directory(kept);
-        const auto move = [&](const fs::path& from, const fs::path& to) {
-            fs::rename(from, to);
-            moves.emplace_back(from, to);
-        };
-        for (const std::string& name : old)
-            if (fs::is_regular_file(folder / name)) move(folder / name, kept / name);
-        const std::string last = target.filename().string();
-        for (const std::string& name : names)
-            if (name != last) move(m_path / name, folder / name);
-        move(m_path / last, folder / last);
-        return 1;
-    } catch (const fs::filesystem_error& e) {
-        std::error_code ignored;
-        for (auto place = moves.rbegin(); place != moves.rend(); ++place)
-            fs::rename(place->second, place->first, ignored);
-        error =
-            XfnFormat("\"%s\" cannot be written: %s.", target.c_str(), e.code().message().c_str());
-        return 0;
+    if (a.GetCoordType() != b.GetCoordType() || a.IsEmpty() != b.IsEmpty()) return false;
+    return a.IsEmpty() || a.IsSame(&b);
+}
+
+bool IsSame(const XBandGeometry& a, const XBandGeometry& b)
+{
+    return a.IsGeoreferenced() == b.IsGeoreferenced() &&
+           a.GetPixelToWorld().GetPolynomial() == b.GetPixelToWorld().GetPolynomial() &&
+           a.GetWorldToPixel().GetPolynomial() == b.GetWorldToPixel().GetPolynomial();
+}
+
+bool IsSame(const tagXRSGIS& a, const tagXRSGIS& b)
+{
+    return a.red == b.red && a.green == b.green && a.blue == b.blue && a.alpha == b.alpha &&
+           a.name == b.name;
+}
+
+/// What a copy holds of the description of a band.
+bool IsSame(const XDMBand& a, const XDMBand& b)
+{
+    if (a.GetNumOfGIS() != b.GetNumOfGIS() || a.HasColorTable() != b.HasColorTable()) return false;
+    for (int i = 0; i < a.GetNumOfGIS(); ++i)
+        if (!IsSame(*a.GetGISAt(i), *b.GetGISAt(i))) return false;
+    return a.GetBandName() == b.GetBandName() && IsSame(a.GetNullValue(), b.GetNullValue()) &&
+           IsSame(a.GetScale(), b.GetScale()) && IsSame(a.GetOffset(), b.GetOffset()) &&
+           IsSame(a.GetWaveLength(), b.GetWaveLength()) && a.GetBandDate() == b.GetBandDate() &&
+           a.GetBandSensorName() == b.GetBandSensorName() &&
+           a.GetColorInterpretation() == b.GetColorInterpretation();
+}
+
+/// Nothing was changed since the file was opened: the model is what the dataset gives.
+bool IsAsRead(const XRSFile& file, const std::shared_ptr<XGdalSource>& source, GDALDataset* dataset)
+{
+    if (dataset->GetRasterCount() != file.GetNumOfBands()) return false;
+    XBandGeometry geometry;
+    XSpatialReference sr;
+    XString notes;
+    XfnReadGdalGeometry(dataset, geometry, sr, notes);
+    for (int i = 0; i < file.GetNumOfBands(); ++i) {
+        const XDMBand& band = *file.GetBandAt(i);
+        const XDMBandGDAL fresh(source, dataset, i + 1, 0, 0);
+        if (!IsSame(band, fresh) || !IsSame(band.GetGeometry(), geometry) ||
+            !IsSame(*band.GetSR(), sr))
+            return false;
     }
+    tagGCPSets set;
+    set.points = XfnReadGdalPoints(dataset, set.sr);
+    if (set.points.empty() || file.GetNumOfGCPSet() != 1)
+        return set.points.empty() && file.GetNumOfGCPSet() == 0;
+    return file.GetGCPSetAt(0)->points == set.points && IsSame(file.GetGCPSetAt(0)->sr, set.sr);
 }
 
 struct tagProgress
@@ -213,17 +208,21 @@ int Export(XRSFile& file, const XString& path, const tagXSaveControl& control, X
     if (percent.IsStopped()) return 0;
 
     std::atomic<int> stop{0};
-    std::unique_ptr<GDALDataset> source;
-    if (IsGdalSource(file, driver)) {
-        const XGdalErrors errors;
-        source.reset(GDALDataset::Open(file.GetFilePath(), GDAL_OF_RASTER | GDAL_OF_VERBOSE_ERROR));
-        if (!source) {
-            error = errors.Describe(file.GetFilePath(), "It cannot be opened any more.");
-            return 0;
-        }
-    } else {
+    const std::shared_ptr<XGdalSource> origin = FindSource(file, driver);
+    std::unique_ptr<XGdalBandDataset> made;
+    // its own handle, as another of the same name may be another file by now
+    std::optional<XGdalSource::Handle> handle;
+    GDALDataset* source = nullptr;
+    if (origin) {
+        handle.emplace(origin->Acquire(&stop, error));
+        source = handle->Get();
+        if (!source) return 0;
+    }
+    if (!source || !IsAsRead(file, origin, source)) {
+        handle.reset(); // it may be the only one, and the bands are read now
         XString reason;
-        source = XGdalBandDataset::Make(file, &stop, reason);
+        made = XGdalBandDataset::Make(file, &stop, reason);
+        source = made.get();
         if (!source) {
             error = XfnFormat("\"%s\" is not written. %s.", path, reason);
             return 0;

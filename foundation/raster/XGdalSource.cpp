@@ -1,6 +1,7 @@
 #include "foundation/raster/XGdalSource.h"
 
 #include "foundation/raster/XGdalErrors.h"
+#include "foundation/raster/XRasterSidecar.h"
 
 #include <gdal_pam.h>
 #include <gdal_priv.h>
@@ -95,9 +96,7 @@ GDALDataset* XGdalSource::OpenDataset(XString& error) const
         error = errors.Describe(m_path, "No reader knows its format.");
         return nullptr;
     }
-    // what stands in an .aux.xml is read, but nothing is ever written beside the user's image
-    if (auto* pam = dynamic_cast<GDALPamDataset*>(dataset))
-        pam->SetPamFlags(pam->GetPamFlags() | GPF_NOSAVE);
+    XfnKeepPamUnwritten(dataset);
     return dataset;
 }
 
@@ -192,4 +191,19 @@ std::vector<XGdalSource::tagMember> XGdalSource::NoteMiss(std::uint64_t owner)
         }
     }
     return wanted;
+}
+
+std::shared_ptr<XGdalSource> XfnOpenLevels(const XString& path)
+{
+    static const char* const kDrivers[] = {"GTiff", nullptr};
+    const XString name = XRasterSidecar(path).Find(".ovr");
+    XString ignored; // without it the image is as good as before
+    return name.IsEmpty() ? nullptr : XGdalSource::Open(name, kDrivers, ignored);
+}
+
+void XfnKeepPamUnwritten(GDALDataset* dataset)
+{
+    // what stands in an .aux.xml is read all the same
+    if (auto* pam = dynamic_cast<GDALPamDataset*>(dataset))
+        pam->SetPamFlags(pam->GetPamFlags() | GPF_NOSAVE);
 }

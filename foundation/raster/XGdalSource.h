@@ -82,6 +82,11 @@ public:
     Handle Acquire(const std::atomic<int>* abort, XString& message);
     void LimitHandles(int count);
 
+    /// Rises when the levels of the bands come from somewhere else; tiles that were decoded before
+    /// are then not kept.
+    std::uint64_t GetGeneration() const { return m_generation.load(); }
+    void NoteNewLevels() { ++m_generation; }
+
     void AddMember(std::uint64_t owner, int bandNumber);
     void RemoveMember(std::uint64_t owner);
     /// Notes that `owner` misses a tile. @return the members to fill with it, `owner` first: all
@@ -104,6 +109,8 @@ private:
     int m_height = 0;
     int m_bands = 0;
 
+    std::atomic<std::uint64_t> m_generation{0};
+
     std::mutex m_mutex; // everything below
     std::condition_variable m_changed;
     std::vector<GDALDataset*> m_idle;
@@ -113,3 +120,9 @@ private:
     std::vector<tagMember> m_members;
     std::int64_t m_misses = 0;
 };
+
+/// The pyramid that was made for a raster file, open; null when there is none that can be read.
+std::shared_ptr<XGdalSource> XfnOpenLevels(const XString& path);
+
+/// What GDAL learns about a file stays in the memory: nothing is written beside the user's image.
+void XfnKeepPamUnwritten(GDALDataset* dataset);

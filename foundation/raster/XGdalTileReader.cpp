@@ -66,10 +66,21 @@ public:
 
     bool Read(int x0, int y0, std::vector<tagXGdalTarget>& targets)
     {
-        for (tagXGdalTarget& target : targets) {
+        // a driver of streams loads the later bands of a line with the first one: asked for in
+        // another order, every further band would begin at the start of the stream
+        std::vector<const tagXGdalTarget*> inOrder;
+        for (const tagXGdalTarget& target : targets)
+            inOrder.push_back(&target);
+        std::sort(inOrder.begin(), inOrder.end(),
+                  [](const auto* a, const auto* b) { return a->bandNumber < b->bandNumber; });
+        for (const tagXGdalTarget* target : inOrder) {
             GDALRasterBand* band =
-                XfnGetGdalLevelBand(m_dataset, target.bandNumber, m_level.overview);
-            if (!band || !ReadOne(band, x0, y0, *target.tiles.front())) return false;
+                XfnGetGdalLevelBand(m_dataset, target->bandNumber, m_level.overview);
+            int x = x0;
+            for (const auto& tile : target->tiles) {
+                if (!band || !ReadOne(band, x, y0, *tile)) return false;
+                x += tile->GetWidth();
+            }
         }
         return true;
     }
@@ -232,51 +243,75 @@ GDALRasterBand* XfnGetGdalLevelBand(GDALDataset* dataset, int bandNumber, int ov
     return band && overview >= 0 ? band->GetOverview(overview) : band;
 }
 
-std::vector<tagXGdalLevel> XfnMakeGdalLevels(GDALRasterBand* band, int useOverviews, int pixelBytes,
-                                             const std::vector<std::pair<int, int>>& halves)
+namespace {
+
+struct tagXLevelSource
 {
-    struct tagOverview
-    {
-        int index;
-        int width;
-        int height;
-        GDALRasterBand* band;
-    };
-    const int width = band->GetXSize();
-    const int height = band->GetYSize();
-    std::vector<tagOverview> sources = {{-1, width, height, band}};
-    for (int i = 0; useOverviews && i < band->GetOverviewCount(); ++i) {
-        GDALRasterBand* overview = band->GetOverview(i);
-        if (!overview || overview->GetRasterDataType() != band->GetRasterDataType()) continue;
-        const double across = static_cast<double>(overview->GetXSize()) / width;
-        const double down = static_cast<double>(overview->GetYSize()) / height;
-        // one of another shape shows something else
-        const double slack = 0.01 * std::max(across, down) + 1.0 / width + 1.0 / height;
-        if (across >= 1.0 || down > 1.0 || std::fabs(across - down) > slack) continue;
-        sources.push_back({i, overview->GetXSize(), overview->GetYSize(), overview});
+    int overview;
+    int isSidecar;
+    GDALRasterBand* band;
+};
+
+/// A reduced picture of `full`: the same type, smaller, of the same shape.
+bool IsReduced(GDALRasterBand* band, GDALRasterBand* full)
+{
+    if (!band || band->GetRasterDataType() != full->GetRasterDataType()) return false;
+    const int width = full->GetXSize();
+    const int height = full->GetYSize();
+    const double across = static_cast<double>(band->GetXSize()) / width;
+    const double down = static_cast<double>(band->GetYSize()) / height;
+    // one of another shape shows something else
+    const double slack = 0.01 * std::max(across, down) + 1.0 / width + 1.0 / height;
+    return across < 1.0 && down <= 1.0 && std::fabs(across - down) <= slack;
+}
+
+void AddOverviews(GDALRasterBand* of, int isSidecar, GDALRasterBand* full,
+                  std::vector<tagXLevelSource>& sources)
+{
+    for (int i = 0; i < of->GetOverviewCount(); ++i)
+        if (IsReduced(of->GetOverview(i), full))
+            sources.push_back({i, isSidecar, of->GetOverview(i)});
+}
+
+} // namespace
+
+std::vector<tagXGdalLevel> XfnMakeGdalLevels(GDALRasterBand* band, int useOverviews, int pixelBytes,
+                                             const std::vector<std::pair<int, int>>& halves,
+                                             GDALRasterBand* sidecar)
+{
+    std::vector<tagXLevelSource> sources;
+    if (sidecar) {
+        if (IsReduced(sidecar, band)) sources.push_back({-1, 1, sidecar});
+        AddOverviews(sidecar, 1, band, sources);
     }
+    sources.push_back({-1, 0, band});
+    if (useOverviews) AddOverviews(band, 0, band, sources);
     std::vector<tagXGdalLevel> levels;
     for (const auto& [halfWidth, halfHeight] : halves) {
         tagXGdalLevel level;
         level.width = halfWidth;
         level.height = halfHeight;
-        const tagOverview* best = &sources.front();
-        for (const tagOverview& source : sources) {
-            const bool fits = std::abs(source.width - halfWidth) <= 1 &&
-                              std::abs(source.height - halfHeight) <= 1;
-            const bool isLarger = source.width >= halfWidth && source.height >= halfHeight;
-            if (!fits && !(isLarger && source.width < best->width)) continue;
+        const tagXLevelSource* best = nullptr;
+        for (const tagXLevelSource& source : sources) {
+            if (levels.empty() && source.band != band) continue;
+            const int width = source.band->GetXSize();
+            const int height = source.band->GetYSize();
+            const bool fits =
+                std::abs(width - halfWidth) <= 1 && std::abs(height - halfHeight) <= 1;
+            const bool isLarger = width >= halfWidth && height >= halfHeight;
+            if (!fits && !(isLarger && (!best || width < best->band->GetXSize()))) continue;
             best = &source;
             if (fits) {
-                level.width = source.width;
-                level.height = source.height;
+                level.width = width;
+                level.height = height;
                 break;
             }
         }
-        level.overview = best->index;
-        level.sourceWidth = best->width;
-        level.sourceHeight = best->height;
-        level.isVirtual = level.width != best->width || level.height != best->height;
+        level.overview = best->overview;
+        level.isSidecar = best->isSidecar;
+        level.sourceWidth = best->band->GetXSize();
+        level.sourceHeight = best->band->GetYSize();
+        level.isVirtual = level.width != level.sourceWidth || level.height != level.sourceHeight;
         LayOut(level, best->band, pixelBytes);
         levels.push_back(level);
     }

@@ -18,11 +18,12 @@ struct tagXGdalLevel
     int height = 0;
     int tileWidth = 256;
     int tileHeight = 256;
-    int overview = -1;   ///< index of the overview that is read, -1 for full resolution
+    int overview = -1;   ///< index of the overview that is read, -1 for the band itself
     int sourceWidth = 0; ///< size of what is read; that of the level unless it is virtual
     int sourceHeight = 0;
     int blockWidth = 0; ///< as the file stores it
     int blockHeight = 0;
+    int isSidecar = 0; ///< read from the pyramid that stands in a file of its own
     int isVirtual = 0;
     int isStrip = 0; ///< a block is as wide as the image
 };
@@ -39,12 +40,14 @@ struct tagXGdalTarget
 /// are such, else virtual and read from the smallest overview that is larger.
 /// @param pixelBytes  bytes that decoding one pixel makes, all bands that share a block together
 /// @param halves      width and height of each level, full resolution first
+/// @param sidecar     the same band of a pyramid in a file of its own, which goes first; may be null
 std::vector<tagXGdalLevel> XfnMakeGdalLevels(GDALRasterBand* band, int useOverviews, int pixelBytes,
-                                             const std::vector<std::pair<int, int>>& halves);
+                                             const std::vector<std::pair<int, int>>& halves,
+                                             GDALRasterBand* sidecar = nullptr);
 
 /// Decodes the tiles at (tx, ty) of every target, or for a target with several tiles those from tx
-/// on. Several targets must share their blocks (pixel interleaved). The bands stand inside the loop over rows or blocks, so that a block of a pixel interleaved
-/// file is decoded once.
+/// on. Several targets must share their blocks (pixel interleaved): the bands stand inside the loop
+/// over rows or blocks, so that such a block is decoded once.
 /// @return 0 with a sentence without the file's name in `message`, which is empty after an abort
 int XfnReadGdalTiles(GDALDataset* dataset, const tagXGdalLevel& level, int dataType, int tx, int ty,
                      std::vector<tagXGdalTarget>& targets, const std::atomic<int>* abort,

@@ -3,7 +3,9 @@
 #include "foundation/base/XFile.h"
 #include "foundation/base/XPath.h"
 #include "foundation/raster/XDMVand.h"
+#include "foundation/raster/XROI.h"
 #include "foundation/raster/XRSFileIO.h"
+#include "foundation/raster/XRSSIG.h"
 
 #include <algorithm>
 
@@ -42,11 +44,12 @@ void XRSFile::SetFile(XFile* file, int attachFlag)
     if (m_attachFlag && m_filePtr != file) delete m_filePtr;
     m_filePtr = file;
     m_attachFlag = attachFlag;
+    m_path.Empty();
 }
 
 XString XRSFile::GetFilePath() const
 {
-    return m_filePtr ? m_filePtr->GetFilePath() : m_path;
+    return m_path.IsEmpty() && m_filePtr ? m_filePtr->GetFilePath() : m_path;
 }
 
 XString XRSFile::GetFileName() const
@@ -91,6 +94,39 @@ int XRSFile::AddGCPSet(tagGCPSets* set)
 tagGCPSets* XRSFile::GetGCPSetAt(int index) const
 {
     return At(m_gcpSets, index);
+}
+
+int XRSFile::AddROISet(XROI* region)
+{
+    return Add(m_regions, region);
+}
+
+XROI* XRSFile::GetROISetAt(int index) const
+{
+    return At(m_regions, index);
+}
+
+void XRSFile::RemoveAllROISet()
+{
+    for (const auto& signature : m_signatures)
+        for (const auto& region : m_regions)
+            signature->Remove(region.get());
+    m_regions.clear();
+}
+
+int XRSFile::AddSIGSet(XRSSIG* signature)
+{
+    return Add(m_signatures, signature);
+}
+
+XRSSIG* XRSFile::GetSIGSetAt(int index) const
+{
+    return At(m_signatures, index);
+}
+
+void XRSFile::RemoveAllSIGSet()
+{
+    m_signatures.clear();
 }
 
 void XRSFile::SetCorrelationMatrix(const double* values)
@@ -183,6 +219,9 @@ void XRSFile::Swap(XRSFile& other)
     m_bands.swap(other.m_bands);
     m_vands.swap(other.m_vands);
     m_gcpSets.swap(other.m_gcpSets);
+    m_regions.swap(other.m_regions);
+    m_signatures.swap(other.m_signatures);
+    m_radarScene.swap(other.m_radarScene);
     m_correlation.swap(other.m_correlation);
     m_covariance.swap(other.m_covariance);
     std::swap(m_noSR, other.m_noSR);

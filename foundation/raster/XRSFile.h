@@ -10,13 +10,15 @@
 
 class XDMVand;
 class XFile;
+class XROI;
+class XRSSIG;
 class XThread;
 
-/// A raster file: its bands, vector bands, control points and statistics.
+/// A raster file: its bands, vector bands, control points, regions, signatures and statistics.
 ///
-/// Owns bands, vector bands and control point sets; the destructor destroys them, so a file must
-/// outlive every composite that shows one of its bands. Filled by XRSFileIO, or by hand for a file
-/// in memory, whose path is empty.
+/// Owns bands, vector bands, control point sets, regions and signatures; the destructor destroys
+/// them, so a file must outlive every composite that shows one of its bands. Filled by XRSFileIO, or
+/// by hand for a file in memory, whose path is empty.
 /// Threads: the list belongs to the thread that builds it; the bands may be read from any thread.
 class XAPI XRSFile : public XObject
 {
@@ -29,6 +31,8 @@ public:
 
     XFile* GetFilePtr() const { return m_filePtr; }
     /// With the attach flag set this object owns `file` and destroys it. The path follows the file.
+    /// Loading opens the file for reading and hands it over with the flag 1; the bands read through
+    /// handles of their own. Null for a file in memory and for one inside an archive or container.
     void SetFile(XFile* file, int attachFlag);
     int GetAttatchFlag() const { return m_attachFlag; }
     void SetAttatchFlag(int flag) { m_attachFlag = flag; }
@@ -36,6 +40,7 @@ public:
     XString GetName() const { return m_name; }
     void SetName(const XString& name) { m_name = name; }
     XString GetFilePath() const; ///< empty for a file in memory
+    /// Goes before the path of the open file, until another one is set.
     void SetFilePath(const XString& path) { m_path = path; }
     XString GetFileName() const;  ///< last part of the path
     XString GetFileTitle() const; ///< the name without its extension
@@ -61,6 +66,17 @@ public:
     tagGCPSets* GetGCPSetAt(int index) const;
     int GetNumOfGCPSet() const { return static_cast<int>(m_gcpSets.size()); }
 
+    /// Regions of interest; AddROISet takes ownership, 0 for null or a region that is there already.
+    int AddROISet(XROI* region);
+    XROI* GetROISetAt(int index) const; ///< null outside the list
+    int GetNumOfROI() const { return static_cast<int>(m_regions.size()); }
+    void RemoveAllROISet(); ///< destroys them; the signatures of this file let them go first
+    /// Signatures, whose members are regions of this file as a rule. As above.
+    int AddSIGSet(XRSSIG* signature);
+    XRSSIG* GetSIGSetAt(int index) const;
+    int GetNumOfSIG() const { return static_cast<int>(m_signatures.size()); }
+    void RemoveAllSIGSet(); ///< destroys them, and none of the regions
+
     /// bands x bands values, row-major; null when not computed.
     double* GetCorrelationMatrix()
     {
@@ -72,6 +88,20 @@ public:
     void SetCovarianceMatrix(const double* values);
     /// 1 when there is a correlation matrix whose first element is not kXNotSet.
     int HasValidStatistics() const;
+    /// Computes both matrices and sets them, over the pixels that have a value in every band that
+    /// takes part; see tagXJointMoments for method, divisor and singular cases. A band of another
+    /// grid gives the pixel under the first one's. Bands that take no part, because they are complex
+    /// or have no pixel with a value, have kXNotSet in their rows and columns.
+    /// @param step     every step-th row and column counts; 1 is the whole image
+    /// @param thread   gets percents and is asked for its stop flag; may be null
+    /// @param message  why it failed; empty after a stop
+    /// @return 0 after a stop or when a part cannot be read; the matrices are then as they were
+    int CalcMatrices(int step, XThread* thread, XString& message);
+
+    /// The record of a radar scene, null when there is none. It travels with the file; nothing here
+    /// computes on it.
+    const std::shared_ptr<XObject>& GetRadarScene() const { return m_radarScene; }
+    void SetRadarScene(std::shared_ptr<XObject> record) { m_radarScene = std::move(record); }
 
     /// Of the file as a whole. Without bands the reference is empty, sizes are 1 and the box 0.
     XSpatialReference* GetSR();
@@ -116,8 +146,11 @@ private:
     std::vector<std::unique_ptr<XDMBand>> m_bands;
     std::vector<std::unique_ptr<XDMVand>> m_vands;
     std::vector<std::unique_ptr<tagGCPSets>> m_gcpSets;
+    std::vector<std::unique_ptr<XROI>> m_regions;
+    std::vector<std::unique_ptr<XRSSIG>> m_signatures; // destroyed before the regions they name
     std::vector<double> m_correlation;
     std::vector<double> m_covariance;
+    std::shared_ptr<XObject> m_radarScene;
     XSpatialReference m_noSR;
     std::array<int, 3> m_headerBands{-1, -1, -1};
     XString m_notes;

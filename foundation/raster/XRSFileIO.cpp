@@ -17,6 +17,7 @@
 #include "foundation/raster/XGdalSource.h"
 #include "foundation/raster/XGdalTileReader.h"
 #include "foundation/raster/XRSFile.h"
+#include "foundation/raster/XSidecarStatistics.h"
 
 #include <gdal_priv.h>
 
@@ -30,6 +31,9 @@
 #include <new>
 
 namespace {
+
+constexpr int kMostParts = 65536;
+constexpr std::size_t kListedParts = 8;
 
 struct tagFormat
 {
@@ -65,7 +69,7 @@ int CheckPath(const XString& path, XString& error)
         error = "There is no file name.";
         return 0;
     }
-    if (std::strncmp(path, "/vsi", 4) == 0) return 1;
+    if (!XRSFileIO::IsPlainPath(path)) return 1; // the reader knows whether there is such a thing
     struct stat status = {};
     if (::stat(path, &status) != 0) {
         const int code = errno;
@@ -142,18 +146,71 @@ void SetBandTypes(XRSFile& file, const XString& driver)
                                                                          : kXBandMultispectral);
 }
 
+std::vector<XRSFileIO::tagPart> PartsOf(GDALDataset* dataset)
+{
+    std::vector<XRSFileIO::tagPart> parts;
+    char** items = dataset->GetMetadata("SUBDATASETS");
+    for (int i = 1; i <= kMostParts; ++i) {
+        const char* name = CSLFetchNameValue(items, XfnFormat("SUBDATASET_%d_NAME", i));
+        const char* text = CSLFetchNameValue(items, XfnFormat("SUBDATASET_%d_DESC", i));
+        if (!name) break;
+        parts.push_back({name, text ? text : name});
+    }
+    return parts;
+}
+
+XString ListParts(const std::vector<XRSFileIO::tagPart>& parts)
+{
+    XString list;
+    for (std::size_t i = 0; i < std::min(parts.size(), kListedParts); ++i)
+        list += XfnFormat(i ? ", %s" : "%s", parts[i].name);
+    if (parts.size() > kListedParts) list += ", and others";
+    return list;
+}
+
+/// The path, and the file itself where the file system has one.
+void SetFileOf(XRSFile& file, const XString& path)
+{
+    auto open = std::make_unique<XFile>();
+    if (XRSFileIO::IsPlainPath(path) && open->Open(path, XFile::kModeRead))
+        file.SetFile(open.release(), 1);
+    else
+        file.SetFilePath(path);
+}
+
+/// Levels that the file does not hold may stand in a pyramid that was made for it.
+void FindLevels(XRSFile& file, const XString& path)
+{
+    int isMissing = 0;
+    for (int i = 0; i < file.GetNumOfBands(); ++i)
+        for (int level = 1; level < file.GetBandAt(i)->GetNumOfLevels(); ++level)
+            isMissing |= file.GetBandAt(i)->IsVirtualLevel(level);
+    const auto pyramid = isMissing ? XfnOpenLevels(path) : nullptr;
+    for (int i = 0; pyramid && i < file.GetNumOfBands(); ++i)
+        static_cast<XDMBandGDAL*>(file.GetBandAt(i))->TakeUpLevels(pyramid, 1);
+}
+
+/// Exact statistics that were kept apart from the file go before those in it.
+void FindStatistics(XRSFile& file, const XString& path)
+{
+    const XString name = XRasterSidecar(path).GetCached(".aux.xml");
+    if (name.IsEmpty() || ::access(name, R_OK) != 0) return;
+    for (const auto& [number, statistics] : XfnReadSidecarStatistics(name))
+        if (XDMBand* band = file.GetBandAt(number - 1)) band->SetBandStatistics(statistics);
+}
+
 int FillFile(XRSFile& file, const std::shared_ptr<XGdalSource>& source, GDALDataset* dataset,
              int useLevels, int useStatistics, XThread* thread, XString& error)
 {
     const XGdalErrors errors;
     const int count = dataset->GetRasterCount();
     if (count < 1) {
-        const int parts = CSLCount(dataset->GetMetadata("SUBDATASETS")) / 2;
-        error =
-            parts > 0
-                ? XfnFormat("\"%s\" holds no bands itself but %d images inside; open one of them.",
-                            source->GetPath(), parts)
-                : XfnFormat("\"%s\" holds no raster bands.", source->GetPath());
+        const std::vector<XRSFileIO::tagPart> parts = PartsOf(dataset);
+        error = XfnFormat("\"%s\" holds no raster bands.", source->GetPath());
+        if (!parts.empty())
+            error = XfnFormat(
+                "\"%s\" holds no bands itself but %d images inside; open one of them: %s.",
+                source->GetPath(), static_cast<int>(parts.size()), ListParts(parts));
         return 0;
     }
     XBandGeometry geometry;
@@ -186,9 +243,11 @@ int FillFile(XRSFile& file, const std::shared_ptr<XGdalSource>& source, GDALData
     int rgb[3];
     if (XfnReadGdalHeaderBands(dataset, rgb)) file.SetHeaderBands(rgb);
     SetBandTypes(file, source->GetDriverName());
+    if (useLevels) FindLevels(file, source->GetPath());
+    if (useStatistics) FindStatistics(file, source->GetPath());
     if (GDALDriver* driver = dataset->GetDriver())
         if (const char* name = driver->GetMetadataItem(GDAL_DMD_LONGNAME)) file.SetFormatName(name);
-    file.SetFilePath(source->GetPath());
+    SetFileOf(file, source->GetPath());
     file.SetName(XfnGetFileTitle(source->GetPath()));
     return 1;
 }
@@ -272,7 +331,7 @@ int LoadNative(XRSFile* file, const XString& path, XString& error, int useLevels
             return 0;
         }
         XRSFile made;
-        made.SetFilePath(path);
+        SetFileOf(made, path);
         made.SetFormatName("XDM");
         const tagXDMFileInfo& info = reader->GetInfo();
         for (int i = 0; i < static_cast<int>(info.bands.size()); ++i) {
@@ -284,6 +343,7 @@ int LoadNative(XRSFile* file, const XString& path, XString& error, int useLevels
             made.AddBand(band.release());
         }
         XfnDescribeFromXDM(info, made);
+        if (useStatistics) FindStatistics(made, path);
         if (made.GetName().IsEmpty()) made.SetName(XfnGetFileTitle(path));
         file->Swap(made);
         return 1;
@@ -319,6 +379,29 @@ int XRSFileIO::GetIDFromExt(const XString& extension)
     for (const tagExtension& row : kExtensions)
         if (extension.CompareNoCase(row.text) == 0) return row.id;
     return FindInRegistry(extension);
+}
+
+std::vector<XRSFileIO::tagPart> XRSFileIO::GetParts(const XString& path)
+{
+    XString ignored;
+    if (!CheckPath(path, ignored)) return {};
+    XfnPrepareGdal();
+    const XGdalErrors errors;
+    const std::unique_ptr<GDALDataset> dataset(GDALDataset::Open(path, GDAL_OF_RASTER));
+    if (!dataset || dataset->GetRasterCount() > 0) return {};
+    XfnKeepPamUnwritten(dataset.get());
+    return PartsOf(dataset.get());
+}
+
+int XRSFileIO::IsPlainPath(const XString& path)
+{
+    const char* const text = path;
+    if (std::strncmp(text, "/vsi", 4) == 0 && std::strchr(text + 4, '/')) return 0;
+    // a driver's name of two letters or more, then a colon
+    const std::size_t word =
+        std::strspn(text, "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_");
+    if (word < 2 || text[word] != ':' || (text[0] >= '0' && text[0] <= '9')) return 1;
+    return ::access(path, F_OK) == 0;
 }
 
 int XRSFileIO::LoadFileRaster(XRSFile* file, int id, const XString& path, XString& error,
@@ -364,6 +447,11 @@ int XRSFileIO::LoadFileHFA(XRSFile* file, const XString& path, XString& error, i
                            int useStatistics, XThread* thread)
 {
     return LoadFileRaster(file, kXFormatIMG, path, error, useLevels, useStatistics, thread);
+}
+
+int XRSFileIO::LoadFilePBI(XRSFile* file, const XString& path, XString& error, XThread* thread)
+{
+    return LoadFileRaster(file, kXFormatPBI, path, error, 1, 1, thread);
 }
 
 int XRSFileIO::Open(const XString& path, XRSFile* file, XString& error, XThread* thread)

@@ -2,9 +2,14 @@
 
 #include "foundation/base/XApi.h"
 #include "foundation/base/XString.h"
+#include "foundation/raster/XRasterSidecar.h"
 
+#include <vector>
+
+class XDMBand;
 class XRSFile;
 class XThread;
+struct tagXSaveControl;
 
 /// Format identifiers: 101 to 999 rasters, 1001 to 9999 vectors, 0 unknown.
 enum XFormatID : int {
@@ -30,7 +35,7 @@ enum XFormatID : int {
 ///
 /// Opening reads headers only; pixels are read when tiles are asked for. A load that succeeds
 /// replaces what `file` held; one that fails leaves it as it was and `error` holds a sentence that
-/// names the file. Nothing is ever written beside the image.
+/// names the file. Opening writes nothing.
 ///
 /// The two flags of the loaders: `useLevels` 0 ignores reduced-resolution levels stored in the file,
 /// `useStatistics` 0 ignores statistics stored with it. `thread` may be null; when its stop flag is
@@ -38,6 +43,9 @@ enum XFormatID : int {
 ///
 /// 64-bit integer rasters are read as doubles (exact to 2^53), rasters of less than 8 bits as bytes,
 /// 8-bit rasters marked as signed as signed bytes.
+///
+/// A pyramid or exact statistics that were made before are used (XRasterSidecar.h tells where they
+/// are), unless the flags say otherwise.
 ///
 /// Threads: any; one file by one thread at a time.
 class XAPI XRSFileIO
@@ -61,9 +69,53 @@ public:
     static int LoadFileHFA(XRSFile* file, const XString& path, XString& error, int useLevels,
                            int useStatistics, XThread* thread);
 
+    /// Always 0 with a sentence: the layout of these files was never published.
+    static int LoadFilePBI(XRSFile* file, const XString& path, XString& error, XThread* thread);
+
     /// Chooses the reader itself: by the extension, and when that one refuses, by the content. A file
     /// of the native format is known by its content alone.
     static int Open(const XString& path, XRSFile* file, XString& error, XThread* thread = nullptr);
+
+    /// A raster inside a container file.
+    struct tagPart
+    {
+        XString name; ///< opens it
+        XString text; ///< what it is
+    };
+    /// The rasters inside a file that holds several, which Open refuses; none for any other file.
+    static std::vector<tagPart> GetParts(const XString& path);
+    /// 0 for the name of something that only GDAL can find: `/vsizip/a.zip/b.tif`,
+    /// `NETCDF:"a.nc":b`. A file that exists under such a name is plain.
+    static int IsPlainPath(const XString& path);
+
+    // ---- pyramids ----
+
+    /// 1 when a pyramid is worth making: at least two levels of 4096 pixels a side or more are
+    /// virtual.
+    static int NeedsLevels(const XRSFile* file);
+    /// Makes the pyramid of a raster file: every level down to 256 pixels, as GDAL's external
+    /// overviews (tiled TIFF, compressed without loss). Continuous samples are averaged without those
+    /// of no data, of classes and colour numbers the most frequent counts, the magnitude of complex
+    /// samples is averaged; signed bytes, and classes beside continuous bands, are picked.
+    /// An open file of this path takes the levels up with TakeUpLevels.
+    /// Runs in the calling thread for as long as it takes; memory: GDAL's block cache and some rows.
+    /// @param made  receives the name of the file
+    /// @return 0 with a sentence in `error`, an empty one after a stop; nothing is left behind then
+    static int BuildLevels(const XString& path, XSidecarPlace place, const tagXSaveControl& control,
+                           XString& made, XString& error);
+    /// Makes an open file show the pyramid that was made since it was opened. Sizes of levels and
+    /// tiles stay as they are, so other threads may read meanwhile; cached tiles of the levels go.
+    /// @return 0 when there is no pyramid that fits
+    static int TakeUpLevels(XRSFile* file);
+
+    // ---- statistics ----
+
+    /// Keeps statistics with a file, for the next time it is opened: in the ".aux.xml" that GDAL and
+    /// others read, or in the cache. What else stands in the ".aux.xml" is kept. Of complex bands and
+    /// of native files they are kept in the cache alone.
+    /// @param bands  some of one file; of each its current statistics are taken unless estimated
+    static int SaveStatistics(const std::vector<const XDMBand*>& bands, XSidecarPlace place,
+                              XString& made, XString& error);
 };
 
 /// 1 when every band of the file has a reduced-resolution level stored in the file, so that a

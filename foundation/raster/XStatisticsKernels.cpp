@@ -1,105 +1,92 @@
 #include "foundation/raster/XStatisticsKernels.h"
 
+#include "foundation/raster/XBlockKernels.h"
+#include "foundation/raster/XWideRegisters.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <type_traits>
 
 namespace {
 
-constexpr std::size_t kBlock = 4096; // samples whose doubles stay in the nearest cache
-constexpr int kLanes = 8;
-
-// Turns a block into doubles and packs the valid ones together; the order does not matter.
 template <class T>
-std::size_t Pack(const T* samples, std::size_t count, bool hasNull, T nullValue, double* out)
+bool IsData(T sample, double value, bool hasNull, T nullValue)
 {
-    std::size_t n = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        const double v = static_cast<double>(samples[i]);
-        bool isValid = !(hasNull && samples[i] == nullValue);
-        if constexpr (std::is_floating_point_v<T>) isValid &= v > kXNoData && v < kXNotSet;
-        out[n] = v;
-        n += isValid;
-    }
-    return n;
+    bool isData = !(hasNull & (sample == nullValue));
+    if constexpr (std::is_floating_point_v<T>) isData &= (value > kXNoData) & (value < kXNotSet);
+    return isData;
 }
 
-double Sum(const double* v, std::size_t n)
+template <class T>
+void ToDoubles(const T* samples, std::size_t count, double* out)
 {
-    double lanes[kLanes] = {};
-    std::size_t i = 0;
-    for (; i + kLanes <= n; i += kLanes)
-        for (int k = 0; k < kLanes; ++k)
-            lanes[k] += v[i + k];
-    double sum = 0.0;
-    for (; i < n; ++i)
-        sum += v[i];
-    for (const double lane : lanes)
-        sum += lane;
-    return sum;
+    for (std::size_t i = 0; i < count; ++i)
+        out[i] = static_cast<double>(samples[i]);
 }
 
-double SumSquares(const double* v, std::size_t n, double mean)
+template <class T>
+X_WIDE void ToDoublesWide(const T* samples, std::size_t count, double* out)
 {
-    double lanes[kLanes] = {};
-    std::size_t i = 0;
-    for (; i + kLanes <= n; i += kLanes) {
-        for (int k = 0; k < kLanes; ++k) {
-            const double d = v[i + k] - mean;
-            lanes[k] += d * d;
-        }
-    }
-    double sum = 0.0;
-    for (; i < n; ++i)
-        sum += (v[i] - mean) * (v[i] - mean);
-    for (const double lane : lanes)
-        sum += lane;
-    return sum;
-}
-
-tagXMoments MomentsOf(const double* v, std::size_t n)
-{
-    tagXMoments block;
-    block.count = static_cast<long long>(n);
-    if (n == 0) return block;
-    double low = v[0];
-    double high = v[0];
-    for (std::size_t i = 0; i < n; ++i) {
-        low = v[i] < low ? v[i] : low;
-        high = v[i] > high ? v[i] : high;
-    }
-    block.min = low;
-    block.max = high;
-    // about one of the values, so that a constant block has exactly its value as mean and no spread
-    const double origin = v[0];
-    if (high - low <= 1e300) {
-        double shifted[kBlock];
-        for (std::size_t i = 0; i < n; ++i)
-            shifted[i] = v[i] - origin;
-        const double mean = Sum(shifted, n) / static_cast<double>(n);
-        block.mean = origin + mean;
-        block.squares = SumSquares(shifted, n, mean);
-    } else {
-        for (std::size_t i = 0; i < n; ++i)
-            block.mean += v[i] / static_cast<double>(n);
-        block.squares = SumSquares(v, n, block.mean);
-    }
-    return block;
+    for (std::size_t i = 0; i < count; ++i)
+        out[i] = static_cast<double>(samples[i]);
 }
 
 } // namespace
 
 template <class T>
+std::size_t XStatisticsKernels<T>::Convert(const T* samples, std::size_t count, std::size_t step,
+                                           bool hasNull, T nullValue, double* out,
+                                           unsigned char* valid)
+{
+    T gathered[kXBlock];
+    if (step != 1) {
+        for (std::size_t i = 0; i < count; ++i)
+            gathered[i] = samples[i * step];
+        samples = gathered;
+    }
+    if constexpr (!std::is_floating_point_v<T>) {
+        if (!hasNull) {
+            XfnHasWideRegisters() ? ToDoublesWide(samples, count, out)
+                                  : ToDoubles(samples, count, out);
+            return count;
+        }
+    }
+    std::uint64_t gaps = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        out[i] = static_cast<double>(samples[i]);
+        gaps += !IsData(samples[i], out[i], hasNull, nullValue);
+    }
+    if (gaps > 0)
+        for (std::size_t i = 0; i < count; ++i)
+            valid[i] = IsData(samples[i], out[i], hasNull, nullValue);
+    return count - gaps;
+}
+
+template <class T>
+void XStatisticsKernels<T>::ReadValues(const T* samples, std::size_t count, bool hasNull,
+                                       T nullValue, double* out)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        const double value = static_cast<double>(samples[i]);
+        const bool isGap = (hasNull & (samples[i] == nullValue)) | (value != value);
+        out[i] = isGap ? kXNoData : value;
+    }
+}
+
+template <class T>
 void XStatisticsKernels<T>::AddMoments(const T* samples, std::size_t count, bool hasNull,
                                        T nullValue, tagXMoments& moments)
 {
-    double valid[kBlock];
-    for (std::size_t start = 0; start < count; start += kBlock) {
-        const std::size_t n =
-            Pack(samples + start, std::min(kBlock, count - start), hasNull, nullValue, valid);
-        moments.Merge(MomentsOf(valid, n));
+    double values[kXBlock];
+    unsigned char valid[kXBlock];
+    for (std::size_t start = 0; start < count; start += kXBlock) {
+        const std::size_t n = std::min(kXBlock, count - start);
+        std::size_t used = Convert(samples + start, n, 1, hasNull, nullValue, values, valid);
+        if (used < n) used = XfnPackBlock(values, valid, n, values);
+        moments.Merge(XfnBlockMoments(values, used));
     }
 }
 
@@ -107,40 +94,58 @@ template <class T>
 void XStatisticsKernels<T>::AddHistogram(const T* samples, std::size_t count, bool hasNull,
                                          T nullValue, double min, double max, long long* histogram)
 {
+    const tagXBinScale scale(min, max);
     if constexpr (sizeof(T) == 1) {
         // 256 values at most: count them first and place each once
-        long long counts[256] = {};
-        for (std::size_t i = 0; i < count; ++i)
-            ++counts[static_cast<unsigned char>(samples[i])];
-        for (int byte = 0; byte < 256; ++byte) {
-            const T value = static_cast<T>(static_cast<unsigned char>(byte));
-            if (counts[byte] == 0 || (hasNull && value == nullValue)) continue;
-            const double t = max > min ? (value - min) * 255.0 / (max - min) : 0.0;
-            histogram[static_cast<int>(std::clamp(t, 0.0, 255.0))] += counts[byte];
-        }
-    } else {
-        // a range wider than the doubles hold is measured in halves
-        const double unit = std::isfinite((max - min) * 255.0) ? 1.0 : 1.0 / 512.0;
-        const double low = min * unit;
-        const double range = max * unit - low;
-        double valid[kBlock];
-        for (std::size_t start = 0; start < count; start += kBlock) {
-            const std::size_t n =
-                Pack(samples + start, std::min(kBlock, count - start), hasNull, nullValue, valid);
-            for (std::size_t i = 0; i < n; ++i) {
-                const double t = range > 0.0 ? (valid[i] * unit - low) * 255.0 / range : 0.0;
-                ++histogram[static_cast<int>(t < 0.0 ? 0.0 : t > 255.0 ? 255.0 : t)];
+        using Counts = XValueCountKernels<T>;
+        std::uint32_t counts[Counts::kTables * Counts::kValues] = {};
+        constexpr std::size_t kMost = 0xFFFFFFFFu;
+        for (std::size_t start = 0; start < count; start += kMost) {
+            Counts::Add(samples + start, std::min(kMost, count - start), counts);
+            for (std::size_t i = 0; i < std::size(counts); ++i) {
+                const T sample = static_cast<T>(i % Counts::kValues);
+                if (counts[i] == 0 || (hasNull && sample == nullValue)) continue;
+                histogram[scale.GetBin(static_cast<double>(sample))] += counts[i];
             }
+            std::fill(std::begin(counts), std::end(counts), 0u);
         }
+        return;
     }
+    double values[kXBlock];
+    unsigned char valid[kXBlock];
+    tagXBinTables tables;
+    for (std::size_t start = 0; start < count; start += kXBlock) {
+        const std::size_t n = std::min(kXBlock, count - start);
+        std::size_t used = Convert(samples + start, n, 1, hasNull, nullValue, values, valid);
+        if (used < n) used = XfnPackBlock(values, valid, n, values);
+        XfnBlockBins(values, used, scale, tables);
+        if (start % (kXBlock << 20) == 0) tables.MoveTo(histogram); // before a count is full
+    }
+    tables.MoveTo(histogram);
 }
 
 template <class T>
-void XfnMagnitudes(const T* parts, std::size_t count, double* out)
+void XValueCountKernels<T>::Add(const T* samples, std::size_t count, std::uint32_t* counts)
 {
-    for (std::size_t i = 0; i < count; ++i)
-        out[i] =
-            std::hypot(static_cast<double>(parts[2 * i]), static_cast<double>(parts[2 * i + 1]));
+    using Bits = std::make_unsigned_t<T>;
+    std::size_t i = 0;
+    for (; i + kTables <= count; i += kTables)
+        for (std::size_t k = 0; k < kTables; ++k)
+            ++counts[k * kValues + static_cast<Bits>(samples[i + k])];
+    for (; i < count; ++i)
+        ++counts[static_cast<Bits>(samples[i])];
+}
+
+template <class T>
+void XfnMagnitudes(const T* parts, std::size_t count, bool hasNull, T nullValue, double* out)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        const T re = parts[2 * i];
+        const T im = parts[2 * i + 1];
+        const bool isNull = hasNull & (re == nullValue) & (im == T(0));
+        out[i] = isNull ? std::numeric_limits<double>::quiet_NaN()
+                        : std::hypot(static_cast<double>(re), static_cast<double>(im));
+    }
 }
 
 template struct XStatisticsKernels<std::uint8_t>;
@@ -152,11 +157,16 @@ template struct XStatisticsKernels<std::int32_t>;
 template struct XStatisticsKernels<float>;
 template struct XStatisticsKernels<double>;
 
-template void XfnMagnitudes(const std::uint8_t*, std::size_t, double*);
-template void XfnMagnitudes(const std::int8_t*, std::size_t, double*);
-template void XfnMagnitudes(const std::uint16_t*, std::size_t, double*);
-template void XfnMagnitudes(const std::int16_t*, std::size_t, double*);
-template void XfnMagnitudes(const std::uint32_t*, std::size_t, double*);
-template void XfnMagnitudes(const std::int32_t*, std::size_t, double*);
-template void XfnMagnitudes(const float*, std::size_t, double*);
-template void XfnMagnitudes(const double*, std::size_t, double*);
+template struct XValueCountKernels<std::uint8_t>;
+template struct XValueCountKernels<std::int8_t>;
+template struct XValueCountKernels<std::uint16_t>;
+template struct XValueCountKernels<std::int16_t>;
+
+template void XfnMagnitudes(const std::uint8_t*, std::size_t, bool, std::uint8_t, double*);
+template void XfnMagnitudes(const std::int8_t*, std::size_t, bool, std::int8_t, double*);
+template void XfnMagnitudes(const std::uint16_t*, std::size_t, bool, std::uint16_t, double*);
+template void XfnMagnitudes(const std::int16_t*, std::size_t, bool, std::int16_t, double*);
+template void XfnMagnitudes(const std::uint32_t*, std::size_t, bool, std::uint32_t, double*);
+template void XfnMagnitudes(const std::int32_t*, std::size_t, bool, std::int32_t, double*);
+template void XfnMagnitudes(const float*, std::size_t, bool, float, double*);
+template void XfnMagnitudes(const double*, std::size_t, bool, double, double*);

@@ -32,8 +32,10 @@ int ForEachRun(const void* data, int width, int height, int dataType, int x0, in
     return 1;
 }
 
-void MoveCounts(double previousMin, double previousMax, double min, double max,
-                long long* histogram)
+} // namespace
+
+void XfnMoveHistogram(double previousMin, double previousMax, double min, double max,
+                      long long* histogram)
 {
     std::array<long long, 256> moved{};
     for (int i = 0; i < 256; ++i) {
@@ -44,8 +46,6 @@ void MoveCounts(double previousMin, double previousMax, double min, double max,
     }
     std::copy(moved.begin(), moved.end(), histogram);
 }
-
-} // namespace
 
 int XfnGetSubsetStatElem1(const void* data, int width, int height, int dataType, double& sum,
                           double& sumOfSquares, double& min, double& max, long long& count, int x0,
@@ -76,7 +76,7 @@ int XfnGetSubsetStatElem3(const void* data, int width, int height, int dataType,
     const bool isReal =
         XfnIsSet(previousMin) && XfnIsSet(previousMax) && previousMin <= previousMax;
     if (isReal && (previousMin != min || previousMax != max))
-        MoveCounts(previousMin, previousMax, min, max, histogram);
+        XfnMoveHistogram(previousMin, previousMax, min, max, histogram);
     return ForEachRun(data, width, height, dataType, x0, x1, y0, y1,
                       [&](const void* samples, std::size_t n) {
                           XfnAddHistogram(samples, n, dataType, ignore, min, max, histogram);

@@ -22,3 +22,8 @@ XAPI int XfnGetSubsetStatElem1(const void* data, int width, int height, int data
 XAPI int XfnGetSubsetStatElem3(const void* data, int width, int height, int dataType,
                                double previousMin, double previousMax, double min, double max,
                                long long* histogram, int x0, int x1, int y0, int y1, double ignore);
+
+/// Moves the counts of 256 bins over [previousMin, previousMax] to the bins that the values they
+/// stand for have over [min, max]; both ranges are in order and in finite numbers.
+XAPI void XfnMoveHistogram(double previousMin, double previousMax, double min, double max,
+                           long long* histogram);

@@ -113,14 +113,15 @@ void XTileCache::Shrink()
     }
 }
 
-void XTileCache::RemoveOwner(std::uint64_t owner)
+template <class Wanted>
+void XTileCache::RemoveIf(const Wanted& isWanted)
 {
     for (tagShard& shard : m_shards) {
-        std::list<tagEntry> dropped;
+        std::list<tagEntry> dropped; // freed outside the lock
         const std::lock_guard lock(shard.mutex);
         for (auto it = shard.entries.begin(); it != shard.entries.end();) {
             const auto next = std::next(it);
-            if (it->key.owner == owner) {
+            if (isWanted(it->key)) {
                 m_bytes.fetch_sub(it->tile->GetByteSize(), std::memory_order_relaxed);
                 shard.places.erase(it->key);
                 dropped.splice(dropped.end(), shard.entries, it);
@@ -131,17 +132,33 @@ void XTileCache::RemoveOwner(std::uint64_t owner)
     }
 }
 
+void XTileCache::Remove(const tagXTileKey& key)
+{
+    std::shared_ptr<const XTile> dropped; // freed outside the lock
+    tagShard& shard = ShardOf(key);
+    const std::lock_guard lock(shard.mutex);
+    const auto place = shard.places.find(key);
+    if (place == shard.places.end()) return;
+    dropped = std::move(place->second->tile);
+    m_bytes.fetch_sub(dropped->GetByteSize(), std::memory_order_relaxed);
+    shard.entries.erase(place->second);
+    shard.places.erase(place);
+    NoteOldest(shard);
+}
+
+void XTileCache::RemoveOwner(std::uint64_t owner)
+{
+    RemoveIf([owner](const tagXTileKey& key) { return key.owner == owner; });
+}
+
+void XTileCache::RemoveLevels(std::uint64_t owner, int first)
+{
+    RemoveIf([=](const tagXTileKey& key) { return key.owner == owner && key.level >= first; });
+}
+
 void XTileCache::Clear()
 {
-    for (tagShard& shard : m_shards) {
-        std::list<tagEntry> dropped;
-        const std::lock_guard lock(shard.mutex);
-        for (const tagEntry& entry : shard.entries)
-            m_bytes.fetch_sub(entry.tile->GetByteSize(), std::memory_order_relaxed);
-        shard.places.clear();
-        dropped.swap(shard.entries);
-        NoteOldest(shard);
-    }
+    RemoveIf([](const tagXTileKey&) { return true; });
 }
 
 void XTileCache::SetBudget(std::size_t budgetBytes)

@@ -47,7 +47,10 @@ public:
     std::shared_ptr<const XTile> Find(const tagXTileKey& key);
     void Insert(const tagXTileKey& key, std::shared_ptr<const XTile> tile);
 
+    void Remove(const tagXTileKey& key);
     void RemoveOwner(std::uint64_t owner);
+    /// The tiles of the levels from `first` on.
+    void RemoveLevels(std::uint64_t owner, int first);
     void Clear();
 
     void SetBudget(std::size_t budgetBytes);
@@ -75,6 +78,8 @@ private:
     tagShard& ShardOf(const tagXTileKey& key);
     static void NoteOldest(tagShard& shard);
     void Shrink();
+    template <class Wanted>
+    void RemoveIf(const Wanted& isWanted);
 
     std::array<tagShard, kShardCount> m_shards;
     std::atomic<std::size_t> m_budget;

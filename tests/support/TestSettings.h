@@ -4,7 +4,8 @@
 #include <QSettings>
 #include <QTemporaryDir>
 
-/// Sends every QSettings of the process to a folder that vanishes with this object.
+/// Sends every QSettings of the process, and what it keeps in the user's cache, to a folder that
+/// vanishes with this object.
 class XTestSettings
 {
 public:
@@ -12,6 +13,7 @@ public:
     {
         QCoreApplication::setOrganizationName("tql");
         QCoreApplication::setApplicationName("tql_test");
+        qputenv("XDG_CACHE_HOME", m_dir.filePath("cache").toUtf8());
         QSettings::setDefaultFormat(QSettings::IniFormat);
         QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_dir.path());
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_dir.path());

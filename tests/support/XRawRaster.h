@@ -4,7 +4,9 @@
 #include <QFile>
 #include <QString>
 
+#include <complex>
 #include <initializer_list>
+#include <type_traits>
 #include <vector>
 
 /// Writes small rasters as a raw file with a text header beside it, of any sample type, for tests
@@ -29,6 +31,8 @@ constexpr int XfnRawTypeCode()
         return 4;
     else if constexpr (std::is_same_v<T, double>)
         return 5;
+    else if constexpr (std::is_same_v<T, std::complex<float>>)
+        return 6;
     else if constexpr (std::is_same_v<T, unsigned short>)
         return 12;
 }

@@ -281,6 +281,48 @@ TEST(XDMFileReader, AFileCutWhileOpenIsASentence)
     EXPECT_FALSE(reader.ReadTile(0, 0, 0, 0, tile.data(), tile.size(), message));
     EXPECT_GE(message.Find("cut.xdm"), 0) << message.GetString();
     EXPECT_FALSE(reader.ReadTile(1, 0, 0, 0, tile.data(), tile.size(), message));
+    EXPECT_FALSE(reader.IsIntact(message));
+}
+
+TEST(XDMFileReader, AViewIsVerifiedOnceAndDamageIsSaid)
+{
+    const XDMFileFolder folder;
+    const std::string path = folder / "view.xdm";
+    const tagXDMFileInfo info = MakeInfo({MakeBand(3), MakeBand(3, 2)});
+    WriteSample(path, info);
+    XDMFileReader reader;
+    XString message;
+    ASSERT_TRUE(reader.Open(path.c_str(), message));
+    tagXDMFileView view;
+    ASSERT_TRUE(reader.ViewTile(0, 0, 0, 0, view, message)) << message.GetString();
+    ASSERT_TRUE(view.samples);
+    const XDMFileBytes wanted = MakeTile(GetTileBytes(info, 0, 0, 0, 0), 0, 0, 0, 0);
+    EXPECT_EQ(XDMFileBytes(view.samples, view.samples + wanted.size()), wanted);
+    ASSERT_TRUE(reader.ViewTile(1, 0, 0, 0, view, message));
+    EXPECT_FALSE(view.samples) << "packed";
+    ASSERT_TRUE(reader.ViewTile(0, 0, 2, 0, view, message));
+    EXPECT_FALSE(view.samples) << "empty";
+    EXPECT_FALSE(reader.ViewTile(0, 0, 9, 0, view, message));
+
+    // another program writes into the file: what was verified is not looked at again
+    const XDMFileBytes bytes = LoadBytes(path);
+    for (const int tx : {0, 1}) {
+        const XDMFileBytes tile = MakeTile(GetTileBytes(info, 0, 0, tx, 0), 0, 0, tx, 0);
+        const auto place = std::search(bytes.begin(), bytes.end(), tile.begin(), tile.end());
+        ASSERT_TRUE(place != bytes.end());
+        std::fstream out(path, std::ios::binary | std::ios::in | std::ios::out);
+        out.seekp(place - bytes.begin());
+        out.put(static_cast<char>(*place ^ 1));
+    }
+    EXPECT_TRUE(reader.ViewTile(0, 0, 0, 0, view, message));
+    EXPECT_FALSE(reader.ViewTile(0, 0, 1, 0, view, message));
+    EXPECT_GE(message.Find("damaged"), 0) << message.GetString();
+
+    // a file in memory has no views
+    XDMFileReader loose;
+    ASSERT_TRUE(loose.Open(ShowBytes(bytes), "memory", message));
+    ASSERT_TRUE(loose.ViewTile(0, 0, 0, 0, view, message));
+    EXPECT_FALSE(view.samples);
 }
 
 TEST(XDMFileReader, ThreadsReadAtOnce)

@@ -223,7 +223,8 @@ inline tagXDMFileInfo MakeFullInfo()
                      {{"p1", 1.5, 2.5, number(), number(), number(), 1},
                       {"", 3.5, 4.5, number(), number(), number(), 0}}},
                     {"none", "", 1, "", {}}};
-    const tagXDMFileSample sample = {number(), number(), number(), number(), histogram(3)};
+    const tagXDMFileSample sample = {40,       number(), number(), number(),
+                                     number(), number(), number(), histogram(3)};
     info.regions = {{"ROI_1",
                      "field",
                      3,
@@ -233,10 +234,11 @@ inline tagXDMFileInfo MakeFullInfo()
                      1,
                      99,
                      {sample, {}},
+                     38,
+                     {number(), number()},
                      {1, 2, 2, 4}},
-                    {"ROI_2", "", 2, 0xFFFFFF, kXNotSet, {1, 2, 3}, 0, 0, {}, {}}};
-    info.signatures = {
-        {"crop", "two fields", 0xFF00FF00, {1, 0}, {{}, sample}, {4, 3, 3, 2}, {1, 0.5, 0.5, 1}}};
+                    {"ROI_2", "", 2, 0xFFFFFF, kXNotSet, {1, 2, 3}, 0, 0, {}, 0, {}, {}}};
+    info.signatures = {{"crop", "three fields", 0xFF00FF00, {1, -1, 0}, {info.regions[0]}}};
     info.correlation = {1, 0.25, 0.25, 1};
     info.covariance = {9, 8, 8, 7};
     info.radarScene = {"XRadarScene", {1, 2, 3}};

@@ -1,5 +1,7 @@
 #include "TestXDMFileSamples.h"
 
+#include "foundation/raster/XDMFileMeta.h"
+
 #include <csignal>
 #include <functional>
 #include <iomanip>
@@ -145,7 +147,10 @@ TEST(XDMFileWriter, RefusesWhatCouldNotBeRead)
         {"Control point set 1", [](auto& info) { info.gcpSets[0].points[1].refX = 1.0 / 0.0; }},
         {"x, y and z", [](auto& info) { info.regions[0].vertices.pop_back(); }},
         {"Signature 1 names a region", [](auto& info) { info.signatures[0].regions[0] = 2; }},
-        {"wrong size", [](auto& info) { info.regions[0].covariance.push_back(1); }},
+        {"another number", [](auto& info) { info.signatures[0].regions[0] = -1; }},
+        {"unknown type", [](auto& info) { info.signatures[0].own[0].type = 4; }},
+        {"wrong size", [](auto& info) { info.regions[0].coMoments.push_back(1); }},
+        {"wrong size", [](auto& info) { info.regions[0].jointMeans.push_back(1); }},
         {"wrong size", [](auto& info) { info.correlation.pop_back(); }},
     };
     const XDMFileFolder folder;
@@ -254,9 +259,35 @@ TEST(XDMFileWriter, ThreadsWriteAtOnce)
     EXPECT_TRUE(HasSampleTiles(reader, message)) << message.GetString();
 }
 
-/// The page that describes the format shows a file byte by byte; it has to be the one that the
-/// writer makes.
-TEST(XDMFileWriter, WritesTheExampleOfItsDescription)
+/// The page that describes the format shows bytes; they have to be those that the writer makes.
+/// Lines of a dump are an offset of so many digits, a colon, and up to sixteen bytes.
+XDMFileBytes ReadPage(std::size_t offsetDigits)
+{
+    std::ifstream page(TQL_SOURCE_DIR "/docs/formats/xdm.md");
+    XDMFileBytes shown;
+    for (std::string line; std::getline(page, line);) {
+        if (line.size() < offsetDigits + 4 || line[offsetDigits] != ':' ||
+            line.find_first_not_of("0123456789abcdef") != offsetDigits)
+            continue;
+        std::istringstream in(line.substr(offsetDigits + 1, 16 * 3));
+        for (unsigned value; in >> std::hex >> value;)
+            shown.push_back(static_cast<unsigned char>(value));
+    }
+    return shown;
+}
+
+std::string DumpBytes(const XDMFileBytes& bytes)
+{
+    std::ostringstream dump;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (i % 16 == 0)
+            dump << (i ? "\n" : "") << std::hex << std::setw(8) << std::setfill('0') << i << ":";
+        dump << ' ' << std::hex << std::setw(2) << std::setfill('0') << int(bytes[i]);
+    }
+    return dump.str();
+}
+
+TEST(XDMFileWriter, WritesTheExamplesOfItsDescription)
 {
     tagXDMFileInfo info;
     info.name = "tiny";
@@ -276,25 +307,23 @@ TEST(XDMFileWriter, WritesTheExampleOfItsDescription)
     ASSERT_TRUE(writer.WriteTile(0, 0, 1, 0, right, sizeof right, message));
     ASSERT_TRUE(writer.Commit(message)) << message.GetString();
     const XDMFileBytes bytes = LoadBytes(folder / "tiny.xdm");
+    EXPECT_EQ(ReadPage(8), bytes) << "the page should show\n" << DumpBytes(bytes);
 
-    std::ifstream page(TQL_SOURCE_DIR "/docs/formats/xdm.md");
-    ASSERT_TRUE(page);
-    XDMFileBytes shown;
-    for (std::string line; std::getline(page, line);) {
-        // lines of the dump: eight digits of offset, a colon, up to sixteen bytes
-        if (line.size() < 12 || line.find_first_not_of("0123456789abcdef") != 8 || line[8] != ':') {
-            continue;
-        }
-        std::istringstream in(line.substr(9, 16 * 3));
-        for (unsigned value; in >> std::hex >> value;) {
-            shown.push_back(static_cast<unsigned char>(value));
-        }
-    }
-    std::ostringstream dump;
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (i % 16 == 0)
-            dump << (i ? "\n" : "") << std::hex << std::setw(8) << std::setfill('0') << i << ":";
-        dump << ' ' << std::hex << std::setw(2) << std::setfill('0') << int(bytes[i]);
-    }
-    EXPECT_EQ(shown, bytes) << "the page should show\n" << dump.str();
+    tagXDMFileRegion region;
+    region.name = "r";
+    region.type = 2;
+    region.vertices = {0, 0, 0, 2, 0, 0};
+    region.calculated = 1;
+    region.pixelCount = 3;
+    region.bands.push_back({2, 1, 2, 1.5, 0.5, kXNotSet, kXNotSet, {}});
+    region.jointCount = 2;
+    region.jointMeans = {1.5};
+    region.coMoments = {0.5};
+    info.regions = {region};
+    info.signatures = {{"s", "", 0xFFFFFF, {0}, {}}};
+    XDMFileBytes regions, signatures;
+    ASSERT_TRUE(XfnEncodeXDMFileBlock(XDMFileBlock::Regions, info, regions));
+    ASSERT_TRUE(XfnEncodeXDMFileBlock(XDMFileBlock::Signatures, info, signatures));
+    regions.insert(regions.end(), signatures.begin(), signatures.end());
+    EXPECT_EQ(ReadPage(4), regions) << "the page should show\n" << DumpBytes(regions);
 }

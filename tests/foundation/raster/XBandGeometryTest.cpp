@@ -107,6 +107,15 @@ TEST(XBandGeometry, FitsControlPoints)
         {"four corners", Points(2, 2, 0), 1},
         {"nine bend once", Points(3, 3, 0.01), 2},
         {"sixteen bend twice", Points(4, 4, 0.01), 3},
+        {"three in use of many",
+         [] {
+             std::vector<tagXGCP> points = Points(4, 4, 0);
+             for (std::size_t i = 1; i < points.size(); ++i)
+                 points[i].use = i == 3 || i == 12;
+             return points;
+         }(),
+         1},
+        {"a strong bend, whose inverse is no polynomial", Points(4, 4, 0.15), 3},
         {"sixteen on three lines determine no cubic", Points(6, 3, 0.01), 2},
     };
     for (const auto& c : cases) {
@@ -126,7 +135,7 @@ TEST(XBandGeometry, FitsControlPoints)
             EXPECT_NEAR(x, p.worldX, 1e-6);
             EXPECT_NEAR(y, p.worldY, 1e-6);
         }
-        ExpectRoundTrip(geometry, 0.15);
+        ExpectRoundTrip(geometry, 1e-6);
         EXPECT_NEAR(geometry.GetXPixelSize(), std::hypot(30, 1), 0.1);
     }
 }

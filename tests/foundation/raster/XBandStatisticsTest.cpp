@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <new>
 #include <numeric>
 #include <thread>
 
@@ -47,6 +48,7 @@ const tagCase kCases[] = {
     {"a range beyond the doubles",       kXDouble, kXNotSet,   {-1.6e308, 1.6e308},       -1.6e308, 1.6e308, 0, kXNotSet, 2},
     {"whole 32 bits",                    kXUInt32, kXNotSet,   {0, 4294967295.0},         0, 4294967295.0, 2147483647.5, 2147483647.5, 2},
     {"complex counts its magnitude",     kXFloatComplex, kXNotSet, {8, 0},                0, std::sqrt(80.0), std::sqrt(20.0), std::sqrt(20.0), 2},
+    {"a complex null",                   kXFloatComplex, 0,    {8, 0},                    std::sqrt(80.0), std::sqrt(80.0), std::sqrt(80.0), 0, 1},
 };
 // clang-format on
 
@@ -72,6 +74,26 @@ TEST(XBandStatistics, CountsWhatIsData)
         EXPECT_EQ(band->GetStatistics()->histogram, s->histogram);
         EXPECT_EQ(band->GetBandMax(), s->max);
     }
+}
+
+TEST(XBandStatistics, ABandThatFindsNoMemoryHasNoNumbersYet)
+{
+    struct XHungryBand : XDMBandMemory
+    {
+        bool isHungry = true;
+        int GatherSample(std::vector<std::shared_ptr<const XTile>>& tiles,
+                         const std::atomic<int>* abort) const override
+        {
+            if (isHungry) throw std::bad_alloc();
+            return XDMBandMemory::GatherSample(tiles, abort);
+        }
+    } band;
+    ASSERT_TRUE(band.Create(kXUInt8, 9, 9));
+    EXPECT_EQ(band.GetBandMin(), kXNotSet);
+    EXPECT_EQ(band.GetHistogram()[0], 0);
+    band.isHungry = false;
+    EXPECT_EQ(band.GetBandMin(), 0.0);
+    EXPECT_EQ(band.GetHistogram()[0], 81);
 }
 
 TEST(XBandStatistics, MeansSurviveALargeOffset)

@@ -1,9 +1,15 @@
 #include "foundation/raster/XDMBandXDM.h"
 #include "foundation/base/XArchive.h"
+#include "foundation/base/XObArray.h"
+#include "foundation/raster/XDMComposite.h"
 #include "foundation/raster/XDMFileSaver.h"
+#include "foundation/raster/XDMLevelKernels.h"
+#include "foundation/raster/XROI.h"
 #include "foundation/raster/XRSFile.h"
 #include "foundation/raster/XRSFileIO.h"
+#include "foundation/raster/XRSSIG.h"
 #include "foundation/raster/XStoredObject.h"
+#include "foundation/surface/XBackBuffer.h"
 #include "tests/foundation/raster/TestXDMFileSamples.h"
 #include "tests/support/XBandPlaces.h"
 
@@ -198,8 +204,18 @@ TEST(XDMBandXDM, MeansLeaveOutWhatIsNoData)
         else
             EXPECT_EQ(got, c.wanted);
     }
-    auto made = XfnMakeBand(kXFloatComplex, 512, 300, [](int x, int) { return x % 2 ? 6 : 2; });
-    EXPECT_EQ(SampleAt(*tagRoundTrip(std::move(made)).band, 1, 3, 3), 4) << "complex";
+    for (const auto& [null, wanted] : {std::pair(kXNotSet, 3.0), {0.0, 6.0}}) {
+        auto made = XfnMakeBand(kXFloatComplex, 512, 300, [](int x, int) { return x % 2 ? 6 : 0; });
+        made->SetNullValue(null);
+        EXPECT_EQ(SampleAt(*tagRoundTrip(std::move(made)).band, 1, 3, 3), wanted) << "complex";
+    }
+    // three samples over two: the first covers one and a half, their weighted mean is the null value
+    const tagXLevelAxis across = XfnMakeLevelAxis(0, 2, 2, 3), down = XfnMakeLevelAxis(0, 1, 1, 1);
+    const float finer[] = {-1, 2, -1};
+    float out[2];
+    XfnAverageLevel(finer, kXFloat, 0.0, across, down, out);
+    EXPECT_EQ(out[0], -1.0f) << "the nearest to the middle, not the last";
+    EXPECT_EQ(out[1], -1.0f);
 }
 
 TEST(XDMBandXDM, LevelsOfClassesKeepValuesThatAreThereAndTheirPlace)
@@ -306,6 +322,7 @@ TEST(XDMBandXDM, DescriptionsComeBack)
     auto made = XfnMakeBand(kXUInt8, 30, 20, XfnPattern);
     made->SetBandName("near infrar\xC3\xA9"
                       "d");
+    made->SetBandDescription("of the morning");
     made->SetID(17);
     made->SetBandType(kXBandClassMap);
     made->SetColorInterpretation(2);
@@ -315,13 +332,14 @@ TEST(XDMBandXDM, DescriptionsComeBack)
     made->SetBandSensor(-4);
     made->SetBandSensorName("sensor");
     double n = 0.5;
-    for (const auto set : {&XBandAcquisition::SetCenterX, &XBandAcquisition::SetCenterY,
-                           &XBandAcquisition::SetCellSize, &XBandAcquisition::SetGain,
-                           &XBandAcquisition::SetBias, &XBandAcquisition::SetSunAzimuth,
-                           &XBandAcquisition::SetSunElevation, &XBandAcquisition::SetIncidenceAngle,
-                           &XBandAcquisition::SetFocalLength, &XBandAcquisition::SetAltitude,
-                           &XBandAcquisition::SetSceneOrient, &XBandAcquisition::SetWaveLength,
-                           &XBandAcquisition::SetOffset, &XBandAcquisition::SetScale})
+    for (const auto set :
+         {&XBandAcquisition::SetCenterX, &XBandAcquisition::SetCenterY,
+          &XBandAcquisition::SetCellSize, &XBandAcquisition::SetGain, &XBandAcquisition::SetBias,
+          &XBandAcquisition::SetSunAzimuth, &XBandAcquisition::SetSunElevation,
+          &XBandAcquisition::SetIncidenceAngle, &XBandAcquisition::SetFocalLength,
+          &XBandAcquisition::SetAltitude, &XBandAcquisition::SetSceneOrient,
+          &XBandAcquisition::SetWaveLength, &XBandAcquisition::SetOffset,
+          &XBandAcquisition::SetScale, &XBandAcquisition::SetBandWidth})
         ((*made).*set)(n += 1.0);
     made->SetOriginCorner(2);
     made->SetReferencePoint({1.0, 2.0, 3.0});
@@ -348,9 +366,11 @@ TEST(XDMBandXDM, DescriptionsComeBack)
     file.SetCorrelationMatrix(matrix);
     auto set = std::make_unique<tagGCPSets>();
     set->name = "GCP";
+    set->description = "by hand";
     ASSERT_TRUE(set->sr.importFromEPSG(4326));
     set->sr.SetCoordType(3);
-    set->points = {{"p1", 1.5, 2.5, 127.25, 36.5, 100.0}};
+    set->points = {{"p1", 1.5, 2.5, 127.25, 36.5, 100.0}, {"out of use", 1, 2, 3, 4, 5, 0}};
+    const std::vector<tagXGCP> points = set->points;
     file.AddGCPSet(set.release());
 
     // twice, so that what was read is written as well
@@ -373,14 +393,16 @@ TEST(XDMBandXDM, DescriptionsComeBack)
                                 record.gain,         record.bias,           record.sunAzimuth,
                                 record.sunElevation, record.incidenceAngle, record.focalLength,
                                 record.altitude,     record.sceneOrient,    record.waveLength,
-                                record.offset,       record.scale};
-    EXPECT_EQ(numbers.size(), 14u) << "each has its own number";
+                                record.offset,       record.scale,          record.bandWidth};
+    EXPECT_EQ(numbers.size(), 15u) << "each has its own number";
     EXPECT_EQ(*numbers.begin(), 1.5);
-    EXPECT_EQ(*numbers.rbegin(), 14.5);
+    EXPECT_EQ(*numbers.rbegin(), 15.5);
 
     const XDMBand& band = *back.GetBandAt(0);
     EXPECT_STREQ(band.GetBandName(), "near infrar\xC3\xA9"
                                      "d");
+    EXPECT_STREQ(band.GetBandDescription(), "of the morning");
+    EXPECT_EQ(band.GetBandWidth(), 15.5);
     EXPECT_EQ(band.GetID(), 17);
     EXPECT_EQ(band.GetBandType(), kXBandClassMap);
     EXPECT_EQ(band.GetColorInterpretation(), 2);
@@ -396,8 +418,8 @@ TEST(XDMBandXDM, DescriptionsComeBack)
     EXPECT_EQ(band.GetWaveLength(), 12.5);
     EXPECT_EQ(band.GetOriginCorner(), 2);
     EXPECT_EQ(band.GetReferencePoint().z, 3.0);
-    EXPECT_EQ(band.GetLambda(), 15.5);
-    EXPECT_EQ(band.GetSquintAngle(), 23.5);
+    EXPECT_EQ(band.GetLambda(), 16.5);
+    EXPECT_EQ(band.GetSquintAngle(), 24.5);
     EXPECT_TRUE(band.IsDownChirp());
     const auto* orbit = dynamic_cast<const XStoredObject*>(band.GetOrbitInterpolater().get());
     ASSERT_TRUE(orbit);
@@ -414,8 +436,182 @@ TEST(XDMBandXDM, DescriptionsComeBack)
     ASSERT_TRUE(back.GetHeaderBands(rgb));
     EXPECT_EQ(rgb[1], 0);
     ASSERT_EQ(back.GetNumOfGCPSet(), 1);
-    EXPECT_EQ(back.GetGCPSetAt(0)->points[0].worldZ, 100.0);
+    EXPECT_EQ(back.GetGCPSetAt(0)->points, points);
+    EXPECT_STREQ(back.GetGCPSetAt(0)->description, "by hand");
     EXPECT_TRUE(back.GetGCPSetAt(0)->sr.IsSame(&file.GetGCPSetAt(0)->sr));
+}
+
+/// Equal in every bit that counts: loaded numbers go into decisions again.
+void ExpectSame(const XROI& a, const XROI& b)
+{
+    EXPECT_STREQ(a.GetName(), b.GetName());
+    EXPECT_STREQ(a.GetComment(), b.GetComment());
+    EXPECT_EQ(a.GetType(), b.GetType());
+    EXPECT_EQ(a.GetColor(), b.GetColor());
+    EXPECT_EQ(a.GetNullValue(), b.GetNullValue());
+    ASSERT_EQ(a.GetSize(), b.GetSize());
+    for (int i = 0; i < a.GetSize(); ++i) {
+        double p[3], q[3];
+        a.GetAt(i, p[0], p[1], p[2]);
+        b.GetAt(i, q[0], q[1], q[2]);
+        EXPECT_EQ(std::memcmp(p, q, sizeof p), 0);
+    }
+    ASSERT_EQ(a.IsCalculated(), b.IsCalculated());
+    if (!a.IsCalculated()) return;
+    const tagXRegionStatistics& s = *a.GetStatistics();
+    const tagXRegionStatistics& t = *b.GetStatistics();
+    EXPECT_EQ(s.pointCount, t.pointCount);
+    EXPECT_EQ(s.joint.count, t.joint.count);
+    EXPECT_EQ(s.joint.means, t.joint.means);
+    EXPECT_EQ(s.joint.coMoments, t.joint.coMoments);
+    ASSERT_EQ(s.bands.size(), t.bands.size());
+    for (std::size_t i = 0; i < s.bands.size(); ++i) {
+        const tagXMoments& m = s.bands[i].moments;
+        const tagXMoments& n = t.bands[i].moments;
+        EXPECT_EQ(m.count, n.count);
+        EXPECT_EQ(m.min, n.min);
+        EXPECT_EQ(m.max, n.max);
+        EXPECT_EQ(m.mean, n.mean);
+        EXPECT_EQ(m.squares, n.squares);
+        EXPECT_EQ(s.bands[i].histogramMin, t.bands[i].histogramMin);
+        EXPECT_EQ(s.bands[i].histogramMax, t.bands[i].histogramMax);
+        EXPECT_EQ(s.bands[i].histogram, t.bands[i].histogram);
+    }
+}
+
+TEST(XDMBandXDM, RegionsSignaturesAndTheRadarSceneComeBack)
+{
+    XRSFile file;
+    XObArray bands;
+    for (const int type : {kXUInt8, kXFloat, kXInt16}) {
+        file.AddBand(XfnMakeBand(type, 60, 50, XfnPattern).release());
+        bands.Add(file.GetBandAt(file.GetNumOfBands() - 1));
+    }
+    // the last band has no value at all
+    file.GetBandAt(2)->SetNullValue(1);
+    static_cast<XDMBandMemory*>(file.GetBandAt(2))->Create(kXInt16, 60, 50);
+    file.GetBandAt(2)->SetNullValue(0);
+    const auto make = [&](const char* name, int type, int isCalculated) {
+        auto region = std::make_unique<XROI>();
+        region->SetName(name);
+        region->SetComment("caf\xC3\xA9");
+        region->SetType(type);
+        region->SetColor(0xFF102030u);
+        region->SetNullValue(isCalculated ? 7.0 : kXNotSet);
+        region->Add(3.1, -4.2, 0.1);
+        region->Add(50.3, -8.0);
+        region->Add(20.0, -45.5, -0.0);
+        EXPECT_EQ(isCalculated && !region->CalcStatistics(&bands, nullptr), 0);
+        return region;
+    };
+    file.AddROISet(make("a", kXROIPolygon, 1).release());
+    file.AddROISet(make("b", kXROIPolyline, 0).release());
+    const auto lent = make("elsewhere", kXROIPolyline, 1); // in no list of the file
+    auto signature = std::make_unique<XRSSIG>();
+    signature->SetName("crop");
+    signature->SetComment("words");
+    signature->SetColor(0xFF00FF00u);
+    signature->Add(file.GetROISetAt(1));
+    signature->Add(lent.get());
+    signature->Add(file.GetROISetAt(0));
+    file.AddSIGSet(signature.release());
+    file.AddSIGSet(new XRSSIG); // of nothing
+    file.SetRadarScene(std::make_shared<XBeamSample>());
+
+    XDMFileFolder folder;
+    Save(file, folder / "a.xdm");
+    XRSFile first, back;
+    Load(first, folder / "a.xdm");
+    Save(first, folder / "b.xdm");
+    Load(back, folder / "b.xdm");
+    ASSERT_EQ(back.GetNumOfROI(), 2);
+    for (int i = 0; i < 2; ++i)
+        ExpectSame(*file.GetROISetAt(i), *back.GetROISetAt(i));
+    EXPECT_EQ(back.GetROISetAt(0)->GetNumBands(), 3);
+    ASSERT_EQ(back.GetNumOfSIG(), 2);
+    const XRSSIG& crop = *back.GetSIGSetAt(0);
+    EXPECT_STREQ(crop.GetName(), "crop");
+    EXPECT_STREQ(crop.GetComment(), "words");
+    EXPECT_EQ(crop.GetColor(), 0xFF00FF00u);
+    ASSERT_EQ(crop.GetSize(), 3);
+    EXPECT_EQ(crop.GetAt(0), back.GetROISetAt(1));
+    EXPECT_EQ(crop.GetAt(2), back.GetROISetAt(0));
+    ExpectSame(*lent, *crop.GetAt(1));
+    EXPECT_EQ(crop.GetCovariance(0, 1), file.GetSIGSetAt(0)->GetCovariance(0, 1));
+    EXPECT_EQ(back.GetSIGSetAt(1)->GetSize(), 0);
+    const auto* scene = dynamic_cast<const XStoredObject*>(back.GetRadarScene().get());
+    ASSERT_TRUE(scene);
+    EXPECT_STREQ(scene->GetClassName(), "XBeamSample");
+}
+
+TEST(XDMBandXDM, AFileCutWhileItIsOpenEndsInASentence)
+{
+    XDMFileFolder folder;
+    XRSFile made, saved;
+    made.AddBand(XfnMakeBand(kXUInt16, 1000, 900, XfnPattern).release());
+    Save(made, folder / "whole.xdm", XDMCompression::None);
+    const XDMFileBytes bytes = LoadBytes(folder / "whole.xdm");
+    XRSFile file;
+    Load(file, folder / "whole.xdm");
+    XDMBand& band = *file.GetBandAt(0);
+    XDMComposite composite(0);
+    composite.SetBand(&band, 0);
+    XBackBuffer buffer;
+    buffer.Resize(nullptr, 1000, 900);
+    buffer.SetWorldToCenter(499.5, -449.5);
+    const auto draw = [&] {
+        composite.Draw(&buffer, -0.5, -899.5, 999.5, 0.5, 1, nullptr, nullptr);
+        return composite.GetDrawMessage();
+    };
+    EXPECT_TRUE(draw().IsEmpty()) << draw().GetString();
+    XString message;
+    const auto view = band.GetTile(0, 2, 3, nullptr, message);
+    ASSERT_TRUE(view);
+
+    // the bytes stand in the same place, so the map sees what it saw
+    ASSERT_EQ(truncate((folder / "whole.xdm").c_str(), 4096), 0);
+    const XString sentence =
+        XfnFormat("The file became shorter while it was read: %s.", (folder / "whole.xdm").c_str());
+    EXPECT_STREQ(draw(), sentence) << "tiles are in the cache, their bytes are gone";
+    EXPECT_STREQ(draw(), sentence) << "for good";
+    EXPECT_TRUE(view->IsLost());
+    EXPECT_FALSE(band.GetTile(0, 0, 0, nullptr, message));
+    EXPECT_STREQ(message, sentence);
+    tagXArr2* block = nullptr;
+    EXPECT_FALSE(band.ReadSubset(block, 0, 0, 9, 0, 9, nullptr, &message));
+    delete block;
+    EXPECT_FALSE(band.CalcExactStatistics(nullptr, nullptr, message));
+    EXPECT_FALSE(
+        XDMFileSaver::Save(file, (folder / "b.xdm").c_str(), XDMCompression::Zstd, {}, message));
+    EXPECT_GE(message.Find("shorter"), 0) << message.GetString();
+    EXPECT_EQ(folder.CountFiles(), 1);
+}
+
+TEST(XDMBandXDM, PlainTilesAreViewsAndOthersAreNot)
+{
+    XDMFileFolder folder;
+    for (const XDMCompression compression : {XDMCompression::None, XDMCompression::Zstd}) {
+        XRSFile file, back;
+        for (int type = kXUInt8; type <= kXDoubleComplex; ++type)
+            file.AddBand(XfnMakeBand(type, 300, 40, [](int x, int) {
+                             return x < 256 ? x % 7 : 0; // the second tile is empty
+                         }).release());
+        Save(file, folder / "a.xdm", compression);
+        Load(back, folder / "a.xdm");
+        for (int i = 0; i < back.GetNumOfBands(); ++i) {
+            XString message;
+            const XDMBand& band = *back.GetBandAt(i);
+            const auto first = band.GetTile(0, 0, 0, nullptr, message);
+            const auto second = band.GetTile(0, 1, 0, nullptr, message);
+            ASSERT_TRUE(first && second) << message.GetString();
+            const bool isView = !std::const_pointer_cast<XTile>(first)->GetFillData();
+            EXPECT_EQ(isView, compression == XDMCompression::None) << i;
+            EXPECT_TRUE(std::const_pointer_cast<XTile>(second)->GetFillData());
+            EXPECT_EQ(reinterpret_cast<std::uintptr_t>(first->GetData()) % 16, 0u);
+        }
+        std::filesystem::remove(folder / "a.xdm"); // open files and their views stand
+        EXPECT_EQ(ReadLevel(*back.GetBandAt(0), 0), ReadLevel(*file.GetBandAt(0), 0));
+    }
 }
 
 TEST(XDMBandXDM, LevelsThatTheFileLacksAreVirtual)

@@ -71,6 +71,26 @@ TEST(XDMCompManager, WhoDeletesWhat)
     }
 }
 
+TEST(XDMCompManager, ACompositeHasOneManager)
+{
+    int deaths = 0;
+    XDMCompManager second;
+    {
+        XDMCompManager first;
+        XDMComposite* loose = first.NewXDMComposite(0);
+        auto* listed = new XWatched(deaths);
+        first.AddXDMComposite(listed);
+        EXPECT_TRUE(second.AddXDMComposite(loose));
+        EXPECT_TRUE(second.AddXDMCompositeTail(listed));
+        EXPECT_EQ(first.GetNumberOfXDMComposite(), 0);
+        EXPECT_EQ(loose->GetXDMCompManager(), &second);
+    }
+    EXPECT_EQ(deaths, 0) << "the first one dies without what it let go";
+    EXPECT_EQ(second.GetNumberOfXDMComposite(), 2);
+    second.RemoveXDMCompositeAll();
+    EXPECT_EQ(deaths, 1);
+}
+
 TEST(XDMCompManager, TheRangeIsTheUnionOfWhatHasOne)
 {
     auto east = XfnMakeBand(kXUInt8, 11, 6, [](int, int) { return 0; });

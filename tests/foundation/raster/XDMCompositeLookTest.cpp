@@ -1,5 +1,6 @@
 #include "foundation/raster/XDMComposite.h"
 
+#include "foundation/raster/XSpatialFilter.h"
 #include "tests/support/XBandSamples.h"
 #include "tests/support/XPixelGrid.h"
 
@@ -217,6 +218,44 @@ TEST(XDMCompositeLook, ClassMapsAreNeverInterpolated)
     EXPECT_TRUE(XfnDrawAll(composite, buffer));
     for (int x = 0; x < 8; ++x)
         EXPECT_EQ(buffer.GetRow(0)[x] & 0xFFu, x < 4 ? 0u : 200u) << x;
+}
+
+TEST(XDMCompositeLook, FiltersTheDrawnLevelAndNothingElse)
+{
+    // a single bright pixel, and one without data
+    auto band = XfnMakeBand(kXUInt8, 32, 32, [](int x, int y) {
+        return x == 10 && y == 10 ? 90 : x == 20 && y == 20 ? 7 : 0;
+    });
+    band->SetNullValue(7.0);
+    XDMComposite composite(0);
+    composite.SetBand(band.get(), 0);
+    composite.SetKernelSize(3);
+    const auto levelAt = [](XDMComposite& shown, int x, int y) {
+        XBackBuffer buffer = XfnMakeSurface(32, 32, 0xFF00FF00u);
+        EXPECT_TRUE(XfnDrawAll(shown, buffer));
+        return buffer.GetRow(y)[x] == 0xFF00FF00u ? -1
+                                                  : static_cast<int>(buffer.GetRow(y)[x] & 0xFFu);
+    };
+    struct tagCase
+    {
+        int type, centre, beside, flat;
+    };
+    const tagCase cases[] = {
+        {kXFilterNone, 90, 0, 0}, {kXFilterMean, 10, 10, 0}, {kXFilterMedian, 0, 0, 0}};
+    for (const tagCase& c : cases) {
+        composite.SetFilterType(c.type);
+        EXPECT_EQ(levelAt(composite, 10, 10), c.centre) << c.type;
+        EXPECT_EQ(levelAt(composite, 11, 10), c.beside) << c.type;
+        EXPECT_EQ(levelAt(composite, 13, 10), c.flat) << c.type;
+        EXPECT_EQ(levelAt(composite, 20, 20), -1) << c.type;
+        EXPECT_EQ(composite.ReadPixel(0, 10.0, -10.0), 90.0) << "readings are the band's";
+    }
+    composite.SetFilterType(kXFilterMean);
+    XDMComposite clone;
+    clone.CloneXDMComposite(&composite);
+    EXPECT_EQ(levelAt(clone, 11, 10), 10);
+    band->SetBandType(kXBandClassMap);
+    EXPECT_EQ(levelAt(composite, 11, 10), 0) << "classes have no mean";
 }
 
 } // namespace

@@ -81,11 +81,13 @@ class XFrailBand : public XDMBandMemory
 public:
     int failTx = -1;
     std::atomic<int>* raised = nullptr;
+    mutable int tiles = 0;
 
 protected:
     std::shared_ptr<const XTile> ReadTile(int level, int tx, int ty, const std::atomic<int>* abort,
                                           XString& message) const override
     {
+        ++tiles;
         if (raised) *raised = 1;
         if (tx == failTx) {
             message = "The tile is damaged.";
@@ -135,6 +137,28 @@ TEST(XDMCompositeRange, AnAbortEndsTheDrawingWhereverItRises)
         XBackBuffer untouched = XfnMakeSurface(700, 300, kBelow);
         EXPECT_FALSE(XfnDrawAll(composite, untouched, &abort));
         EXPECT_EQ(untouched.GetImage(), XfnMakeSurface(700, 300, kBelow).GetImage());
+    }
+}
+
+TEST(XDMCompositeRange, AnAbortEndsTheSearchForARangeToo)
+{
+    for (const int stretch : {1, 5}) {
+        XFrailBand band;
+        std::atomic<int> abort{0};
+        ASSERT_TRUE(band.Create(kXUInt16, 2100, 600));
+        static_cast<std::uint16_t*>(band.GetData())[2100 * 600 - 1] = 700;
+        band.raised = &abort;
+        XDMComposite composite;
+        composite.SetBand(&band, 0);
+        composite.SetStretchType(stretch, 0);
+        XBackBuffer buffer = XfnMakeSurface(700, 300, kBelow);
+        EXPECT_FALSE(XfnDrawAll(composite, buffer, &abort));
+        EXPECT_EQ(band.tiles, 1);
+        EXPECT_FALSE(band.HasStatistics());
+        abort = 0;
+        band.raised = nullptr;
+        EXPECT_TRUE(XfnDrawAll(composite, buffer, &abort));
+        EXPECT_EQ(composite.GetCutMax(0), 700.0);
     }
 }
 

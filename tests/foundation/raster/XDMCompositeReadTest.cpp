@@ -1,5 +1,6 @@
 #include "foundation/raster/XDMComposite.h"
 
+#include "foundation/platform/XThread.h"
 #include "tests/support/XBandSamples.h"
 
 #include <gtest/gtest.h>
@@ -56,6 +57,29 @@ TEST(XDMCompositeRead, PixelsUnderAPosition)
     };
     for (const auto& row : kCases)
         EXPECT_EQ(composite.ReadPixel(row.ch, row.x, row.y), row.wanted) << row.name;
+}
+
+TEST(XDMCompositeRead, NullValuesAreThoseThatTheTypeHolds)
+{
+    for (const double null : {1e20, -9999.9, 0.1, -3.40282e38, -3.40282347e38, -kInf}) {
+        SCOPED_TRACE(null);
+        auto band = XfnMakeBand(kXFloat, {{null, 2}});
+        band->SetNullValue(null);
+        XDMComposite composite;
+        composite.SetBand(band.get(), 0);
+        EXPECT_EQ(composite.ReadPixel(0, 0, 0), kXNoData);
+        double out[2];
+        ASSERT_TRUE(composite.ReadLine(0, 0, 0, 1, 0, out, 2));
+        EXPECT_EQ(out[0], kXNoData);
+        EXPECT_EQ(out[1], 2.0);
+        const double xs[] = {-0.4, 1.4, 1.4, -0.4}, ys[] = {0.4, 0.4, -0.4, -0.4};
+        ASSERT_TRUE(composite.ReadROI(0, xs, ys, 4, out, 2, 1, nullptr));
+        EXPECT_EQ(out[0], kXNoData);
+        EXPECT_EQ(out[1], 2.0);
+        XBackBuffer buffer = XfnMakeSurface(2, 1, 0xFF123456u);
+        ASSERT_TRUE(XfnDrawAll(composite, buffer));
+        EXPECT_EQ(buffer.GetRow(0)[0], 0xFF123456u);
+    }
 }
 
 TEST(XDMCompositeRead, LinesRunFromFirstToLastPoint)
@@ -139,6 +163,11 @@ TEST(XDMCompositeRead, RegionsHoldThePixelsWhoseCentresLieInside)
         EXPECT_FALSE(composite.ReadROI(0, row.xs.data(), ys.data(), n, out.data(), width + 1,
                                        height, nullptr));
     }
+    const double all[] = {-0.5, 5.5, 5.5, -0.5}, rows[] = {0.5, 0.5, -4.5, -4.5};
+    std::vector<double> out(30);
+    XThread thread;
+    ASSERT_TRUE(composite.ReadROI(0, all, rows, 4, out.data(), 6, 5, &thread));
+    EXPECT_EQ(thread.GetStatus(), kXThreadPercent);
     const double away[] = {100, 110, 110}, bad[] = {0, kNaN, 1}, ys[] = {0, 0, -3};
     int width = -1, height = -1;
     for (const double* xs : {away, bad}) {
@@ -227,6 +256,16 @@ TEST(XDMCompositeGeometry, AWarpThatIsSetFindsItsInverse)
             EXPECT_NEAR(x, u, 0.01); // a cubic is not the exact inverse of a cubic
             EXPECT_NEAR(y, v, 0.01);
         }
+    }
+    double x = 3e5 + 500.0, y = 4e6 - 400.0;
+    composite.ConvWorldToPixelCoord(x, y, 0);
+    EXPECT_GT(std::fabs(x - 250.0), 0.5);
+    for (const int isPixelBase : {0, 1, 0}) { // which puts the warp aside and brings it back
+        composite.SetPixelBaseMode(isPixelBase);
+        double u = isPixelBase ? x : 3e5 + 500.0, v = isPixelBase ? -y : 4e6 - 400.0;
+        composite.ConvWorldToPixelCoord(u, v, 0);
+        EXPECT_NEAR(u, x, 1e-9);
+        EXPECT_NEAR(v, y, 1e-9);
     }
     XWarp2D broken;
     composite.SetWarpCoeff(broken, 0);

@@ -59,6 +59,12 @@ TEST(XDMCompositeStretch, WhichRuleSetsTheCutRange)
              c.SetCutRange(3, 4, 0);
          },
          3, 4},
+        {"a stretch by the visible region needs a range that nobody chose",
+         [](XDMComposite& c) {
+             c.SetStretchCoverage(1, 0);
+             c.SetStretchType(kXStretchEqualization, 0);
+         },
+         0, 5000},
         {"regions of interest leave their numbers",
          [](XDMComposite& c) {
              c.SetCutRange(3, 4, 0);
@@ -78,6 +84,49 @@ TEST(XDMCompositeStretch, WhichRuleSetsTheCutRange)
     }
 }
 
+TEST(XDMCompositeStretch, ANewBandGetsItsOwnRangeUnlessOneWasChosen)
+{
+    auto shorts = MakeHalves();
+    auto bytes = XfnMakeBand(kXUInt8, 200, 100, [](int x, int) { return x; });
+    const struct
+    {
+        const char* name;
+        std::function<void(XDMComposite&)> before, after;
+        double max;
+    } kCases[] = {
+        {"set", [](XDMComposite&) {}, [&](XDMComposite& c) { c.SetBand(bytes.get(), 0); }, 255},
+        {"a visible region's",
+         [](XDMComposite& c) { c.SetStretchCoverage(1, 0), c.SetCutType(1, 0); },
+         [&](XDMComposite& c) {
+             c.SetStretchCoverage(0, 0), c.SetCutType(0, 0);
+             c.SetBand(bytes.get(), 0);
+         },
+         255},
+        {"chosen", [](XDMComposite& c) { c.SetCutRange(1, 77, 0); },
+         [&](XDMComposite& c) { c.SetBand(bytes.get(), 0); }, 77},
+        {"the same band", [](XDMComposite&) {},
+         [&](XDMComposite& c) { c.SetBand(shorts.get(), 0); }, 5000},
+        {"settings of a composite of another band", [](XDMComposite&) {},
+         [&](XDMComposite& c) {
+             XDMComposite other;
+             other.SetBand(bytes.get(), 0);
+             other.CopyDisplaySettings(&c);
+             c.CloneXDMComposite(&other);
+         },
+         255},
+    };
+    for (const auto& row : kCases) {
+        XDMComposite composite;
+        composite.SetBand(shorts.get(), 0);
+        row.before(composite);
+        XBackBuffer buffer = XfnMakeSurface(200, 100);
+        ASSERT_TRUE(XfnDrawAll(composite, buffer)) << row.name;
+        row.after(composite);
+        ASSERT_TRUE(XfnDrawAll(composite, buffer)) << row.name;
+        EXPECT_EQ(composite.GetCutMax(0), row.max) << row.name;
+    }
+}
+
 TEST(XDMCompositeStretch, TheVisibleRegionIsMeasuredAnewOnlyWhenItMoves)
 {
     auto band = MakeHalves();
@@ -90,6 +139,14 @@ TEST(XDMCompositeStretch, TheVisibleRegionIsMeasuredAnewOnlyWhenItMoves)
     EXPECT_EQ(composite.GetSubsetMean(0), 499.5);
     EXPECT_NEAR(composite.GetSubsetStd(0), std::sqrt((1e6 - 1) / 12.0), 1e-6);
     EXPECT_EQ(composite.GetSubsetNumPixels(0), 10000);
+    band->SetNullValue(0);
+    ASSERT_TRUE(composite.CalcSubsetStatistics(0));
+    EXPECT_EQ(composite.GetSubsetNumPixels(0), 9990) << "a null value counts at once";
+    band->SetNullValue(kXNotSet);
+    static_cast<std::uint16_t*>(band->GetData())[0] = 4000;
+    band->Changed();
+    ASSERT_TRUE(composite.CalcSubsetStatistics(0));
+    EXPECT_EQ(composite.GetSubsetMax(0), 4000.0) << "so do other pixels";
     ASSERT_TRUE(composite.CalcSubsetHistogram(0));
     const long long* bins = composite.GetSubsetHistogram(0);
     EXPECT_EQ(std::accumulate(bins, bins + 256, 0LL), 10000);
@@ -160,6 +217,27 @@ TEST(XDMCompositeStretch, TheTableFollowsItsSettingsAndHoldsWhatWasSet)
                 << row.name << ", type " << type;
         }
     }
+    // what drawing works out by itself is no change: the range of a band that is not bytes is pending
+    auto shorts = MakeHalves();
+    for (const int type : {kXStretchLinear, kXStretchEqualization}) {
+        for (const int coverage : {0, 1}) {
+            XDMComposite composite;
+            composite.SetBand(shorts.get(), 0);
+            composite.SetStretchCoverage(coverage, 0);
+            composite.SetCutType(coverage, 0);
+            composite.SetStretchType(type, 0);
+            const unsigned char own[256] = {77};
+            composite.SetLUT(own, 0);
+            for (const int size : {40, 90}) {
+                XBackBuffer buffer = XfnMakeSurface(size, size);
+                ASSERT_TRUE(XfnDrawAll(composite, buffer));
+                EXPECT_EQ(composite.GetLUT(0)[0], 77) << type << " " << coverage << " " << size;
+            }
+            composite.SetStretchType(kXStretchSquareRoot, 0);
+            composite.UpdateLUT(0);
+            EXPECT_EQ(composite.GetLUT(0)[0], 0);
+        }
+    }
     XDMComposite composite;
     composite.SetBand(band.get(), 0);
     composite.SetStretchType(kXStretchEqualization, 0);
@@ -198,6 +276,27 @@ TEST(XDMCompositeStretch, ACloneDrawsForItsOwnerAndGivesBackWhatItFound)
     ASSERT_TRUE(XfnDrawAll(clone, buffer));
     own.TakeDrawResults(&clone);
     EXPECT_EQ(own.GetCutMax(0), 2.0);
+    // nor what a dialog's copy brings, changed as many times as its owner was
+    XDMComposite dialog;
+    dialog.CloneXDMComposite(&own);
+    own.SetCutRange(3, 4, 0);
+    clone.CloneXDMComposite(&own);
+    dialog.SetCutRange(5, 6, 0);
+    own.CloneXDMComposite(&dialog);
+    ASSERT_TRUE(XfnDrawAll(clone, buffer));
+    own.TakeDrawResults(&clone);
+    EXPECT_EQ(own.GetCutMax(0), 6.0);
+    // nor points that were moved in their list
+    own.SetStretchType(kXStretchPiecewise, 0);
+    own.AddHistPt(0, 10, 100);
+    clone.CloneXDMComposite(&own);
+    ASSERT_TRUE(XfnDrawAll(clone, buffer));
+    static_cast<tagXHistPt*>(own.GetHistPtsList(0)->GetHead())->value = 200;
+    own.UpdateLUT(0);
+    const int moved = own.GetLUT(0)[100];
+    own.TakeDrawResults(&clone);
+    EXPECT_EQ(own.GetLUT(0)[100], moved);
+    EXPECT_NE(clone.GetLUT(0)[100], moved);
 }
 
 TEST(XDMCompositeStretch, SettingsCrossBetweenCompositesOfAnyKind)

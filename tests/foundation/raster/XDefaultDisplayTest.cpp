@@ -35,6 +35,11 @@ TEST(XDefaultStretch, FirstRangesOfAllKindsOfBands)
          -9999, 2550, 4940, 40},
         {"one wild pixel does not squeeze the rest", kXFloat,
          [](int x, int y) { return x + y == 0 ? 1e9 : x / 500.0; }, kXNotSet, 0.02, 0.98, 0.01},
+        {"a null that is no exact float, and a wild pixel", kXFloat,
+         [](int x, int y) { return x + y == 0 ? 1e9
+                                   : x < 250  ? -9999.9
+                                              : x / 500.0; }, -9999.9,
+         0.51, 0.99, 0.01},
         {"a constant image", kXInt32, [](int, int) { return 7.0; }, kXNotSet, 7, 7, 0},
         {"nothing but no data", kXFloat, [](int, int) { return kNaN; }, kXNotSet, 0, 255, 0},
     };

@@ -119,6 +119,20 @@ TEST(XDrawKernels, RowsOfEveryTypeAgreeWithThePlainLoop)
     }
 }
 
+TEST(XDrawKernels, AComplexSampleIsNullByItsRealPartAlone)
+{
+    const float parts[] = {-5, 0, 3, 4, -5, 1}; // the magnitude 5 is not the null value
+    const tagXDrawCut cut = MakeCut(0, 10, -5, kNaN);
+    std::uint16_t states[3];
+    float reals[3];
+    XfnGetStateRow(kXFloatComplex, 0)(parts, nullptr, 3, cut, states);
+    XfnGetLoadRow(kXFloatComplex)(parts, 3, cut, reals);
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ((states[i] & kXStateData) != 0, i > 0) << i;
+        EXPECT_EQ(std::isnan(reals[i]), i == 0) << i;
+    }
+}
+
 TEST(XDrawKernels, TypesThatAreNoneHaveNoRow)
 {
     for (const int type : {-1, 0, 17}) {

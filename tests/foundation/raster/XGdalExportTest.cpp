@@ -161,19 +161,89 @@ TEST_F(XGdalExport, GeometryAndDescriptionArrive)
     EXPECT_STREQ(back.GetBandAt(0)->GetGISAt(0)->name, "water");
 }
 
+TEST_F(XGdalExport, WhatWasChangedInTheModelArrives)
+{
+    const struct
+    {
+        const char* name;
+        void (*change)(XRSFile&);
+        bool (*isThere)(XRSFile&);
+    } cases[] = {
+        {"nothing", [](XRSFile&) {}, [](XRSFile& f) { return f.GetBandAt(0)->GetScale() == 2.0; }},
+        {"the null value", [](XRSFile& f) { f.GetBandAt(0)->SetNullValue(9); },
+         [](XRSFile& f) { return f.GetBandAt(0)->GetNullValue() == 9; }},
+        {"a name", [](XRSFile& f) { f.GetBandAt(1)->SetBandName("red edge"); },
+         [](XRSFile& f) { return f.GetBandAt(1)->GetBandName() == "red edge"; }},
+        {"the place",
+         [](XRSFile& f) { f.GetBandAt(0)->SetUpperLeft(7, 8), f.GetBandAt(1)->SetUpperLeft(7, 8); },
+         [](XRSFile& f) { return f.GetBandAt(0)->GetULX() == 7; }},
+        {"the reference", [](XRSFile& f) { f.GetBandAt(0)->GetSR()->importFromEPSG(32652); },
+         [](XRSFile& f) {
+             XSpatialReference wanted;
+             return wanted.importFromEPSG(32652) && f.GetBandAt(0)->GetSR()->IsSame(&wanted);
+         }},
+        {"classes",
+         [](XRSFile& f) {
+             f.GetBandAt(0)->SetGISTable({{1, 2, 3, 255, 0, "sea"}, {4, 5, 6, 255, 0, "land"}}, 0);
+         },
+         [](XRSFile& f) { return f.GetBandAt(0)->GetNumOfGIS() == 2; }},
+        {"another band",
+         [](XRSFile& f) { f.AddBand(XfnMakeBand(kXUInt8, 40, 30, XfnPattern).release()); },
+         [](XRSFile& f) { return f.GetNumOfBands() == 3; }},
+    };
+    const XString path = XfnWriteGdalSample(
+        dir.filePath("from.tif"), {.width = 40,
+                                   .height = 30,
+                                   .bands = 2,
+                                   .value = [](int x, int y, int) { return XfnPattern(x, y); },
+                                   .prepare =
+                                       [](GDALDataset& ds) {
+                                           double t[6] = {100, 2, 0, 900, 0, -2};
+                                           ds.SetGeoTransform(t);
+                                           ds.GetRasterBand(1)->SetScale(2.0);
+                                       }});
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        XRSFile file, back;
+        XString error;
+        ASSERT_TRUE(XRSFileIO::Open(path, &file, error)) << error.GetString();
+        c.change(file);
+        ASSERT_STREQ(Export(file, "to.tif"), "");
+        ASSERT_TRUE(XRSFileIO::Open(Path("to.tif"), &back, error)) << error.GetString();
+        EXPECT_TRUE(c.isThere(back));
+        EXPECT_EQ(SampleOf(*back.GetBandAt(1)), XfnPattern(0, 0));
+    }
+    XRSFile file;
+    XString error;
+    ASSERT_TRUE(XRSFileIO::Open(path, &file, error));
+    QFile overwritten(path.GetString());
+    ASSERT_TRUE(overwritten.open(QIODevice::Append));
+    overwritten.write("x");
+    overwritten.close();
+    EXPECT_GE(Export(file, "to.tif").Find("was changed after it was opened"), 0);
+}
+
 TEST_F(XGdalExport, EveryFileOfAFormatComesAndAStopLeavesNothing)
 {
     XRSFile file;
     file.AddBand(XfnMakeBand(kXUInt16, 900, 700, XfnPattern).release());
     ASSERT_STREQ(Export(file, "a.bil"), "");
     EXPECT_TRUE(Names().contains("a.hdr"));
-    // a part of an older file would be taken for one of the new
-    QFile aside(dir.filePath("b.tif.aux.xml"));
-    ASSERT_TRUE(aside.open(QIODevice::WriteOnly));
-    aside.write("<PAMDataset/>");
-    aside.close();
+    // a part of an older file would be taken for one of the new; that of another image stays
+    const std::pair<const char*, const char*> kAside[] = {{"b.tif.aux.xml", "<PAMDataset/>"},
+                                                          {"b.tfw", "10\n0\n0\n-10\n500\n900\n"},
+                                                          {"b.wld", "10\n0\n0\n-10\n500\n900\n"}};
+    for (const auto& [name, text] : kAside) {
+        QFile aside(dir.filePath(name));
+        ASSERT_TRUE(aside.open(QIODevice::WriteOnly));
+        aside.write(text);
+    }
     ASSERT_STREQ(Export(file, "b.tif"), "");
     EXPECT_FALSE(Names().contains("b.tif.aux.xml"));
+    EXPECT_FALSE(Names().contains("b.tfw"));
+    EXPECT_TRUE(Names().contains("b.wld"));
+    ASSERT_STREQ(Export(file, "b.tif"), "");
+    EXPECT_FALSE(Names().contains("b.wld")) << "it placed the image that is replaced";
 
     const QStringList before = Names();
     std::atomic<int> abort{0};

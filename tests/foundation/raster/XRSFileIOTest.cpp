@@ -1,4 +1,5 @@
 #include "foundation/raster/XRSFileIO.h"
+#include "foundation/base/XFile.h"
 #include "foundation/platform/XThread.h"
 #include "foundation/raster/XRSFile.h"
 #include "foundation/raster/XRasterTypes.h"
@@ -63,9 +64,19 @@ TEST(XRSFileIO, EachFormatHasItsBands)
         EXPECT_STREQ(file.GetBandAt(0)->GetRuntimeClass()->m_lpszClassName, c.bandClass);
         EXPECT_EQ(file.GetFilePath(), SamplePath(c.path));
         EXPECT_EQ(file.GetBandAt(0)->GetXRSFile(), &file);
+        ASSERT_NE(file.GetFilePtr(), nullptr);
+        EXPECT_TRUE(file.GetFilePtr()->IsOpen());
+        EXPECT_EQ(file.GetAttatchFlag(), 1);
+        file.SetFilePath("/elsewhere/b.tif");
+        EXPECT_STREQ(file.GetFileName(), "b.tif");
     }
     XRSFile file;
     XString error;
+    ASSERT_TRUE(
+        XRSFileIO::Open(XString("GTIFF_DIR:1:") + SamplePath("gtiff/byte.tif"), &file, error))
+        << error.GetString();
+    EXPECT_EQ(file.GetFilePtr(), nullptr) << "a part of a file";
+    EXPECT_GE(file.GetFilePath().Find("GTIFF_DIR"), 0);
     EXPECT_FALSE(XRSFileIO::LoadFileBMP(&file, SamplePath("gtiff/byte.tif"), error, 1, 1, nullptr));
     EXPECT_GE(error.Find("byte.tif"), 0);
     EXPECT_TRUE(XRSFileIO::LoadFileDTED(&file, SamplePath("dted/n43.dt0"), error, 1, 1, nullptr));
@@ -169,6 +180,13 @@ TEST(XRSFileIO, AContainerOfImagesIsNoImage)
     EXPECT_FALSE(XRSFileIO::Open(WriteBytes(dir.filePath("two.nc"), bytes), &file, error));
     EXPECT_GE(error.Find("2 images inside"), 0) << error.GetString();
     EXPECT_GE(error.Find("two.nc"), 0);
+    const auto parts = XRSFileIO::GetParts(dir.filePath("two.nc").toUtf8().constData());
+    ASSERT_EQ(parts.size(), 2u);
+    EXPECT_GE(error.Find(parts[1].name), 0) << error.GetString();
+    ASSERT_TRUE(XRSFileIO::Open(parts[1].name, &file, error)) << error.GetString();
+    EXPECT_EQ(file.GetBandAt(0)->GetXSize(), 3);
+    EXPECT_FALSE(XRSFileIO::IsPlainPath(parts[1].name));
+    EXPECT_TRUE(XRSFileIO::GetParts(SamplePath("gtiff/byte.tif")).empty());
 }
 
 TEST(XRSFileIO, AStoppedThreadEndsTheLoad)

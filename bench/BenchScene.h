@@ -1,0 +1,152 @@
+#pragma once
+
+#include "foundation/raster/XDMBand.h"
+#include "foundation/raster/XDMComposite.h"
+#include "foundation/raster/XDefaultDisplay.h"
+#include "foundation/raster/XRSFile.h"
+#include "foundation/raster/XRSFileIO.h"
+#include "foundation/surface/XBackBuffer.h"
+
+#include <gdal_priv.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+// What the benchmarks of drawing share: clock, rows, the scene in a view, the table loop's tables.
+
+inline constexpr int kWidth = 1920;
+inline constexpr int kHeight = 1080;
+inline constexpr std::size_t kPixels = std::size_t{kWidth} * kHeight;
+inline constexpr int kRuns = 31;
+
+inline double TimeMs(const std::function<void()>& work)
+{
+    const auto begin = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin)
+        .count();
+}
+
+inline double MedianOf(std::vector<double> times)
+{
+    std::nth_element(times.begin(), times.begin() + times.size() / 2, times.end());
+    return times[times.size() / 2];
+}
+
+/// Prints the rows of a JSON list.
+class XRows
+{
+public:
+    XRows() { std::printf("[\n"); }
+    ~XRows() { std::printf("\n]\n"); }
+
+    /// @param limit  of the ratio; 0 when there is none
+    void Add(const char* name, double value, double yardstick, double limit,
+             const char* unit = "ms")
+    {
+        std::printf(
+            "%s  {\"name\": \"%s\", \"value\": %.4f, \"unit\": \"%s\", \"yardstick\": %.4f, "
+            "\"ratio\": %.3f, \"limit\": ",
+            m_separator, name, value, unit, yardstick, value / yardstick);
+        if (limit > 0.0)
+            std::printf("%.3g}", limit);
+        else
+            std::printf("null}");
+        std::fflush(stdout);
+        m_separator = ",\n";
+    }
+
+private:
+    const char* m_separator = "";
+};
+
+/// The scene to draw and what stands in the middle of it.
+struct tagScene
+{
+    XRSFile file;
+    XDMComposite composite;
+    XBackBuffer buffer;
+    int centreX = 0, centreY = 0; // pixel in the middle of the view
+
+    explicit tagScene(int mode) : composite(mode) {}
+};
+
+inline std::unique_ptr<tagScene> OpenScene(const std::string& path, int mode)
+{
+    auto scene = std::make_unique<tagScene>(mode);
+    XString error;
+    if (!XRSFileIO::Open(path.c_str(), &scene->file, error)) {
+        std::fprintf(stderr, "%s\n", static_cast<const char*>(error));
+        return nullptr;
+    }
+    for (int ch = 0; ch < scene->composite.GetNumberOfChannels(); ++ch)
+        scene->composite.SetBand(scene->file.GetBandAt(mode == 0 ? 0 : 2 - ch), ch);
+    XfnDefaultStretch(&scene->composite);
+    scene->buffer.Resize(nullptr, kWidth, kHeight);
+    scene->centreX = scene->file.GetBandAt(0)->GetXSize() / 2;
+    scene->centreY = scene->file.GetBandAt(0)->GetYSize() / 2;
+    return scene;
+}
+
+/// Puts a pixel in the middle of the view.
+inline void Centre(tagScene& scene, double perPixel, double column, double row)
+{
+    const XDMBand* band = scene.file.GetBandAt(0);
+    double x = column - 0.5, y = row - 0.5;
+    band->ConvPixelToWorldCoord(x, y);
+    scene.buffer.SetWorldToCenter(x, y);
+    scene.buffer.SetWorldPerPixel(perPixel * band->GetXPixelSize(),
+                                  perPixel * band->GetYPixelSize());
+}
+
+/// Puts the view `step` pixels beside the middle at so many raster pixels a screen pixel.
+inline void Place(tagScene& scene, double perPixel, int step)
+{
+    Centre(scene, perPixel, scene.centreX + step % 16 * perPixel,
+           scene.centreY + step / 16 * perPixel);
+}
+
+inline void Draw(tagScene& scene)
+{
+    double left = 0, top = 0, right = kWidth, bottom = kHeight;
+    scene.buffer.ConvPixelToWorldCoord(left, top);
+    scene.buffer.ConvPixelToWorldCoord(right, bottom);
+    if (!scene.composite.Draw(&scene.buffer, left, bottom, right, top, 1, nullptr, nullptr))
+        std::abort();
+}
+
+inline void EmptyCaches()
+{
+    XTileCache::Get().Clear();
+    while (GDALFlushCacheBlock()) {
+    }
+}
+
+struct tagTables
+{
+    std::uint8_t bytes[3][256];
+    std::vector<std::uint8_t> wide = std::vector<std::uint8_t>(65536);
+    const std::uint8_t* rows[3];
+    const std::uint8_t* wideRows[3];
+
+    tagTables()
+    {
+        for (int band = 0; band < 3; ++band) {
+            for (int v = 0; v < 256; ++v)
+                bytes[band][v] =
+                    static_cast<std::uint8_t>(std::clamp((v - 20 - band) * 255 / 200, 0, 255));
+            rows[band] = bytes[band];
+            wideRows[band] = wide.data();
+        }
+        for (int v = 0; v < 65536; ++v)
+            wide[static_cast<std::size_t>(v)] =
+                static_cast<std::uint8_t>(std::clamp((v - 1200) * 255 / 3000, 0, 255));
+    }
+};
