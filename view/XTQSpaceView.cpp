@@ -1,19 +1,12 @@
 #include "view/XTQSpaceView.h"
 
-#include "foundation/base/XFileException.h"
 #include "foundation/base/XSentinels.h"
 #include "foundation/raster/XDMCompManager.h"
-#include "foundation/raster/XDMComposite.h"
-#include "foundation/surface/XQtColor.h"
-#include "foundation/vector/XvcBase.h"
 #include "foundation/vector/XvcLayer.h"
 #include "foundation/vector/XvcSymbolTable.h"
-#include "view/XCompositeStack.h"
-#include "view/XSelectionMarks.h"
+#include "view/XBaseLists.h"
 
 #include <QLayout>
-#include <QPaintEvent>
-#include <QPainter>
 
 #include <algorithm>
 #include <cmath>
@@ -21,35 +14,6 @@
 namespace {
 
 int s_viewCount = 0;
-
-// what the main surface shows of the recordings, from bottom to top
-constexpr XViewBuffer kReplayed[] = {XViewBuffer::MainVertex, XViewBuffer::Measure,
-                                     XViewBuffer::BookMark};
-
-// Sets a flag of a window for the time of a scope, in which the window may go.
-class ScopeFlag
-{
-public:
-    ScopeFlag(XHWND owner, bool& flag) : m_owner(owner), m_flag(flag) { m_flag = true; }
-    ~ScopeFlag()
-    {
-        if (XfnIsWindow(m_owner)) m_flag = false;
-    }
-    ScopeFlag(const ScopeFlag&) = delete;
-    ScopeFlag& operator=(const ScopeFlag&) = delete;
-
-private:
-    XHWND m_owner;
-    bool& m_flag;
-};
-
-template <class Visit>
-void ForEachBase(const XObList& inner, const XObList& external, Visit visit)
-{
-    for (const XObList* list : {&inner, &external})
-        for (__POSITION* pos = list->GetHeadPosition(); pos;)
-            if (auto* base = dynamic_cast<XvcBase*>(list->GetNext(pos))) visit(*base);
-}
 
 void DestroyAll(XObList& list)
 {
@@ -64,7 +28,8 @@ XTQSpaceView::XTQSpaceView(QWidget* parent)
     : QWidget(parent),
       m_mapping(m_overlay.GetMainBack(), m_overlay.GetTempBack()),
       m_input(static_cast<XViewInputTarget&>(*this)),
-      m_dialogs(*this)
+      m_dialogs(*this),
+      m_tools(static_cast<XToolTarget&>(*this))
 {
     ++s_viewCount;
     setAttribute(Qt::WA_OpaquePaintEvent); // the paint fills every pixel, so nothing erases before
@@ -116,6 +81,7 @@ int XTQSpaceView::OnCreate()
     m_mapping.StartAlike(client.width(), client.height());
     m_mapping.SetWorldPerPixelBase(1, 1);
     m_overlay.Raise({XViewBuffer::MainBack, XViewBuffer::TempBack});
+    if (!StartWorker()) return -1;
     InvalidateControl(1);
 
     auto base = std::make_unique<XvcBase>();
@@ -152,11 +118,13 @@ void XTQSpaceView::OnSize(int width, int height)
 void XTQSpaceView::OnDestroy()
 {
     m_cancel = 1;
+    m_renderer.Stop();
     DestroyHandle();
 }
 
 void XTQSpaceView::SetMode(short mode)
 {
+    m_tools.Cancel();
     m_messages.SetMode(mode);
     if (m_selection.Clear()) m_overlay.Raise({XViewBuffer::TempVertex, XViewBuffer::TempBack});
     m_tool.Restart();
@@ -174,7 +142,7 @@ int XTQSpaceView::CalcTotalRange(double& minX, double& minY, double& maxX, doubl
 {
     minX = minY = kXNotSet;
     maxX = maxY = kXNoData;
-    ForEachBase(m_innerBases, m_externalBases, [&](XvcBase& base) {
+    XfnForEachBase(m_innerBases, m_externalBases, [&](XvcBase& base) {
         double x0 = 0, y0 = 0, z0 = 0, x1 = 0, y1 = 0, z1 = 0;
         base.CalcRange();
         base.GetRange(x0, y0, z0, x1, y1, z1);
@@ -198,18 +166,6 @@ void XTQSpaceView::ClearBookMark()
     m_bookMark.Clear();
     m_overlay.Raise({XViewBuffer::BookMark, XViewBuffer::MainBack});
     InvalidateControl(1);
-}
-
-void XTQSpaceView::SetBackgroundColor(tagXColor color)
-{
-    m_objects.m_backColor = color;
-    const XHWND window = GetHWND();
-    UpdateBackBuffer();
-    if (!XfnIsWindow(window)) return;
-    // drawn from recordings that are made anew only at the next paint
-    for (XViewBuffer vertex : kReplayed)
-        if (m_overlay.IsRaised(vertex)) m_overlay.Raise({XViewBuffer::MainBack});
-    Repaint(Reason::BackgroundColor);
 }
 
 int XTQSpaceView::CanShowStretchDlg() const
@@ -277,142 +233,6 @@ void XTQSpaceView::ShowPropButton(int show)
     if (m_dialogs.GetButtonPanel()) m_dialogs.GetButtonPanel()->SetVisible(show);
 }
 
-void XTQSpaceView::InvalidateControl(int all)
-{
-    if (all) {
-        m_overlay.Raise({XViewBuffer::BookMark, XViewBuffer::MainVertex, XViewBuffer::TempVertex,
-                         XViewBuffer::MainBack, XViewBuffer::TempBack});
-    }
-    Repaint(Reason::Invalidate);
-}
-
-void XTQSpaceView::Repaint(Reason)
-{
-    update();
-}
-
-void XTQSpaceView::UpdateVertBuffer()
-{
-    XVertBuffer& buffer = m_overlay.GetVertex(XViewBuffer::MainVertex);
-    buffer.UpdateCompleted();
-    buffer.Start();
-    ForEachBase(m_innerBases, m_externalBases, [&](XvcBase& base) {
-        base.CalcRange();
-        base.CreateVertexBuffer(&buffer, nullptr, nullptr);
-    });
-    buffer.End();
-}
-
-void XTQSpaceView::UpdateVertBufferMeasure()
-{
-    XVertBuffer& buffer = m_overlay.GetVertex(XViewBuffer::Measure);
-    buffer.UpdateCompleted();
-    buffer.Start();
-    if (XViewMeasureDlg* dialog = m_dialogs.GetMeasure())
-        dialog->Draw(buffer, dialog->IsUnderMeasuring());
-    buffer.End();
-}
-
-void XTQSpaceView::UpdateVertBufferBookMark()
-{
-    XVertBuffer& buffer = m_overlay.GetVertex(XViewBuffer::BookMark);
-    buffer.UpdateCompleted();
-    buffer.Start();
-    m_bookMark.Record(buffer, m_overlay.GetMainBack());
-    buffer.End();
-}
-
-void XTQSpaceView::UpdateVertBufferTemp()
-{
-    XVertBuffer& buffer = m_overlay.GetVertex(XViewBuffer::TempVertex);
-    buffer.UpdateCompleted();
-    buffer.Start();
-    XfnRecordSelection(buffer, *m_selection.GetList(), m_overlay.GetMainBack(),
-                       m_objects.m_selectionColor);
-    if (m_selection.IsEmpty() && m_objects.m_currentObject)
-        m_objects.m_currentObject->CreateVertexBuffer(&buffer, nullptr, nullptr);
-    buffer.End();
-}
-
-void XTQSpaceView::UpdateBackBufferTemp()
-{
-    m_overlay.UpdateTempBack();
-}
-
-void XTQSpaceView::UpdateBackBuffer()
-{
-    XBackBuffer& buffer = m_overlay.GetMainBack();
-    if (m_isDrawingBack) { // asked for by a host within a paint report
-        buffer.SetUpdateNeeded();
-        return;
-    }
-    const XHWND window = GetHWND();
-    const ScopeFlag drawing(window, m_isDrawingBack);
-    buffer.UpdateCompleted();
-    try {
-        if (!DrawMainBack() && XfnIsWindow(window)) buffer.SetUpdateNeeded();
-    } catch (XFileException& e) {
-        e.Delete();
-        buffer.SetUpdateNeeded();
-    }
-}
-
-// Answers 0 when it did not come to its end: without a composite manager, or because the window has
-// gone meanwhile.
-int XTQSpaceView::DrawMainBack()
-{
-    XBackBuffer& buffer = m_overlay.GetMainBack();
-    buffer.Clear(m_objects.m_backColor);
-    if (!m_compManager) return 0;
-    const XBufferMapping drawnAt = buffer.GetMapping();
-    const tagXWorldBox box = m_mapping.GetBound();
-    m_mapping.SetVisibleBox(box);
-
-    const auto stack = XfnListComposites(m_compManager.get());
-    XfnDrawCompositeStack(stack, &buffer, box, m_objects.m_backColor, nullptr, &m_cancel);
-    const unsigned timeoutMs = stack.size() > 1 ? 1000 : 10;
-    if (!ReportPaint(XViewReport::PaintedRasters, timeoutMs)) return 0;
-    XViewButtonPanel* panel = m_dialogs.GetButtonPanel();
-    if (panel && panel->HasWindow()) panel->Invalidate();
-    for (XViewBuffer vertex : kReplayed)
-        m_overlay.GetVertex(vertex).Draw(&buffer);
-    if (!ReportPaint(XViewReport::PaintedVectors, timeoutMs)) return 0;
-    m_dialogs.DrawMapGrid(&buffer);
-
-    // an event loop within a report may have resized or moved what is drawn here
-    if (!(buffer.GetMapping() == drawnAt)) buffer.SetUpdateNeeded();
-    if (buffer.IsUpdateNeeded()) update();
-    m_dialogs.TellDrawn(box);
-    return 1;
-}
-
-int XTQSpaceView::ReportPaint(XViewReport code, unsigned timeoutMs)
-{
-    const XHWND window = GetHWND();
-    m_reports.SendWithin(code, &m_overlay.GetMainBack(), timeoutMs);
-    return XfnIsWindow(window);
-}
-
-// Answers 0 when the window has gone meanwhile.
-int XTQSpaceView::UpdatePicture()
-{
-    const XHWND window = GetHWND();
-    const ScopeFlag updating(window, m_isUpdating);
-    m_overlay.UpdateRaised(static_cast<XViewOverlaySteps&>(*this),
-                           [window] { return XfnIsWindow(window) != 0; });
-    return XfnIsWindow(window);
-}
-
-void XTQSpaceView::OnDraw(XDC* dc)
-{
-    if (IsDrawing()) {
-        QImage picture = m_frame.GetPicture();
-        if (dc) dc->BitBlt(0, 0, picture.width(), picture.height(), XDC(&picture), 0, 0, kXCopy);
-    } else if (UpdatePicture()) {
-        XfnSwapSurfaces(dc, m_overlay.GetMainBack(), m_overlay.GetTempBack());
-    }
-}
-
 QSize XTQSpaceView::GetClientPixels() const
 {
     const double ratio = devicePixelRatioF();
@@ -425,29 +245,6 @@ void XTQSpaceView::FollowClientSize()
 {
     const QSize client = GetClientPixels();
     if (client != m_clientSize) OnSize(client.width(), client.height());
-}
-
-void XTQSpaceView::paintEvent(QPaintEvent* event)
-{
-    if (IsDrawing()) {
-        m_isPaintNested = true;
-    } else {
-        m_isPaintNested = false;
-        FollowClientSize();
-        XDC dc(&m_frame.GetNext(m_overlay.GetMainBack().GetImage().size()));
-        OnDraw(&dc);
-        m_frame.Publish();
-        if (m_isPaintNested) {
-            update(); // the paint within ended this one for Qt: no painter opens any more
-            return;
-        }
-    }
-    const double ratio = devicePixelRatioF();
-    const QRectF dirty(event->rect());
-    const QRect area = QRectF(dirty.topLeft() * ratio, dirty.size() * ratio).toAlignedRect();
-    QPainter painter(this);
-    painter.scale(1.0 / ratio, 1.0 / ratio); // from here on a unit is a device pixel
-    m_frame.Paint(painter, area, XfnToQRgb(m_objects.m_backColor));
 }
 
 void XTQSpaceView::resizeEvent(QResizeEvent*)

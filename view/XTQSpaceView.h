@@ -4,7 +4,9 @@
 #include "foundation/platform/XMessageWindow.h"
 #include "view/XGVMessageManager.h"
 #include "view/XGVObjectManager.h"
+#include "view/XGVRubberBand.h"
 #include "view/XGVSelectedObjs.h"
+#include "view/XModeTable.h"
 #include "view/XToolState.h"
 #include "view/XViewBookMark.h"
 #include "view/XViewDialogSet.h"
@@ -12,7 +14,10 @@
 #include "view/XViewInput.h"
 #include "view/XViewMapping.h"
 #include "view/XViewOverlay.h"
+#include "view/XViewReason.h"
+#include "view/XViewRenderer.h"
 #include "view/XViewReports.h"
+#include "view/tools/XToolTarget.h"
 
 #include <QCursor>
 #include <QWidget>
@@ -23,6 +28,7 @@
 class XCommandManager;
 class XDC;
 class XDMCompManager;
+class XDMComposite;
 class XvcLayer;
 
 /// The map and image window: a stack of raster composites under vector layers, seen through one
@@ -53,10 +59,14 @@ class XvcLayer;
 /// paint report changes and invalidates is drawn at the next turn of the event loop.
 ///
 /// A derived class calls OnDestroy first thing in its own destructor when it overrides anything or
-/// owns what its overrides use. Threads: user interface only.
+/// owns what its overrides use. A view may go at any moment of its worker's drawing, but for those
+/// reports; bands and files that it shows may not: QueCancel, then take them out.
+///
+/// Threads: user interface only, but for OnPreDraw and Process.
 class XAPI XTQSpaceView : public QWidget,
                           public XMessageWindow,
                           private XViewInputTarget,
+                          private XToolTarget,
                           private XViewOverlaySteps
 {
 public:
@@ -108,10 +118,10 @@ public:
     void SetModeLimit(unsigned short limit) { m_messages.SetModeLimit(limit); }
     unsigned short GetModeLimit() const { return m_messages.GetModeLimit(); }
     XObList* GetSelectedObj() { return m_selection.GetList(); }
-    XvcLayer* GetEditLayer() const { return m_editLayer; }
+    XvcLayer* GetEditLayer() const override { return m_editLayer; }
     void SetEditLayer(XvcLayer* layer); ///< empties the selection; null keeps the layer
-    XObList* GetInnBaseList() { return &m_innerBases; }
-    XObList* GetExtBaseList() { return &m_externalBases; }
+    XObList* GetInnBaseList() override { return &m_innerBases; }
+    XObList* GetExtBaseList() override { return &m_externalBases; }
     XObList* GetSymbolTableList() { return &m_symbolTables; }
     XDMCompManager* GetXDMCompManager() const { return m_compManager.get(); }
     XCommandManager* GetCommandManager() const { return m_commandManager; }
@@ -119,7 +129,8 @@ public:
     double GetRotationAngle() const { return m_rotationAngle; }  ///< degrees
     /// Minimum x, y, z and maximum x, y, z.
     const double (&GetDefaultRange() const)[6] { return m_defaultRange; }
-    XGVObjectManager& GetObjectManager() { return m_objects; } ///< styles of new objects
+    /// Styles of new objects, and the object under construction.
+    XGVObjectManager& GetObjectManager() override { return m_objects; }
     void SetAutoFocus(int isOn) { m_autoFocus = isOn != 0; }
     int GetAutoFocus() const { return m_autoFocus; }
 
@@ -155,7 +166,50 @@ public:
     void AddPropButton(int id);
     void ShowPropButton(int show);
 
+    /// The values under a device pixel, one a display channel (0 is blue in RGB); kXNoData where there
+    /// is none. Real and imaginary part of a complex band in values[0] and values[1]. XPosValue.h
+    /// tells how each kind of band is read.
+    ///
+    /// Without a composite to look at, the stack is walked from its bottom, and the first that has a
+    /// band is read. A progressive view reads from the bands, past their null values.
+    /// @param values     three numbers
+    /// @param composite  the one to look at, of this view; null walks the stack
+    /// @return 1 when the lookup ran, also when there was nothing to read; 0 where a band does not
+    ///         reach (a view that is not progressive says so of complex and filtered bands only), and
+    ///         while a pass of a progressive view draws: `values` are then as they were
+    int ShowPosValue(int x, int y, double* values, const XDMComposite* composite = nullptr);
+
+    // Progressive drawing: a thread of the view draws it from coarse to fine, and the window shows
+    // each picture as it is done; meanwhile the last one, moved or scaled to where the view looks
+    // now. Off at first: the window draws itself whenever it is painted.
+    int GetProgressiveView() const { return m_renderer.GetWorker().IsProgressive(); }
+    void SetProgressiveView(int isOn);
+    /// Goes on to the finest level where the plain protocol stops after one coarse picture: at the
+    /// first request of all, and whenever the top composite has a single level. Off at first.
+    void SetAlwaysRefine(int isOn) { m_renderer.GetWorker().SetAlwaysRefine(isOn); }
+    /// Asks for a new picture of what is raised, and stops what draws an older one. Does nothing in
+    /// a view that is not progressive, or while the queue is disabled; the flags stay raised then.
+    /// @param reason  for traces, see XViewReason; changes nothing
+    void Que(int reason);
+    /// A barrier: withdraws what waits, stops the drawing, and returns when the worker touches
+    /// nothing any more until the next Que. Reports of the worker that wait are dropped. To be
+    /// called before composites, bands or files of the view go or change.
+    void QueCancel();
+    void QueEnable() { m_renderer.GetWorker().QueEnable(); }
+    void QueDisable() { m_renderer.GetWorker().QueDisable(); }
+    /// Non-zero while a pass is drawn, by the worker or by the view itself: read-outs wait then.
+    int IsDrawing() const;
+    /// Non-zero from a request to the last picture it leads to: for a busy mark.
+    int IsBusy() const;
+    /// The worker's thread: serves requests until the view goes.
+    static unsigned Process(XTQSpaceView* view);
+    /// Draws the pass in hand, on the worker's thread. An override touches nothing of the view.
+    virtual void OnPreDraw();
+
     // Drawing
+    /// The mapping of the moment, and the main picture last drawn. In a progressive view that is
+    /// another surface than the one of the paint reports, and its pixels may be those of an older
+    /// mapping.
     XBackBuffer* GetBackBuffer() { return &m_overlay.GetMainBack(); }
     XVertBuffer* GetVertexBuffer() { return &m_overlay.GetVertex(XViewBuffer::MainVertex); }
     XViewOverlay& GetOverlay() { return m_overlay; } ///< to raise update flags
@@ -167,15 +221,15 @@ public:
     /// corner is the device's.
     ///
     /// While the view draws already (inside a paint report) it updates nothing and shows the last
-    /// whole picture.
+    /// whole picture. So does a progressive view at any time, moved or scaled to where it looks.
     /// @param dc  null, or without an image: only the updates run
     virtual void OnDraw(XDC* dc);
     void UpdateVertBuffer() override;
     void UpdateVertBufferTemp() override;
     void UpdateVertBufferMeasure() override;
     void UpdateVertBufferBookMark() override;
-    /// Draws the main surface whatever its flag says. Inside a paint report it only raises the
-    /// flag.
+    /// Draws the main surface whatever its flag says, on the calling thread; a progressive view stops
+    /// its worker first and shows the result. Inside a paint report it only raises the flag.
     void UpdateBackBuffer() override;
     void UpdateBackBufferTemp() override;
 
@@ -186,10 +240,20 @@ public:
     ///         the message from the On... operations
     int PreTranslateMessage(XHWND window, unsigned message, XWPARAM wParam,
                             XLPARAM lParam) override;
-    /// @return non-zero when the message was used up
+    /// Sorts a message: those of the pointer go to HandleMouseMessage, a key that goes down to
+    /// HandleKeyboardMessage. With mode limit bit 1 the view swallows what comes while Ctrl is down
+    /// or has the Delete key as its first parameter.
+    /// @return 1 for a move, a double click, the wheel, a key and what was swallowed; 0 for presses
+    ///         and releases of a button and for every other number
     virtual int HandleMessage(XHWND window, unsigned message, XWPARAM wParam, XLPARAM lParam);
-    /// Sends message 32 to the view, so that the cursor follows the mode, whatever number it is.
+    /// Calls the operation below that the mode selects (XfnModeTable); a mode without one has no
+    /// tool. Then, whatever the mode, sends message 32 to the view, so that the cursor follows.
     virtual void HandleMouseMessage(XHWND window, unsigned message, XWPARAM wParam, XLPARAM lParam);
+    /// The tools, in any mode: XNoneTool and XZoomRectTool say what they do.
+    virtual void HandleMouseNoneMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                        XLPARAM lParam);
+    virtual void HandleMouseZoomRectMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                            XLPARAM lParam);
     /// A key went down. While Escape is down, whichever key this is: deletes the object under
     /// construction, sets the mode field to the post mode, repaints and reports 41107.
     virtual void HandleKeyboardMessage(XHWND window, unsigned message, XWPARAM wParam,
@@ -212,6 +276,14 @@ public:
     int OnSetCursor() override;
 
     XLRESULT OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM lParam) override;
+    // What the windows that stand above the view tell it; each answers 0.
+    virtual XLRESULT OnStretchApplyMessage(XWPARAM wParam, XLPARAM lParam);          ///< 1324
+    virtual XLRESULT OnStretchCoverageChangeMessage(XWPARAM wParam, XLPARAM lParam); ///< 1325
+    virtual XLRESULT OnStretchCloseMessage(XWPARAM wParam, XLPARAM lParam);          ///< 1326
+    virtual XLRESULT OnPaletteApplyMessage(XWPARAM wParam, XLPARAM lParam);          ///< 1327
+    virtual XLRESULT OnPaletteCloseMessage(XWPARAM wParam, XLPARAM lParam);          ///< 1328
+    virtual XLRESULT OnMeasureCloseMessage(XWPARAM wParam, XLPARAM lParam);          ///< 1331
+    virtual XLRESULT OnThumbViewCloseMessage(XWPARAM wParam, XLPARAM lParam);        ///< 1334
 
 protected:
     /// Run once by Create. An override calls this first. @return 0, or -1 on failure
@@ -223,20 +295,10 @@ protected:
     /// a derived class, whose part has gone by then: one that needs it calls it first in its own.
     void OnDestroy();
 
-    /// Why a repaint is asked for; hosts' traces know the numbers.
-    enum class Reason {
-        ZoomFit = 1,
-        ZoomIn = 2,
-        ZoomOut = 3,
-        ZoomOneToOne = 4,
-        ZoomFitRect = 5,
-        Size = 6,
-        MouseWheel = 7,
-        Pan = 15,
-        SetMode = 16,
-        Invalidate = 17,
-        BackgroundColor = 18
-    };
+    /// The view became busy, or has come to rest with its newest picture. User interface thread.
+    virtual void OnBusyChanged(int /*isBusy*/) {}
+
+    using Reason = XViewReason;
     /// The one place that asks for a new picture.
     void Repaint(Reason reason);
 
@@ -254,6 +316,10 @@ protected:
     bool event(QEvent* event) override;
 
 private:
+    // what the main surface shows of the recordings, from bottom to top
+    static constexpr XViewBuffer kReplayed[] = {XViewBuffer::MainVertex, XViewBuffer::Measure,
+                                                XViewBuffer::BookMark};
+
     XHWND GetInputWindow() const override { return GetHWND(); }
     double GetPixelRatio() const override { return devicePixelRatioF(); }
     QPoint GetScreenOrigin() const override;
@@ -262,9 +328,30 @@ private:
     void ZoomByKey(int in) override;
     void ZoomByPinch(int x, int y, double step) override;
 
+    tagXToolState& GetToolState() override { return m_tool; }
+    XGVMessageManager& GetMessageManager() override { return m_messages; }
+    XGVSelectedObjs& GetSelection() override { return m_selection; }
+    XViewMapping& GetViewMapping() override { return m_mapping; }
+    XGVRubberBand& GetRubberBand() override { return m_rubberBand; }
+    void RaiseFlags(std::initializer_list<XViewBuffer> buffers) override
+    {
+        m_overlay.Raise(buffers);
+    }
+    void RepaintFor(XViewReason reason) override { Repaint(reason); }
+    void RubberBandChanged() override;
+    void Report(XViewReport code, const void* parameter) override;
+
     QSize GetClientPixels() const;
     void FollowClientSize();
-    int IsDrawing() const { return m_isUpdating || m_isDrawingBack; }
+    int IsUpdating() const { return m_isUpdating || m_isDrawingBack; }
+    int StartWorker();
+    std::shared_ptr<XRenderScene> RecordScene();
+    void AdoptPicture();
+    void PublishOwn();
+    void ShowPicture(XDC& dc) const;
+    std::vector<int> GetDirectLevels(const std::vector<XDMComposite*>& stack) const;
+    void TellBusy();
+    int OnRendererMessage(unsigned message);
     int UpdatePicture();
     int DrawMainBack();
     void DropCurrentObject();
@@ -285,6 +372,9 @@ private:
     XViewInput m_input;
     XViewDialogSet m_dialogs;
     tagXToolState m_tool;
+    XToolSet m_tools;
+    XGVRubberBand m_rubberBand;
+    QRegion m_paintedBand; // as the last change left it
     XObList m_innerBases{10};
     XObList m_externalBases{10};
     XObList m_symbolTables{10};
@@ -303,6 +393,10 @@ private:
     bool m_isPaintNested = false; // one did strike
     QCursor m_cursor;             // the one last made,
     int m_cursorKey = -2;         // and for what
+    XBufferMapping m_queuedAt;    // of the last request
+    std::shared_ptr<const tagXViewPicture> m_picture; // of a progressive view
+    bool m_isBusyTold = false;
+    XViewRenderer m_renderer; // its thread ends before anything above goes
 };
 
 /// The view that extended views derive from.

@@ -2,7 +2,9 @@
 #include "foundation/platform/XUserSettings.h"
 #include "foundation/raster/XDMComposite.h"
 #include "foundation/surface/XToolCursor.h"
+#include "view/XPosValue.h"
 #include "view/XTQSpaceView.h"
+#include "view/XViewDialogMessages.h"
 #include "view/XViewKeys.h"
 
 #include <QKeyEvent>
@@ -10,7 +12,10 @@
 #include <QNativeGestureEvent>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <utility>
 
 int XTQSpaceView::PreTranslateMessage(XHWND window, unsigned message, XWPARAM wParam,
                                       XLPARAM lParam)
@@ -49,9 +54,24 @@ int XTQSpaceView::HandleMessage(XHWND window, unsigned message, XWPARAM wParam, 
     return 0;
 }
 
-void XTQSpaceView::HandleMouseMessage(XHWND, unsigned, XWPARAM, XLPARAM)
+void XTQSpaceView::HandleMouseMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                      XLPARAM lParam)
 {
-    XfnSendMessage(GetHWND(), kMsgSetCursor, 0, 0);
+    const XHWND self = GetHWND();
+    const tagXModeRow* row = XfnFindMode(m_messages.GetMode());
+    if (row && row->handle) (this->*row->handle)(window, message, wParam, lParam);
+    XfnSendMessage(self, kMsgSetCursor, 0, 0);
+}
+
+void XTQSpaceView::HandleMouseNoneMessage(XHWND, unsigned message, XWPARAM wParam, XLPARAM lParam)
+{
+    m_tools.Handle(XGVMessageManager::kModeNone, message, wParam, lParam);
+}
+
+void XTQSpaceView::HandleMouseZoomRectMessage(XHWND, unsigned message, XWPARAM wParam,
+                                              XLPARAM lParam)
+{
+    m_tools.Handle(XGVMessageManager::kModeZoomRect, message, wParam, lParam);
 }
 
 void XTQSpaceView::HandleKeyboardMessage(XHWND, unsigned, XWPARAM wParam, XLPARAM)
@@ -62,6 +82,7 @@ void XTQSpaceView::HandleKeyboardMessage(XHWND, unsigned, XWPARAM wParam, XLPARA
 
 void XTQSpaceView::DropCurrentObject()
 {
+    m_tools.Cancel();
     delete m_objects.m_currentObject;
     m_objects.m_currentObject = nullptr;
     m_overlay.Raise({XViewBuffer::MainVertex, XViewBuffer::TempVertex, XViewBuffer::MainBack,
@@ -72,25 +93,99 @@ void XTQSpaceView::DropCurrentObject()
     m_reports.Send(XViewReport::ToolCancelled);
 }
 
+void XTQSpaceView::Report(XViewReport code, const void* parameter)
+{
+    m_reports.Send(code, parameter);
+}
+
+void XTQSpaceView::RubberBandChanged()
+{
+    const QRegion band = m_rubberBand.GetRegion();
+    const double ratio = devicePixelRatioF();
+    for (const QRect& side : band.united(std::exchange(m_paintedBand, band)))
+        update(
+            QRectF(side.x() / ratio, side.y() / ratio, side.width() / ratio, side.height() / ratio)
+                .toAlignedRect());
+}
+
 XLRESULT XTQSpaceView::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM lParam)
 {
-    if (message == kMsgSetCursor) return OnSetCursor();
-    if (m_dialogs.OnMessage(message)) return 0;
-    return XMessageWindow::OnWindowMessage(message, wParam, lParam);
+    switch (message) {
+    case kMsgSetCursor:
+        return OnSetCursor();
+    case kMsgStretchApply:
+        return OnStretchApplyMessage(wParam, lParam);
+    case kMsgStretchCoverageChange:
+        return OnStretchCoverageChangeMessage(wParam, lParam);
+    case kMsgStretchClose:
+        return OnStretchCloseMessage(wParam, lParam);
+    case kMsgPaletteApply:
+        return OnPaletteApplyMessage(wParam, lParam);
+    case kMsgPaletteClose:
+        return OnPaletteCloseMessage(wParam, lParam);
+    case kMsgMeasureClose:
+        return OnMeasureCloseMessage(wParam, lParam);
+    case kMsgThumbViewClose:
+        return OnThumbViewCloseMessage(wParam, lParam);
+    default:
+        if (OnRendererMessage(message)) return 0;
+        return XMessageWindow::OnWindowMessage(message, wParam, lParam);
+    }
+}
+
+XLRESULT XTQSpaceView::OnStretchApplyMessage(XWPARAM, XLPARAM)
+{
+    m_overlay.Raise({XViewBuffer::MainBack});
+    InvalidateControl(1);
+    return 0;
+}
+
+XLRESULT XTQSpaceView::OnStretchCoverageChangeMessage(XWPARAM wParam, XLPARAM lParam)
+{
+    return XTQSpaceView::OnStretchApplyMessage(wParam, lParam);
+}
+
+XLRESULT XTQSpaceView::OnStretchCloseMessage(XWPARAM, XLPARAM)
+{
+    m_dialogs.StretchClosed();
+    return 0;
+}
+
+XLRESULT XTQSpaceView::OnPaletteApplyMessage(XWPARAM wParam, XLPARAM lParam)
+{
+    return XTQSpaceView::OnStretchApplyMessage(wParam, lParam);
+}
+
+XLRESULT XTQSpaceView::OnPaletteCloseMessage(XWPARAM, XLPARAM)
+{
+    m_dialogs.PaletteClosed();
+    return 0;
+}
+
+XLRESULT XTQSpaceView::OnMeasureCloseMessage(XWPARAM, XLPARAM)
+{
+    m_dialogs.MeasureClosed();
+    return 0;
+}
+
+XLRESULT XTQSpaceView::OnThumbViewCloseMessage(XWPARAM, XLPARAM)
+{
+    m_dialogs.ThumbClosed();
+    return 0;
 }
 
 int XTQSpaceView::OnSetCursor()
 {
-    constexpr int kArrow = 0, kPan = 1, kRotate = 202;
+    constexpr int kArrow = 0, kPan = 1;
     const int mode = m_messages.GetMode();
-    const bool isTool = (mode >= 101 && mode <= 113) || mode == 120 || mode == 121 || mode == 131;
+    const tagXModeRow* row = XfnFindMode(mode);
+    const XModeCursor kind = row ? row->cursor : XModeCursor::Arrow;
     const bool isPan =
         m_messages.IsRButtonDragging() || m_input.IsPanning() || m_input.IsSpaceDown();
-    int key = kArrow;
-    if (mode == XGVMessageManager::kModeZoomRect || isTool || mode == kRotate) key = mode;
+    int key = kind == XModeCursor::Own ? mode : kArrow;
     if (isPan && mode != XGVMessageManager::kModeZoomRect) {
         key = kPan;
-    } else if (mode == XGVMessageManager::kModeNone) {
+    } else if (kind == XModeCursor::Default) {
         if (testAttribute(Qt::WA_SetCursor)) unsetCursor();
         return 0;
     }
@@ -195,13 +290,19 @@ void XTQSpaceView::OnRButtonDown(unsigned flags, int x, int y)
 {
     m_tool.previous = m_tool.current = m_tool.panReference = QPoint(x, y);
     setFocus();
+    const XHWND window = GetHWND();
     ReportMouse(XViewReport::RButtonDown, flags, x, y);
+    if (XfnIsWindow(window) && GetProgressiveView()) QueCancel(); // the pan moves what is drawn
 }
 
 void XTQSpaceView::OnRButtonUp(unsigned flags, int x, int y)
 {
     setFocus();
+    const XHWND window = GetHWND();
     ReportMouse(XViewReport::RButtonUp, flags, x, y);
+    if (!XfnIsWindow(window) || !GetProgressiveView()) return;
+    m_overlay.Raise({XViewBuffer::MainBack, XViewBuffer::TempBack});
+    Repaint(Reason::Pan);
 }
 
 void XTQSpaceView::OnRButtonDblClk(unsigned flags, int x, int y)
@@ -217,8 +318,12 @@ void XTQSpaceView::OnMouseMove(unsigned flags, int x, int y)
         m_tool.current = QPoint(x, y);
         const QPoint moved = m_tool.current - m_tool.previous;
         m_mapping.PanPixel(moved.x(), moved.y());
-        m_overlay.Raise({XViewBuffer::MainBack, XViewBuffer::TempBack});
-        InvalidateControl(1);
+        if (GetProgressiveView()) {
+            update(); // the paint moves the last picture; the release asks for another
+        } else {
+            m_overlay.Raise({XViewBuffer::MainBack, XViewBuffer::TempBack});
+            InvalidateControl(1);
+        }
         m_tool.previous = m_tool.current;
     }
     XViewMeasureDlg* measure = m_dialogs.GetMeasure();
@@ -262,6 +367,20 @@ void XTQSpaceView::OnKeyUp(unsigned character, unsigned repeat, unsigned flags)
                                   static_cast<std::int32_t>(character),
                                   static_cast<std::int32_t>(repeat)};
     m_reports.Send(XViewReport::KeyUp, &report);
+}
+
+int XTQSpaceView::ShowPosValue(int x, int y, double* values, const XDMComposite* composite)
+{
+    if (GetProgressiveView() && IsDrawing()) return 0;
+    double worldX = x, worldY = y;
+    m_mapping.PixelToWorld(worldX, worldY);
+    const XPosWay way = GetProgressiveView() ? XPosWay::Direct : XPosWay::Composite;
+    double read[3] = {};
+    const XPosRead result = composite
+                                ? XfnReadPosValue(*composite, worldX, worldY, way, read)
+                                : XfnReadPosValue(m_compManager.get(), worldX, worldY, way, read);
+    std::copy(std::begin(read), std::end(read), values);
+    return result != XPosRead::Outside;
 }
 
 QPoint XTQSpaceView::GetScreenOrigin() const

@@ -10,16 +10,6 @@
 
 namespace {
 
-enum WindowMessage : unsigned {
-    kStretchApply = 1324,
-    kStretchCoverageChange = 1325,
-    kStretchClose = 1326,
-    kPaletteApply = 1327,
-    kPaletteClose = 1328,
-    kMeasureClose = 1331,
-    kThumbClose = 1334
-};
-
 constexpr int kGrayMode = 0;
 constexpr int kThumbGap = 30;
 
@@ -164,37 +154,22 @@ void XViewDialogSet::RunMapGridProperty(QWidget* parent)
     if (XfnIsWindow(window)) RedrawMain(); // a modal loop may have ended the view
 }
 
-int XViewDialogSet::OnMessage(unsigned message)
+void XViewDialogSet::MeasureClosed()
 {
-    switch (message) {
-    case kStretchApply:
-    case kStretchCoverageChange:
-    case kPaletteApply:
-        RedrawMain();
-        return 1;
-    case kStretchClose:
-        m_stretch.reset();
-        return 1;
-    case kPaletteClose:
-        m_palette.reset();
-        return 1;
-    case kMeasureClose:
-        (void)m_measure.release(); // it destroys itself
-        m_view.GetOverlay().Raise({XViewBuffer::Measure});
-        m_view.InvalidateControl(1);
-        return 1;
-    case kThumbClose:
-        m_thumb.reset();
-        return 1;
-    default:
-        return 0;
-    }
+    (void)m_measure.release();
+    m_view.GetOverlay().Raise({XViewBuffer::Measure});
+    m_view.InvalidateControl(1);
+}
+
+void XViewDialogSet::RepaintButtonPanel()
+{
+    if (m_buttonPanel && m_buttonPanel->HasWindow()) m_buttonPanel->Invalidate();
 }
 
 void XViewDialogSet::DrawMapGrid(XBackBuffer* buffer)
 {
     XDMCompManager* manager = m_view.GetXDMCompManager();
-    if (!m_mapGrid || !m_mapGrid->IsShown() || !manager) return;
+    if (!IsMapGridShown() || !manager) return;
     m_mapGrid->DrawMapGrid(manager->GetSR()->IsGeographic(), buffer);
 }
 

@@ -26,9 +26,14 @@ public:
     void RunMapGridProperty(QWidget* parent);
     void ClearMapGrid() { m_mapGrid.reset(); }
 
-    /// Apply and Close of the windows. @return non-zero when the message was one of theirs
-    int OnMessage(unsigned message);
+    // The windows told that they close.
+    void StretchClosed() { m_stretch.reset(); }
+    void PaletteClosed() { m_palette.reset(); }
+    void MeasureClosed(); ///< it destroys itself
+    void ThumbClosed() { m_thumb.reset(); }
 
+    int IsMapGridShown() const { return m_mapGrid && m_mapGrid->IsShown(); }
+    void RepaintButtonPanel();             ///< soon, when it has a window
     void DrawMapGrid(XBackBuffer* buffer); ///< when there is one and it is shown
     /// Tells an open palette dialog the value range of the first gray composite, and an open thumb
     /// view what the view shows; a palette dialog without a gray composite ends both.

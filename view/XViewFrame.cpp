@@ -52,6 +52,12 @@ QImage& XViewFrame::GetNext(const QSize& size)
     return m_next;
 }
 
+QImage& XViewFrame::GetPicture(const QSize& size)
+{
+    if (m_picture.size() != size) m_picture = QImage(size, QImage::Format_RGB32);
+    return m_picture;
+}
+
 void XViewFrame::Publish()
 {
     std::swap(m_picture, m_next);

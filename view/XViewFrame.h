@@ -20,6 +20,8 @@ public:
     /// picture shown is another one until Publish.
     QImage& GetNext(const QSize& size);
     void Publish(); ///< the image of GetNext becomes the picture
+    /// The picture itself, as large as told, to be drawn on where nobody shows it meanwhile.
+    QImage& GetPicture(const QSize& size);
 
     /// Draws the picture at (0, 0), one pixel a device pixel, and `backColor` where it does not
     /// reach.

@@ -141,6 +141,11 @@ int XViewMapping::GetHeight() const
     return m_main.GetHeight();
 }
 
+void XViewMapping::GetWorldPerPixel(double& x, double& y) const
+{
+    m_main.GetWorldPerPixel(x, y);
+}
+
 void XViewMapping::PixelToWorld(double& x, double& y) const
 {
     m_main.ConvPixelToWorldCoord(x, y);

@@ -48,6 +48,7 @@ public:
 
     int GetWidth() const;
     int GetHeight() const;
+    void GetWorldPerPixel(double& x, double& y) const;
     void PixelToWorld(double& x, double& y) const;
     void WorldToPixel(double& x, double& y) const;
 

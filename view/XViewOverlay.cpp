@@ -54,6 +54,14 @@ int XViewOverlay::IsRaised(XViewBuffer buffer) const
     return 0;
 }
 
+void XViewOverlay::UpdateVertices(XViewOverlaySteps& steps)
+{
+    for (const Step& step : kSteps)
+        if (step.buffer != XViewBuffer::MainBack && step.buffer != XViewBuffer::TempBack &&
+            IsRaised(step.buffer))
+            (steps.*step.update)();
+}
+
 XVertBuffer& XViewOverlay::GetVertex(XViewBuffer buffer)
 {
     switch (buffer) {

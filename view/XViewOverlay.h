@@ -51,6 +51,9 @@ public:
         }
     }
 
+    /// The same for the four recordings alone.
+    void UpdateVertices(XViewOverlaySteps& steps);
+
     XVertBuffer& GetVertex(XViewBuffer buffer); ///< one of the four recordings
     XBackBuffer& GetMainBack() { return m_mainBack; }
     XBackBuffer& GetTempBack() { return m_tempBack; }

@@ -1,13 +1,41 @@
-#include "tests/view/XViewFixture.h"
+#include "tests/view/XProgressiveFixture.h"
 
 #include <cmath>
 #include <random>
 
 namespace {
 
-class XViewFuzzTest : public XViewFixture
+/// Of both kinds of view: the parameter says whether it is progressive.
+class XViewFuzzTest : public XViewFixture, public ::testing::WithParamInterface<bool>
 {
 public:
+    XViewFuzzTest()
+    {
+        view.SetAlwaysRefine(1);
+        view.SetProgressiveView(GetParam());
+        onReport = [this](unsigned code) { CheckOrder(code); };
+    }
+
+    // Reports of input tell of the event in hand and come while it is, those of painting in pairs
+    // (the second may be missing) and, from the worker, between events.
+    void CheckOrder(unsigned code)
+    {
+        if (code == 41061 || code == 41062) {
+            if (code == 41062) {
+                EXPECT_TRUE(isVectorsDue);
+            }
+            isVectorsDue = code == 41061;
+            if (GetParam()) {
+                EXPECT_FALSE(isInEvent);
+            }
+        } else {
+            EXPECT_TRUE(isInEvent) << code;
+        }
+        if (code >= 41066 && code <= 41076) {
+            EXPECT_EQ(QPoint(mouse.x, mouse.y), sent) << code;
+        }
+    }
+
     // One event of a user who has lost patience.
     void Event(std::mt19937& random)
     {
@@ -21,6 +49,8 @@ public:
                                         Qt::Key_Tab,  Qt::Key_A,     Qt::Key_Delete, 0x1234567};
         static constexpr short kModes[] = {-1, 0, 101, 107, 201, 202, 9999};
         const int x = pick(-50, 450), y = pick(-50, 250);
+        sent = QPoint(x, y);
+        isInEvent = true;
         const auto button = kButtons[pick(0, 3)];
         const auto keys = Qt::KeyboardModifiers(pick(0, 15) << 25);
         const Qt::MouseButtons held(pick(0, 7));
@@ -86,40 +116,54 @@ public:
             view.clearFocus();
             if (pick(0, 3) == 0) view.grab();
         }
+        isInEvent = false;
+        if (pick(0, 4) == 0) QCoreApplication::processEvents();
     }
 
     void Run(unsigned seed)
     {
         std::mt19937 random(seed);
-        for (int i = 0; i < 2000; ++i) {
+        for (int i = 0; i < XfnCountRuns(10000); ++i) {
             Event(random);
             const tagXWorldBox box = Bound();
             ASSERT_TRUE(std::isfinite(box.minX) && std::isfinite(box.maxX) &&
                         std::isfinite(box.minY) && std::isfinite(box.maxY))
                 << "event " << i << ": " << box;
         }
+        XfnRunUntil([this] { return !view.IsBusy(); });
         QCoreApplication::processEvents();
     }
+
+    bool isInEvent = false;
+    bool isVectorsDue = false;
+    QPoint sent;
 };
 
-TEST_F(XViewFuzzTest, AnEmptyViewSurvivesAnything)
+TEST_P(XViewFuzzTest, AnEmptyViewSurvivesAnything)
 {
     Run(20240);
 }
 
-TEST_F(XViewFuzzTest, AndSoDoesOneWithImages)
+TEST_P(XViewFuzzTest, AndSoDoesOneWithImages)
 {
     XMemoryPicture first(300, 200, 1000, 1000, 0.5, 0.25, [](int x, int y) { return x * y; });
+    XMemoryPicture large(900, 700, 900, 1100, 0.5, 0.5, [](int x, int y) { return x ^ y; });
     XMemoryPicture dot(1, 1, 1010, 990, 2, 2, [](int, int) { return 77; });
     Show(first);
     Show(dot);
+    Show(large);
+    isInEvent = true;
     view.ZoomFit();
     Run(777);
     // and is none the worse for it
+    isInEvent = true;
     view.SetMode(-1);
     view.resize(kWidth, kHeight);
     view.ZoomFit();
+    view.QueCancel();
     view.GetXDMCompManager()->RemoveXDMCompositeAll();
 }
+
+INSTANTIATE_TEST_SUITE_P(DirectAndProgressive, XViewFuzzTest, ::testing::Bool());
 
 } // namespace

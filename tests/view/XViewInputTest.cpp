@@ -3,6 +3,8 @@
 #include "tests/view/XViewFixture.h"
 #include "view/XViewKeys.h"
 
+#include <utility>
+
 namespace {
 
 using Codes = std::vector<XWPARAM>;
@@ -218,6 +220,85 @@ TEST_F(XViewInputTest, TheCursorMessagePutsBackAForeignCursorAndSaysWhetherItCho
     EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor);
     view.HandleMessage(view.GetHWND(), kMsgRButtonDown, 2, 0);
     EXPECT_EQ(tell(), 1) << "the pan cursor";
+}
+
+TEST_F(XViewInputTest, TheZoomRectangleIsSeenFitsAndReportsBeforeTheRelease)
+{
+    XMemoryPicture gray(400, 200, 0.5, -0.5, 1, 1, [](int, int) { return 128; });
+    Show(gray);
+    view.ZoomFitRect(0, -200, 400, 0);
+    const QImage before = Paint();
+    view.ZoomRect();
+    Take();
+    Mouse(QEvent::MouseButtonPress, 100, 50, Qt::LeftButton, Qt::LeftButton);
+    Mouse(QEvent::MouseMove, 300, 50, Qt::NoButton, Qt::LeftButton);
+    Paint();
+    Mouse(QEvent::MouseMove, 200, 150, Qt::NoButton, Qt::LeftButton);
+    const QImage during = Paint();
+    int changed = 0;
+    for (int y = 0; y < kHeight; ++y)
+        for (int x = 0; x < kWidth; ++x) {
+            if (during.pixel(x, y) == before.pixel(x, y)) continue;
+            ++changed;
+            EXPECT_TRUE(x == 100 || x == 200 || y == 50 || y == 150) << x << ' ' << y;
+        }
+    EXPECT_GT(changed, 100) << "a dashed frame is seen on gray";
+    EXPECT_EQ(Take(), (Codes{41067, 41075, 41075}));
+    Mouse(QEvent::MouseButtonRelease, 200, 150, Qt::LeftButton, Qt::NoButton);
+    EXPECT_EQ(Take(), (Codes{41090, 41068})) << "the tool before the handler";
+    EXPECT_EQ(view.GetMode(), -1);
+    ExpectBox(Bound(), {50, -150, 250, -50}, 1e-9);
+    EXPECT_EQ(Paint().pixel(100, 50), before.pixel(100, 50)) << "the band is gone";
+}
+
+TEST_F(XViewInputTest, EscapeAModeAndAnEndedViewDropTheBand)
+{
+    const tagXWorldBox box = Bound();
+    for (const bool isEscape : {true, false}) {
+        view.SetPostMode(201); // the same tool again: its release must not be taken for a zoom
+        view.SetMode(201);
+        Take();
+        Mouse(QEvent::MouseButtonPress, 100, 50, Qt::LeftButton, Qt::LeftButton);
+        if (isEscape)
+            QTest::keyClick(&view, Qt::Key_Escape);
+        else
+            view.SetMode(201);
+        Mouse(QEvent::MouseButtonRelease, 200, 150, Qt::LeftButton, Qt::NoButton);
+        EXPECT_EQ(Take(),
+                  isEscape ? (Codes{41067, 41107, 41064, 41065, 41068}) : (Codes{41067, 41068}));
+        ExpectBox(Bound(), box, 0);
+    }
+    auto* mortal = new XTQSpaceView;
+    mortal->Create();
+    mortal->Initialize(host.GetHWND(), kHostMessage);
+    mortal->ZoomRect();
+    onReport = [&](unsigned code) {
+        if (code == 41090) delete std::exchange(mortal, nullptr);
+    };
+    mortal->HandleMessage(mortal->GetHWND(), kMsgLButtonDown, 1, XfnPackPoint(1, 1));
+    mortal->HandleMessage(mortal->GetHWND(), kMsgLButtonUp, 0, XfnPackPoint(50, 60));
+    EXPECT_EQ(mortal, nullptr) << "within the report of the tool";
+}
+
+TEST_F(XViewInputTest, EveryModeHasItsCursorWithAndWithoutItsTool)
+{
+    for (int mode = -5; mode < 220; ++mode) {
+        view.SetMode(static_cast<short>(mode));
+        const bool isOwn = (mode >= 101 && mode <= 113) || mode == 120 || mode == 121 ||
+                           mode == 131 || mode == 202;
+        const int chosen = view.OnSetCursor();
+        EXPECT_EQ(chosen, mode == -1 ? 0 : 1) << mode;
+        if (isOwn) {
+            EXPECT_EQ(Image(view.cursor()), Image(XfnGetToolCursor(mode))) << mode;
+            EXPECT_EQ(view.cursor().shape(), Qt::BitmapCursor) << mode;
+        } else if (mode != 201) {
+            EXPECT_EQ(view.cursor().shape(), Qt::ArrowCursor) << mode;
+        }
+        view.HandleMessage(view.GetHWND(), kMsgRButtonDown, 2, 0);
+        const auto held = mode == 201 ? XCursorImage::ZoomRect : XCursorImage::Pan;
+        EXPECT_EQ(Image(view.cursor()), Image(XfnGetCursor(held))) << mode;
+        view.HandleMessage(view.GetHWND(), kMsgRButtonUp, 0, 0);
+    }
 }
 
 } // namespace

@@ -1,0 +1,277 @@
+#include "foundation/vector/XvcLayer.h"
+#include "foundation/vector/XvcPoint.h"
+#include "tests/view/XProgressiveFixture.h"
+
+#include <QPainter>
+
+#include <thread>
+
+namespace {
+
+class XViewProgressiveTest : public XProgressiveFixture
+{
+protected:
+    void AddMark(double x, double y)
+    {
+        auto* point = new XvcPoint(x, y);
+        point->SetThick(20);
+        view.GetEditLayer()->AddTail(point);
+        point->CalcRange();
+        view.GetSelectedObj()->AddTail(point);
+    }
+};
+
+TEST_F(XViewProgressiveTest, ASweepEndsWithThePictureOfADirectView)
+{
+    XSlowBand band(2048, 1024); // levels 0 to 3
+    XDMComposite* composite = ShowBand(&band);
+    composite->SetStretchCoverage(1, 0); // the cut range is worked out by the drawing
+    view.SetBookMark(500, -400, 0xFF00FFFFu);
+    AddMark(900, -500);
+    for (const double length : {4.0, 1.0, 0.3}) {
+        SCOPED_TRACE(length);
+        view.SetWorldPerPixel(length, length);
+        view.SetWorldToCenter(900, -500);
+        view.InvalidateControl(1);
+        Settle();
+        const QImage live = Shown();
+        const double cut = composite->GetCutMax(0);
+        view.SetProgressiveView(0);
+        const QImage direct = Paint();
+        EXPECT_EQ(live, direct);
+        EXPECT_EQ(composite->GetCutMax(0), cut) << "what the worker found out came back";
+        view.SetProgressiveView(1);
+        EXPECT_EQ(Shown(), direct) << "shown until the first pass is done";
+        Settle();
+    }
+    view.GetXDMCompManager()->RemoveXDMCompositeAll();
+}
+
+TEST_F(XViewProgressiveTest, HostsPaintOnTheSurfaceThatIsDrawn)
+{
+    std::atomic<int> painted{0};
+    host.handler = [&](const XMessageRecorder::tagMessage& message) {
+        if (message.wParam != 41061 && message.wParam != 41062) return XLRESULT{0};
+        auto* surface = reinterpret_cast<XBackBuffer*>(message.lParam);
+        EXPECT_NE(surface, view.GetBackBuffer());
+        EXPECT_EQ(surface->GetWidth(), kWidth);
+        double x = 40, y = 20;
+        view.GetBackBuffer()->ConvPixelToWorldCoord(x, y);
+        surface->ConvWorldToPixelCoord(x, y);
+        QPainter painter(&surface->GetImage());
+        painter.fillRect(QRectF(x, y, 30, 30), message.wParam == 41061 ? Qt::blue : Qt::red);
+        ++painted;
+        return XLRESULT{0};
+    };
+    for (int i = 0; i < 50 && painted < 2; ++i) { // a report may time out on a busy machine
+        painted = 0;
+        view.InvalidateControl(1);
+        Settle();
+    }
+    ASSERT_EQ(painted, 2);
+    EXPECT_EQ(Shown().pixel(50, 30), qRgb(255, 0, 0));
+    EXPECT_EQ(view.GetBackBuffer()->GetImage().pixel(50, 30), qRgb(255, 0, 0));
+    host.handler = nullptr;
+}
+
+TEST_F(XViewProgressiveTest, PanAndWheelShowTheLastPictureWhereItLiesNow)
+{
+    XSlowBand band(400, 200);
+    ShowBand(&band);
+    view.SetWorldToCenter(199.5, -99.5); // pixel on pixel
+    view.SetWorldPerPixel(1, 1);
+    view.InvalidateControl(1);
+    Settle();
+    const QImage before = Shown();
+    view.QueDisable(); // nothing newer comes
+
+    Mouse(QEvent::MouseButtonPress, 50, 50, Qt::RightButton, Qt::RightButton);
+    Mouse(QEvent::MouseMove, 67, 39, Qt::NoButton, Qt::RightButton);
+    QImage moved = Shown();
+    EXPECT_EQ(before.copy(0, 11, 383, 189), moved.copy(17, 0, 383, 189));
+    EXPECT_EQ(moved.pixel(5, 100), 0xFF000000u) << "uncovered";
+    Mouse(QEvent::MouseMove, 50, 50, Qt::NoButton, Qt::RightButton);
+    Mouse(QEvent::MouseButtonRelease, 50, 50, Qt::RightButton, Qt::NoButton);
+    EXPECT_EQ(Shown(), before);
+
+    Wheel(200, 100, -120); // in
+    moved = Shown();
+    int differences = 0;
+    for (int y = 0; y < kHeight; ++y)
+        for (int x = 0; x < kWidth; ++x)
+            differences += moved.pixel(x, y) != before.pixel(100 + x / 2, 50 + y / 2);
+    EXPECT_EQ(differences, 0);
+    view.SetMode(0);
+    EXPECT_TRUE(view.GetBackBuffer()->IsUpdateNeeded()) << "a disabled queue leaves the flags up";
+    view.QueEnable();
+    view.Que(17);
+    EXPECT_FALSE(view.GetBackBuffer()->IsUpdateNeeded());
+    Settle();
+    EXPECT_EQ(Shown(), moved) << "nearest pixels at two to one are what the scaling showed";
+    view.GetXDMCompManager()->RemoveXDMCompositeAll();
+}
+
+TEST_F(XViewProgressiveTest, ABackgroundColourIsSeenAtOnce)
+{
+    XSlowBand band(2048, 1024);
+    band.delayUs = 200;
+    ShowBand(&band);
+    view.ZoomFitRect(-3000, -2000, 5000, 1000);
+    onReport = [this](unsigned code) {
+        if (code == 41061) view.InvalidateControl(1); // starts the worker while the view draws
+    };
+    view.SetBackgroundColor(0xFF00FF00u); // in mid-sweep
+    onReport = nullptr;
+    EXPECT_EQ(Shown().pixel(3, 3), qRgb(0, 255, 0));
+    Settle();
+    EXPECT_EQ(Shown().pixel(3, 3), qRgb(0, 255, 0));
+    view.GetXDMCompManager()->RemoveXDMCompositeAll();
+}
+
+TEST_F(XViewProgressiveTest, ASelectionIsSeenWithoutDrawingTheRastersAnew)
+{
+    XSlowBand band(300, 150);
+    ShowBand(&band);
+    view.SetWorldToCenter(150, -75);
+    view.InvalidateControl(1);
+    Settle();
+    const QImage before = Shown();
+    host.Forget();
+    AddMark(150, -75);
+    view.GetOverlay().Raise({XViewBuffer::TempVertex, XViewBuffer::TempBack});
+    view.InvalidateControl(0);
+    Settle();
+    EXPECT_EQ(Count(41061), 0);
+    const QImage marked = Shown();
+    EXPECT_NE(marked, before);
+    EXPECT_EQ(marked.copy(0, 0, 190, 200), before.copy(0, 0, 190, 200));
+    view.SetMode(0);
+    Settle();
+    view.GetXDMCompManager()->RemoveXDMCompositeAll();
+}
+
+/// A view whose passes can be counted and halted, and that tells when it is busy.
+class XWatchedView : public XTQSpaceView
+{
+public:
+    ~XWatchedView() override { OnDestroy(); }
+    void OnPreDraw() override
+    {
+        XTQSpaceView::OnPreDraw();
+        ++passes;
+        passed.Set();
+    }
+    void OnBusyChanged(int isBusy) override { busy.push_back(isBusy); }
+
+    std::atomic<int> passes{0};
+    XEvent passed;
+    std::vector<int> busy;
+};
+
+TEST(XWatchedViewTest, AHostThatNeverAnswersDelaysThePassesOnly)
+{
+    XMessageRecorder host;
+    XSlowBand band(2048, 1024);
+    XWatchedView view;
+    view.SetAlwaysRefine(1);
+    view.SetProgressiveView(1);
+    view.resize(400, 200);
+    view.Create();
+    XfnRunUntil([&] { return !view.IsBusy(); });
+    view.Initialize(host.GetHWND(), 1);
+    XDMComposite* composite = view.GetXDMCompManager()->NewXDMComposite(0);
+    composite->SetBand(&band, 0);
+    view.GetXDMCompManager()->AddXDMComposite(composite);
+    XfnRunPending();
+    view.busy.clear();
+    view.passes = 0;
+    view.SetWorldPerPixel(1, 1);
+    view.SetWorldToCenter(500, -500);
+    view.InvalidateControl(1);
+    while (view.passes < 5) // no event loop runs: nobody answers
+        ASSERT_TRUE(view.passed.Wait(60000));
+    host.Forget();
+    XfnRunUntil([&] { return !view.IsBusy(); });
+    XfnRunPending();
+    EXPECT_TRUE(host.GetMessages().empty()) << "what timed out is never delivered";
+    EXPECT_EQ(view.busy, (std::vector<int>{1, 0}));
+    view.GetXDMCompManager()->RemoveXDMCompositeAll();
+}
+
+TEST_F(XViewProgressiveTest, AModalBoxWithinAReportSeesALiveView)
+{
+    XSlowBand band(2048, 1024);
+    ShowBand(&band);
+    struct Case
+    {
+        const char* name;
+        std::function<void()> act;
+    };
+    const Case kCases[] = {
+        {"looks on", [] {}},
+        {"invalidates", [this] { view.InvalidateControl(1); }},
+        {"resizes", [this] { view.resize(kWidth + 1, kHeight); }},
+        {"cancels", [this] { view.QueCancel(); }},
+        {"cancels and asks anew",
+         [this] {
+             view.QueCancel();
+             view.ZoomIn();
+         }},
+        {"changes the background", [this] { view.SetBackgroundColor(0xFF101010u); }},
+        {"is not progressive any more", [this] { view.SetProgressiveView(0); }},
+    };
+    view.ZoomFit();
+    Settle();
+    const QImage expected = Shown();
+    for (const Case& c : kCases) {
+        for (const unsigned code : {41061u, 41062u}) {
+            SCOPED_TRACE(c.name);
+            int count = 0;
+            QImage nested;
+            onReport = [&](unsigned reported) {
+                if (reported != code || count++ > 0) return;
+                XfnRunPending();
+                c.act();
+                XfnRunPending();
+                nested = Shown();
+            };
+            for (int i = 0; i < 50 && count == 0; ++i) {
+                view.InvalidateControl(1);
+                Settle();
+            }
+            onReport = nullptr;
+            EXPECT_GE(count, 1);
+            EXPECT_FALSE(nested.isNull());
+            view.SetProgressiveView(1);
+            view.resize(kWidth, kHeight);
+            view.SetBackgroundColor(0xFF000000u);
+            view.ZoomFit();
+            Settle();
+            EXPECT_EQ(Shown(), expected);
+        }
+    }
+    view.GetXDMCompManager()->RemoveXDMCompositeAll();
+}
+
+TEST_F(XViewProgressiveTest, CompositesGoWhileAPassRuns)
+{
+    for (int i = 0; i < 30; ++i) {
+        auto band = std::make_unique<XSlowBand>(1024, 1024);
+        band->delayUs = 500;
+        ShowBand(band.get());
+        view.ZoomFit();
+        view.ZoomOneToOne();
+        if (i % 2) XfnRunUntil([&] { return view.IsDrawing() || !view.IsBusy(); });
+        if (i % 3 == 0) XfnRunPending();
+        view.QueCancel();
+        EXPECT_FALSE(view.IsDrawing());
+        view.GetXDMCompManager()->RemoveXDMCompositeAll();
+        band.reset();
+        view.InvalidateControl(1);
+        if (i % 2) Settle();
+    }
+    Settle();
+    EXPECT_EQ(Shown().pixel(200, 100), 0xFF000000u);
+}
+
+} // namespace
