@@ -20,14 +20,16 @@ const std::vector<tagXActionRow>& XfnActionTable()
         {"view.oneToOne", "One &to One", {"Ctrl+1"}, {"1"}, Symbol::OneToOne, "One image pixel on one screen pixel"},
         {"view.zoomIn", "Zoom &In", {"Ctrl++", "Ctrl+="}, {"+", "="}, Symbol::ZoomIn, "See a smaller area, larger"},
         {"view.zoomOut", "Zoom &Out", {"Ctrl+-"}, {"-"}, Symbol::ZoomOut, "See a larger area, smaller"},
+        {"view.zoomRect", "Zoom to &Rectangle", {}, {"Z"}, Symbol::ZoomRect, "Drag a rectangle open to see it as large as the window; Shift and drag does so at once", true},
         {"view.previous", "&Previous View", {"Alt+Left"}, {}, Symbol::Previous, "Go back to the view before"},
         {"view.next", "&Next View", {"Alt+Right"}, {}, Symbol::Next, "Go forward again"},
-        {"view.redraw", "&Redraw", {"F5"}, {}, {}, "Draw the image again"},
+        {"view.redraw", "Re&draw", {"F5"}, {}, {}, "Draw the image again"},
         {"view.background", "&Background Colour...", {}, {}, {}, "Choose the colour around the image"},
         {"view.percent", "Scale in Per &Cent", {}, {}, {}, "Show the scale as image pixels in per cent of screen pixels", true},
         {"view.dms", "Degrees, Minutes, &Seconds", {}, {}, {}, "Show the geographic position in degrees, minutes and seconds", true},
         {"view.wheelIn", "Wheel &Forward Zooms In", {}, {}, {}, "Turn the direction of the mouse wheel", true},
         {"view.overview", "O&verview", {}, {}, {}, "Show the overview window"},
+        {"view.progressive", "Dra&w in Steps", {}, {}, {}, "Show large images coarse at once and sharpen them by themselves; the window never waits", true},
         {"view.fullScreen", "F&ull Screen", {"F11"}, {}, Symbol::FullScreen, "Give the whole screen to the window; Esc leaves", true},
 
         {"layer.visible", "&Visible", {"Ctrl+H"}, {}, {}, "Show or hide the current layer", true},
@@ -44,6 +46,9 @@ const std::vector<tagXActionRow>& XfnActionTable()
         {"image.stretch", "&Stretch...", {}, {}, {}, "Choose the stretch of the image"},
         {"image.colorTable", "Colour &Table...", {}, {}, {}, "Choose the colours of a gray image"},
 
+        {"image.pyramid", "Build &Pyramid...", {}, {}, {}, "Make reduced pictures of the current layer, so that it is quick to show at every scale"},
+        {"image.statistics", "Compute &Exact Statistics", {}, {}, {}, "Count every pixel of the current layer and keep the numbers"},
+
         {"window.reset", "&Reset Layout", {}, {}, {}, "Put panels and toolbars back where they were at first"},
 
         {"help.keys", "&Key Map", {"F1"}, {}, {}, "List the keys of all commands"},
@@ -59,15 +64,33 @@ const std::vector<tagXMenuRow>& XfnMenuTable()
         {"&File", {"file.open", "@recent", "-", "file.close", "file.closeAll", "-", "file.quit"}},
         {"&Edit", {"edit.copyPosition", "edit.copyGeographic"}},
         {"&View",
-         {"view.fitAll", "view.fitLayer", "view.oneToOne", "view.zoomIn", "view.zoomOut",
-          "view.previous", "view.next", "-", "view.redraw", "view.background", "-", "view.overview",
-          "-", "view.percent", "view.dms", "view.wheelIn", "-", "@panels", "view.fullScreen"}},
+         {"view.fitAll",
+          "view.fitLayer",
+          "view.oneToOne",
+          "view.zoomIn",
+          "view.zoomOut",
+          "view.zoomRect",
+          "view.previous",
+          "view.next",
+          "-",
+          "view.redraw",
+          "view.background",
+          "-",
+          "view.overview",
+          "-",
+          "view.percent",
+          "view.dms",
+          "view.wheelIn",
+          "view.progressive",
+          "-",
+          "@panels",
+          "view.fullScreen"}},
         {"&Layer",
          {"layer.visible", "-", "layer.up", "layer.down", "layer.top", "-", "layer.previous",
           "layer.next"}},
         {"&Image",
          {"image.stretch", "image.colorTable", "-", "image.gray", "-", "image.natural",
-          "image.falseColour", "image.shortWave"}},
+          "image.falseColour", "image.shortWave", "-", "image.statistics", "image.pyramid"}},
         {"&Window", {"window.reset"}},
         {"&Help", {"help.keys", "-", "help.about"}},
     };
@@ -83,6 +106,7 @@ const std::vector<const char*>& XfnToolBarTable()
                                                  "view.oneToOne",
                                                  "view.zoomIn",
                                                  "view.zoomOut",
+                                                 "view.zoomRect",
                                                  "-",
                                                  "view.previous",
                                                  "view.next",
@@ -107,5 +131,9 @@ QString XfnKeyMapText()
         name.remove('&').remove("...");
         text += QString("%1\t%2\n").arg(name, keys.join("  "));
     }
+    // what the image itself answers to
+    text += "Move the view\tarrows, with Ctrl by a pixel; right or middle button, Space and drag\n"
+            "Zoom\twheel, with Ctrl finely\n"
+            "Zoom to a rectangle\tShift and drag\n";
     return text;
 }

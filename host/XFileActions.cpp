@@ -2,6 +2,7 @@
 
 #include "foundation/platform/XPrompts.h"
 #include "foundation/platform/XQtText.h"
+#include "foundation/raster/XRSFileIO.h"
 #include "host/XLayerPlacement.h"
 #include "host/XLayerStack.h"
 #include "host/XMainActions.h"
@@ -60,7 +61,9 @@ int XFileActions::OpenAll(const QStringList& paths, XOpenErrors& errors)
     QStringList misplaced;
     int opened = 0;
     if (m_busy) m_busy(true);
-    for (const QString& given : paths) {
+    QStringList queue = paths;
+    for (int i = 0; i < queue.size(); ++i) {
+        const QString given = queue[i];
         const bool isPlain = XfnIsPlainPath(given);
         const QString path = isPlain ? QFileInfo(given).absoluteFilePath() : given;
         QString message;
@@ -71,6 +74,9 @@ int XFileActions::OpenAll(const QStringList& paths, XOpenErrors& errors)
             const tagXLayer& layer = *m_layers.GetAt(0); // an opened layer is the top one
             if (XfnIsGrossMiss(layer.miss))
                 misplaced.append(layer.name + ": " + XfnPlacementText(layer.miss) + ".");
+        } else if (const QStringList parts = AskForParts(path); !parts.isEmpty()) {
+            for (int part = 0; part < parts.size(); ++part)
+                queue.insert(i + 1 + part, parts[part]);
         } else {
             errors.Add(given, message);
             if (isPlain && !QFileInfo::exists(path)) m_recent.MarkMissing(path);
@@ -83,6 +89,29 @@ int XFileActions::OpenAll(const QStringList& paths, XOpenErrors& errors)
         XPrompts::Get()->Message(m_handle, XfnFromQString("Shown, but not where it belongs:\n\n" +
                                                           misplaced.join('\n')));
     return opened;
+}
+
+// A file that only holds others: those are what the user means.
+QStringList XFileActions::AskForParts(const QString& path)
+{
+    constexpr int kListed = 12;
+    const auto parts = XRSFileIO::GetParts(XfnFromQString(path));
+    QStringList names;
+    QStringList texts;
+    for (const XRSFileIO::tagPart& part : parts) {
+        names.append(XfnToQString(part.name));
+        if (texts.size() < kListed) texts.append(XfnToQString(part.text));
+    }
+    if (names.size() > kListed) texts.append(QString("and %1 more").arg(names.size() - kListed));
+    if (names.size() < 2) return names;
+    if (m_busy) m_busy(false);
+    const bool isWanted = XPrompts::Get()->AskYesNo(
+        m_handle, XfnFromQString(QString("%1 holds %2 images:\n\n%3\n\nOpen all of them?")
+                                     .arg(QFileInfo(path).fileName())
+                                     .arg(names.size())
+                                     .arg(texts.join('\n'))));
+    if (m_busy) m_busy(true);
+    return isWanted ? names : QStringList();
 }
 
 int XFileActions::OpenDropped(const QStringList& paths)

@@ -37,6 +37,7 @@ public:
 
 private:
     void Connect();
+    QStringList AskForParts(const QString& path);
     int OpenAll(const QStringList& paths, XOpenErrors& errors);
 
     XHWND m_handle;

@@ -2,6 +2,7 @@
 
 #include "foundation/raster/XDMCompManager.h"
 #include "foundation/surface/XBackBuffer.h"
+#include "view/XViewKeys.h"
 
 #include <QTimer>
 
@@ -57,6 +58,25 @@ void XHostView::FitBox(double minX, double minY, double maxX, double maxY)
     m_fitMapping = GetMapping();
 }
 
+void XHostView::HandleMouseMessage(XHWND window, unsigned message, XWPARAM wParam, XLPARAM lParam)
+{
+    if (message == kMsgLButtonDown && wParam == (kFlagLeft | kFlagShift) &&
+        GetMode() == XGVMessageManager::kModeNone) {
+        ZoomRect();
+        m_isShiftZoom = true;
+    }
+    if (m_isShiftZoom) wParam &= ~static_cast<XWPARAM>(kFlagShift); // the tool knows no Shift
+    if (message == kMsgLButtonUp) m_isShiftZoom = false;
+    XTQSpaceView::HandleMouseMessage(window, message, wParam, lParam);
+}
+
+void XHostView::HandleKeyboardMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                      XLPARAM lParam)
+{
+    m_wasToolAtWork = GetMode() != XGVMessageManager::kModeNone;
+    XTQSpaceView::HandleKeyboardMessage(window, message, wParam, lParam);
+}
+
 void XHostView::OnSize(int width, int height)
 {
     const bool isFitted = IsFitted();
@@ -75,8 +95,19 @@ void XHostView::OnSize(int width, int height)
     InvalidateControl(1);
 }
 
+void XHostView::OnBusyChanged(int isBusy)
+{
+    if (m_busyChanged) m_busyChanged(isBusy != 0);
+}
+
 void XHostView::paintEvent(QPaintEvent* event)
 {
     XTQSpaceView::paintEvent(event);
+    if (m_afterPaint && !std::exchange(m_isAfterPaintDue, true)) {
+        QTimer::singleShot(0, this, [this] {
+            m_isAfterPaintDue = false;
+            if (m_afterPaint) m_afterPaint();
+        });
+    }
     if (m_firstPaint) QTimer::singleShot(0, this, std::exchange(m_firstPaint, nullptr));
 }

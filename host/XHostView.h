@@ -10,7 +10,8 @@
 /// The library's view refits the box it last drew to each new size, so it shrinks with every change
 /// of shape there and back. This one keeps centre and scale, unless the view still shows a box that
 /// it was fitted to: that box is fitted again. The pointer does not take the keyboard away from a
-/// text box; a click and the wheel do. User interface thread.
+/// text box; a click and the wheel do. Dragging with the left button and Shift pulls a zoom rectangle
+/// open without a change of mode before. User interface thread.
 class XHostView : public XTQSpaceView
 {
 public:
@@ -23,9 +24,22 @@ public:
     bool IsFitted();
     /// Runs once, when the first picture has come to the screen.
     void SetFirstPaint(std::function<void()> run) { m_firstPaint = std::move(run); }
+    /// Runs after each picture that came to the screen, in an event of its own.
+    void SetAfterPaint(std::function<void()> run) { m_afterPaint = std::move(run); }
+    /// Told when the view begins to draw and when it has come to rest.
+    void SetBusyChanged(std::function<void(bool)> run) { m_busyChanged = std::move(run); }
+
+    /// Whether a tool was at work when the key that is reported now went down: Escape was for it.
+    bool WasToolAtWork() const { return m_wasToolAtWork; }
+
+    void HandleMouseMessage(XHWND window, unsigned message, XWPARAM wParam,
+                            XLPARAM lParam) override;
+    void HandleKeyboardMessage(XHWND window, unsigned message, XWPARAM wParam,
+                               XLPARAM lParam) override;
 
 protected:
     void OnSize(int width, int height) override;
+    void OnBusyChanged(int isBusy) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:
@@ -37,4 +51,9 @@ private:
     std::array<double, 4> m_fitBox{}; // minimum x, y, maximum x, y
     Mapping m_fitMapping{};
     std::function<void()> m_firstPaint;
+    std::function<void()> m_afterPaint;
+    std::function<void(bool)> m_busyChanged;
+    bool m_isAfterPaintDue = false;
+    bool m_wasToolAtWork = false;
+    bool m_isShiftZoom = false; // from the press with Shift to the release
 };

@@ -2,7 +2,7 @@
 
 #include "foundation/base/XSentinels.h"
 #include "foundation/platform/XQtText.h"
-#include "foundation/raster/XDMBand.h"
+#include "foundation/raster/XDMBandGDAL.h"
 #include "foundation/raster/XRSFile.h"
 #include "foundation/raster/XRasterTypes.h"
 #include "host/XLayerPlacement.h"
@@ -46,16 +46,25 @@ QString NullText(const XRSFile& file)
     return values.join(", ");
 }
 
-QString OverviewText(const XDMBand& band)
+std::vector<std::pair<int, int>> StoredSizes(const XDMBand& band)
 {
-    QStringList sizes;
+    if (const auto* foreign = dynamic_cast<const XDMBandGDAL*>(&band))
+        return foreign->GetStoredSizes();
+    std::vector<std::pair<int, int>> sizes;
     for (int level = 1; level < band.GetNumOfLevels(); ++level) {
-        if (band.IsVirtualLevel(level)) continue;
         int width = 0;
         int height = 0;
         band.GetLevelSize(level, width, height);
-        sizes.append(QString("%1 x %2").arg(width).arg(height));
+        if (!band.IsVirtualLevel(level)) sizes.emplace_back(width, height);
     }
+    return sizes;
+}
+
+QString OverviewText(const XDMBand& band)
+{
+    QStringList sizes;
+    for (const auto& [width, height] : StoredSizes(band))
+        sizes.append(QString("%1 x %2").arg(width).arg(height));
     return sizes.isEmpty() ? QString("none") : sizes.join(", ");
 }
 

@@ -5,7 +5,6 @@
 #include "foundation/raster/XDMCompManager.h"
 #include "foundation/raster/XDMComposite.h"
 #include "foundation/raster/XRSFile.h"
-#include "host/XLayerPlacement.h"
 #include "host/XRasterOpener.h"
 
 #include <QFileInfo>
@@ -72,8 +71,8 @@ bool XLayerStack::Open(const QString& path, QString& message)
         const XDMBand* first = layer->composite->GetFirstBand();
         m_manager->SetSR(first ? first->GetSR() : nullptr);
     }
-    layer->miss = XfnPlaceInReference(*layer->composite, *m_manager->GetSR());
     m_manager->AddXDMComposite(layer->composite);
+    layer->miss = layer->composite->GetPlacementMiss();
     m_layers.insert(m_layers.begin(), std::move(layer));
     m_current = 0;
     Tell(LayerChange::List);
@@ -152,6 +151,13 @@ int XLayerStack::GetOpacity(int index) const
     return layer ? static_cast<int>(std::lround(layer->composite->GetAlpha() / 2.55)) : 100;
 }
 
+void XLayerStack::NoteChanged(int index)
+{
+    if (!GetAt(index)) return;
+    GetAt(index)->composite->UpdateNeeded();
+    Tell(LayerChange::Appearance);
+}
+
 void XLayerStack::ChangeBands(int index, const std::function<void(XBandChoice&)>& change)
 {
     if (!GetAt(index)) return;
@@ -164,8 +170,7 @@ void XLayerStack::ChangeBands(int index, const std::function<void(XBandChoice&)>
     const auto before = shown();
     change(*layer->bands);
     if (shown() == before) return;
-    // a channel that got a band also got that band's own place
-    layer->miss = XfnPlaceInReference(*layer->composite, *m_manager->GetSR());
+    layer->miss = layer->composite->GetPlacementMiss(); // a new band may stand elsewhere
     Tell(LayerChange::Appearance);
 }
 

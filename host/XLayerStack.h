@@ -18,7 +18,7 @@ struct tagXLayer
     std::unique_ptr<XRSFile> file;     ///< outlives the composite
     XDMComposite* composite = nullptr; ///< the manager's
     std::unique_ptr<XBandChoice> bands;
-    double miss = 0; ///< of its place in the view's reference, as XfnPlaceInReference tells it
+    double miss = 0; ///< of its place in the view's reference, as the composite tells it
     QString path;
     QString name; ///< file name, with a number when the file is open twice
 };
@@ -63,6 +63,8 @@ public:
     bool IsVisible(int index) const;
     void SetOpacity(int index, int percent); ///< held at 0..100
     int GetOpacity(int index) const;
+    /// For a change of the file behind a layer that shows: draws it again and tells observers.
+    void NoteChanged(int index);
     /// Runs a change of the band choice of a layer and tells observers.
     void ChangeBands(int index, const std::function<void(XBandChoice&)>& change);
 

@@ -8,10 +8,14 @@
 #include "host/XBandsWidget.h"
 #include "host/XFileActions.h"
 #include "host/XHostView.h"
+#include "host/XJobRunner.h"
+#include "host/XJobWidget.h"
 #include "host/XLayerActions.h"
 #include "host/XLayerPlacement.h"
 #include "host/XLayerStack.h"
 #include "host/XLayersWidget.h"
+#include "host/XLevelActions.h"
+#include "host/XLevelBar.h"
 #include "host/XMainActions.h"
 #include "host/XReadOut.h"
 #include "host/XStatusWidget.h"
@@ -31,6 +35,7 @@
 #include <QScrollBar>
 #include <QTimer>
 #include <QToolBar>
+#include <QVBoxLayout>
 
 #include <algorithm>
 #include <utility>
@@ -84,7 +89,14 @@ XMainWindow::XMainWindow(const QString& version)
     m_view->setObjectName("view");
     m_view->setAccessibleName("Image");
     m_view->setMinimumSize(160, 120);
-    setCentralWidget(m_view);
+    auto* middle = new QWidget(this);
+    auto* column = new QVBoxLayout(middle);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    m_levelBar = new XLevelBar(middle);
+    column->addWidget(m_levelBar);
+    column->addWidget(m_view, 1);
+    setCentralWidget(middle);
     m_view->Create();
     m_layers = std::make_unique<XLayerStack>(m_view->GetXDMCompManager());
     m_status = new XStatusWidget(this);
@@ -94,11 +106,24 @@ XMainWindow::XMainWindow(const QString& version)
     m_viewActions = std::make_unique<XViewActions>(*this, GetHWND(), *m_view, *m_layers, *m_actions,
                                                    *m_readOut, m_settings);
     m_layerActions = std::make_unique<XLayerActions>(*m_layers, *m_actions);
+    MakeJobs();
     MakePanels();
     MakeMenus();
     ConnectOthers();
     m_layers->AddObserver([this](LayerChange change) {
-        if (change != LayerChange::Closing) FollowLayers();
+        if (change == LayerChange::Closing)
+            m_view->QueCancel(); // the pass in hand may read the layer that goes
+        else
+            FollowLayers();
+    });
+    // not within the reports of painting: those may come while the picture is still being drawn
+    m_view->SetBusyChanged([this](bool isBusy) {
+        m_status->SetBusy(isBusy);
+        if (!isBusy) m_readOut->OnViewChanged(); // nothing was read while it was drawn
+    });
+    m_view->SetAfterPaint([this] {
+        m_viewActions->OnPainted();
+        TellUnread();
     });
     m_view->Initialize(GetHWND(), kHostMessage);
     m_view->setFocus();
@@ -109,9 +134,14 @@ XMainWindow::XMainWindow(const QString& version)
 
 XMainWindow::~XMainWindow()
 {
-    // reports of a view that is going must not reach helpers that have gone, and no panel may look
-    // at layers that have
+    // nothing that a view still does may reach helpers that have gone, and no panel may look at
+    // layers that have
+    m_view->SetBusyChanged(nullptr);
+    m_view->SetAfterPaint(nullptr);
+    m_view->QueDisable();
+    m_view->QueCancel();
     DestroyHandle();
+    m_jobs.reset(); // a job that runs is stopped
     qDeleteAll(findChildren<QDockWidget*>());
 }
 
@@ -121,6 +151,18 @@ void XMainWindow::MakePanels()
     auto* bands = new XBandsWidget(*m_layers, *m_actions, this);
     MakeDock(this, layers, "Layers");
     MakeDock(this, bands, "Bands");
+}
+
+void XMainWindow::MakeJobs()
+{
+    m_jobs = std::make_unique<XJobRunner>();
+    auto* shown = new XJobWidget(*m_jobs, m_status);
+    m_status->insertPermanentWidget(1, shown); // behind the hint, which is no permanent one
+    shown->Follow();
+    m_jobs->SetChanged([shown] { shown->Follow(); });
+    m_levelActions = std::make_unique<XLevelActions>(GetHWND(), *m_layers, *m_actions, *m_jobs,
+                                                     *m_levelBar, m_settings);
+    m_levelActions->SetNotice([this](const QString& text) { Notice(text); });
 }
 
 void XMainWindow::MakeMenus()
@@ -165,6 +207,7 @@ void XMainWindow::ConnectOthers()
     m_actions->Connect("edit.copyPosition", [this, copy] { copy(m_readOut->GetPositionText()); });
     m_actions->Connect("edit.copyGeographic",
                        [this, copy] { copy(m_readOut->GetGeographicText()); });
+    m_actions->Connect("view.zoomRect", [this] { ShowHint(); });
     m_actions->Connect("window.reset", [this] { ResetLayout(); });
     m_actions->Connect("help.keys", [this] {
         XPrompts::Get()->Message(GetHWND(), XfnFromQString(XfnKeyMapText()), XPrompts::XIcon::None,
@@ -184,6 +227,16 @@ void XMainWindow::Notice(const QString& text)
     m_status->showMessage(text, kNoticeMs);
 }
 
+void XMainWindow::ShowHint()
+{
+    const char* hint = "Drag with the right or the middle button to move the view";
+    if (m_layers->GetCount() == 0)
+        hint = "Open an image with Ctrl+O, or drop one here";
+    else if (m_view->GetMode() == XGVMessageManager::kModeZoomRect)
+        hint = "Drag a rectangle open with the left button; Esc leaves";
+    m_status->SetHint(hint);
+}
+
 void XMainWindow::FollowLayers()
 {
     const int count = m_layers->GetCount();
@@ -201,8 +254,7 @@ void XMainWindow::FollowLayers()
     const tagXLayer* layer = m_layers->GetAt(m_layers->GetCurrent());
     setWindowTitle(layer ? layer->name + " - tqlview" : QString("tqlview"));
     setWindowFilePath(layer ? layer->path : QString());
-    m_status->SetHint(layer ? QString("Drag with the right or the middle button to move the view")
-                            : QString("Open an image with Ctrl+O, or drop one here"));
+    ShowHint();
     m_actions->SetEnabled("edit.copyPosition", layer != nullptr, "Open an image first");
     m_actions->SetEnabled("edit.copyGeographic", layer && !m_readOut->GetGeographicText().isEmpty(),
                           "The image has no known coordinate system");
@@ -232,7 +284,8 @@ XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM 
         break;
     }
     case XViewReport::KeyDown:
-        if (reinterpret_cast<const tagXKeyReport*>(lParam)->character == kKeyEscape)
+        if (reinterpret_cast<const tagXKeyReport*>(lParam)->character == kKeyEscape &&
+            !m_view->WasToolAtWork())
             m_viewActions->LeaveFullScreen();
         break;
     case XViewReport::ZoomFit:
@@ -241,9 +294,14 @@ XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM 
     case XViewReport::ZoomOut:
         m_viewActions->OnZoomCommand();
         break;
-    case XViewReport::PaintedRasters:
-        m_viewActions->OnPainted();
-        TellUnread();
+    case XViewReport::ZoomRect:
+        m_viewActions->OnZoomCommand();
+        m_viewActions->OnToolEnded();
+        ShowHint();
+        break;
+    case XViewReport::ToolCancelled:
+        m_viewActions->OnToolEnded();
+        ShowHint();
         break;
     default:
         break;
@@ -336,12 +394,15 @@ void XMainWindow::closeEvent(QCloseEvent* event)
 {
     const bool isPlain = !isMaximized() && !isFullScreen();
     m_settings.SetWindow(isPlain ? geometry() : normalGeometry(), isMaximized(), saveState());
+    m_levelActions->SetNotice(nullptr);
+    m_jobs->CancelAll();
     QMainWindow::closeEvent(event);
 }
 
 void XMainWindow::keyPressEvent(QKeyEvent* event)
 {
-    // Escape while a panel has the focus
-    if (event->key() == Qt::Key_Escape && m_viewActions->LeaveFullScreen()) return;
+    // Escape while a panel has the focus; the view reports its own
+    if (event->key() == Qt::Key_Escape && !m_view->hasFocus() && m_viewActions->LeaveFullScreen())
+        return;
     QMainWindow::keyPressEvent(event);
 }

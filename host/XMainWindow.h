@@ -12,7 +12,11 @@ class QMenu;
 class XFileActions;
 class XHostView;
 class XLayerActions;
+class XJobRunner;
+class XJobWidget;
 class XLayerStack;
+class XLevelActions;
+class XLevelBar;
 class XMainActions;
 class XReadOut;
 class XStatusWidget;
@@ -34,6 +38,7 @@ public:
     XHostView& GetView() { return *m_view; }
     XLayerStack& GetLayers() { return *m_layers; }
     XFileActions& GetFiles() { return *m_files; }
+    XJobRunner& GetJobs() { return *m_jobs; }
     XMainActions& GetActions() { return *m_actions; }
 
     /// Places the window: as asked for, else as it was left, always inside an available screen.
@@ -54,9 +59,11 @@ protected:
 
 private:
     void MakePanels();
+    void MakeJobs();
     void MakeMenus();
     void ConnectOthers();
     void FollowLayers();
+    void ShowHint();
     void ResetLayout();
     void ShareHeight();
     void Notice(const QString& text);
@@ -72,6 +79,9 @@ private:
     std::unique_ptr<XFileActions> m_files;
     std::unique_ptr<XViewActions> m_viewActions;
     std::unique_ptr<XLayerActions> m_layerActions;
+    XLevelBar* m_levelBar = nullptr;
+    std::unique_ptr<XJobRunner> m_jobs;
+    std::unique_ptr<XLevelActions> m_levelActions;
     QByteArray m_firstLayout;
     QStringList m_toldUnread; // paths whose unread parts were told of
     int m_shownLayers = 0;

@@ -5,12 +5,10 @@
 #include "foundation/raster/XRSFileIO.h"
 
 #include <QFileInfo>
-#include <QRegularExpression>
 
 bool XfnIsPlainPath(const QString& path)
 {
-    static const QRegularExpression special("^(/vsi[a-z0-9_]+/|[A-Za-z][A-Za-z0-9_]+:)");
-    return !special.match(path).hasMatch() || QFileInfo::exists(path);
+    return XRSFileIO::IsPlainPath(XfnFromQString(path)) != 0;
 }
 
 bool XfnIsSameFile(const QString& a, const QString& b)
@@ -43,6 +41,10 @@ std::unique_ptr<XRSFile> XfnOpenRaster(const QString& path, QString& message)
         // whoever shows the sentence says which file it is about
         const QString quoted = "\"" + path + "\"";
         message = XfnToQString(error).trimmed();
+        if (message.startsWith(quoted + ": ")) {
+            message = message.mid(quoted.size() + 2);
+            message[0] = message[0].toUpper();
+        }
         message.replace("(" + quoted + ": ", "(").replace(quoted, "The file");
         if (message.isEmpty()) message = "It is no raster of a known format.";
         return nullptr;

@@ -2,9 +2,11 @@
 
 #include "foundation/base/XSentinels.h"
 #include "foundation/platform/XQtText.h"
-#include "foundation/raster/XDMBand.h"
+#include "foundation/raster/XDMBandComplex.h"
 #include "foundation/raster/XDMCompManager.h"
 #include "foundation/raster/XDMComposite.h"
+#include "foundation/raster/XNullSample.h"
+#include "foundation/raster/XRasterTypes.h"
 #include "foundation/reference/XCoordinateTransformation.h"
 #include "foundation/surface/XBackBuffer.h"
 #include "host/XLayerStack.h"
@@ -12,6 +14,7 @@
 #include "view/XTQSpaceView.h"
 
 #include <cmath>
+#include <type_traits>
 
 tagXWorldSystem XfnDescribeSystem(const XSpatialReference& reference)
 {
@@ -46,11 +49,65 @@ QString XfnSystemText(const tagXWorldSystem& system)
                            : system.name;
 }
 
+namespace {
+
+bool IsInside(const XDMComposite& composite, double x, double y)
+{
+    for (int ch = 0; ch < 3; ++ch) {
+        const XDMBand* band = composite.GetBand(ch);
+        if (!band) continue;
+        double column = x;
+        double row = y;
+        composite.ConvWorldToPixelCoord(column, row, ch);
+        if (column >= -0.5 && row >= -0.5 && column < band->GetXSize() - 0.5 &&
+            row < band->GetYSize() - 0.5)
+            return true;
+    }
+    return false;
+}
+
+// Whether a sample is the value that stands for no data in its band.
+bool IsNull(const XDMBand& band, double value)
+{
+    if (!band.HasNullValue()) return false;
+    if (std::isnan(band.GetNullValue())) return std::isnan(value);
+    return XfnDispatchRealType<bool>(band.GetDataType(), [&](auto* type) {
+        using Sample = std::remove_cv_t<std::remove_pointer_t<decltype(type)>>;
+        bool hasNull = false;
+        const Sample null = XfnNullSample<Sample>(band.GetNullValue(), hasNull);
+        return hasNull && static_cast<double>(null) == value;
+    });
+}
+
+int GetDataType(const XDMBand& band)
+{
+    const auto* part = dynamic_cast<const XDMBandComplex*>(&band);
+    return part && part->GetInnerBand() ? part->GetInnerBand()->GetDataType() : band.GetDataType();
+}
+
+QString SamplesText(const XDMComposite& composite, const double (&values)[3])
+{
+    const XDMBand* first = composite.GetBand(0);
+    if (first && XfnIsComplexType(GetDataType(*first))) return XfnComplexText(values[0], values[1]);
+    double shown[3] = {kXNoData, kXNoData, kXNoData};
+    const bool isColour = composite.GetMode() != 0;
+    for (int i = 0; i < 3; ++i) {
+        const int channel = isColour ? 2 - i : i; // channel 0 is blue, shown last
+        const XDMBand* band = composite.GetBand(channel);
+        if (band && !IsNull(*band, values[channel])) shown[i] = values[channel];
+    }
+    return XfnSamplesText(shown, isColour);
+}
+
+} // namespace
+
 XReadOut::XReadOut(XTQSpaceView& view, XLayerStack& layers, XStatusWidget& status)
     : m_view(view), m_layers(layers), m_status(status)
 {
     m_layers.AddObserver([this](LayerChange change) {
         if (change == LayerChange::Closing) return;
+        m_samples.clear();
+        m_status.SetLayersNamed(m_layers.GetCount() > 1);
         OnSystemChanged();
         Show();
         ShowScale();
@@ -119,26 +176,21 @@ bool XReadOut::GetGeographic(double x, double y, double& latDeg, double& lonDeg)
     return true;
 }
 
-QString XReadOut::MakeSamples(double x, double y) const
+// The samples of the current layer, which is named when there are others. While a pass draws, the
+// view reads nothing: what was read of this place stays, and dots stand for another.
+QString XReadOut::MakeSamples(double x, double y)
 {
     const tagXLayer* layer = m_layers.GetAt(m_layers.GetCurrent());
-    if (!layer) return QString();
-    const XDMComposite& composite = *layer->composite;
-    const bool isColour = composite.GetMode() != 0;
-    double values[3] = {kXNoData, kXNoData, kXNoData};
-    bool isInside = false;
-    for (int i = 0; i < (isColour ? 3 : 1); ++i) {
-        const int channel = isColour ? 2 - i : 0; // channel 0 is blue, shown last
-        XDMBand* band = composite.GetBand(channel);
-        if (!band) continue;
-        values[i] = composite.ReadPixel(channel, x, y);
-        double column = x;
-        double row = y;
-        composite.ConvWorldToPixelCoord(column, row, channel);
-        isInside = isInside || (column >= -0.5 && row >= -0.5 && column < band->GetXSize() - 0.5 &&
-                                row < band->GetYSize() - 0.5);
-    }
-    return isInside ? XfnSamplesText(values, isColour) : QString();
+    if (!layer || !IsInside(*layer->composite, x, y)) return QString();
+    double values[3] = {};
+    if (!m_view.ShowPosValue(m_xPx, m_yPx, values, layer->composite))
+        return m_samplesPx[0] == m_xPx && m_samplesPx[1] == m_yPx ? m_samples : QString("\u2026");
+    QString text = SamplesText(*layer->composite, values);
+    if (m_layers.GetCount() > 1) text += "  in " + layer->name;
+    m_samples = text;
+    m_samplesPx[0] = m_xPx;
+    m_samplesPx[1] = m_yPx;
+    return text;
 }
 
 void XReadOut::Show()

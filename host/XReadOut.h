@@ -34,7 +34,7 @@ public:
     ~XReadOut();
 
     void OnPointer(int xPx, int yPx); ///< device pixels of the view
-    void OnViewChanged();             ///< the mapping is another
+    void OnViewChanged();             ///< the mapping or the picture is another
     void OnSystemChanged();           ///< the view's coordinate system may be another
 
     void SetZoomFormat(ZoomFormat format);
@@ -49,7 +49,7 @@ public:
 private:
     void Show();
     void ShowScale();
-    QString MakeSamples(double x, double y) const;
+    QString MakeSamples(double x, double y);
     void GetPoint(double& x, double& y) const;
     bool GetGeographic(double x, double y, double& latDeg, double& lonDeg) const;
 
@@ -64,4 +64,6 @@ private:
     bool m_hasPointer = false;
     int m_xPx = 0;
     int m_yPx = 0;
+    QString m_samples;       // the last ones read,
+    int m_samplesPx[2] = {}; // and where
 };

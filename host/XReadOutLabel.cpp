@@ -25,6 +25,14 @@ void XReadOutLabel::resizeEvent(QResizeEvent* event)
     Cut();
 }
 
+void XReadOutLabel::SetWidest(const QString& text)
+{
+    if (text == m_widest) return;
+    m_widest = text;
+    updateGeometry();
+    Cut();
+}
+
 void XReadOutLabel::SetFullText(const QString& text)
 {
     if (text == m_full) return;

@@ -11,6 +11,8 @@ public:
     /// @param widest  the text that decides the width
     XReadOutLabel(const QString& widest, QWidget* parent);
 
+    /// The text whose width it takes from now on.
+    void SetWidest(const QString& text);
     void SetFullText(const QString& text);
     const QString& GetFullText() const { return m_full; }
 

@@ -32,6 +32,22 @@ void XSessionSettings::SetLastFolder(const QString& folder)
     QSettings().setValue("files/folder", folder);
 }
 
+QStringList XSessionSettings::GetUnofferedFiles() const
+{
+    return QSettings().value("levels/unoffered").toStringList();
+}
+
+void XSessionSettings::AddUnofferedFile(const QString& path)
+{
+    constexpr int kMost = 200;
+    QStringList paths = GetUnofferedFiles();
+    paths.removeAll(path);
+    paths.append(path);
+    while (paths.size() > kMost)
+        paths.removeFirst();
+    QSettings().setValue("levels/unoffered", paths);
+}
+
 QRect XSessionSettings::GetWindowRect() const
 {
     return QSettings().value("window/rect").toRect();
@@ -74,6 +90,16 @@ GeoFormat XSessionSettings::GetGeoFormat() const
 void XSessionSettings::SetGeoFormat(GeoFormat format)
 {
     QSettings().setValue("status/dms", format == GeoFormat::Dms);
+}
+
+bool XSessionSettings::IsProgressive() const
+{
+    return QSettings().value("view/progressive", true).toBool();
+}
+
+void XSessionSettings::SetProgressive(bool isOn)
+{
+    QSettings().setValue("view/progressive", isOn);
 }
 
 std::uint32_t XSessionSettings::GetBackground() const

@@ -24,6 +24,10 @@ public:
     QString GetLastFolder() const; ///< the home folder at first
     void SetLastFolder(const QString& folder);
 
+    /// Files that the user wants no pyramid offered for; the latest 200 are remembered.
+    QStringList GetUnofferedFiles() const;
+    void AddUnofferedFile(const QString& path);
+
     QRect GetWindowRect() const; ///< empty at first
     bool IsWindowMaximized() const;
     QByteArray GetWindowLayout() const;
@@ -33,6 +37,9 @@ public:
     void SetZoomFormat(ZoomFormat format);
     GeoFormat GetGeoFormat() const;
     void SetGeoFormat(GeoFormat format);
+
+    bool IsProgressive() const; ///< draws large images in passes; true at first
+    void SetProgressive(bool isOn);
 
     std::uint32_t GetBackground() const; ///< 0xFFBBGGRR; black at first
     void SetBackground(std::uint32_t color);

@@ -53,6 +53,13 @@ QString XfnSamplesText(const double (&values)[3], bool isColour)
         .arg(XfnSampleText(values[0]), XfnSampleText(values[1]), XfnSampleText(values[2]));
 }
 
+QString XfnComplexText(double real, double imaginary)
+{
+    const QString none = XfnSampleText(kXNoData);
+    const QString re = XfnSampleText(real), im = XfnSampleText(imaginary);
+    return re == none || im == none ? none : QString("re %1  im %2").arg(re, im);
+}
+
 QString XfnPositionText(double x, double y, WorldUnit unit)
 {
     if (!std::isfinite(x) || !std::isfinite(y)) return QString();

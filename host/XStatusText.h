@@ -21,6 +21,9 @@ QString XfnSampleText(double value);
 /// @param values  red, green, blue; only the first counts when `isColour` is false
 QString XfnSamplesText(const double (&values)[3], bool isColour);
 
+/// A complex sample: "re 3  im -4.5"; "no data" where either part is none.
+QString XfnComplexText(double real, double imaginary);
+
 /// "288776.25  9110743.75" with the digits that suit the unit: 2 for lengths, 6 for degrees; a
 /// raster without coordinates gives "column 12  row 34", counted from 0 at the pixel's centre.
 QString XfnPositionText(double x, double y, WorldUnit unit);

@@ -1,8 +1,13 @@
 #include "host/XStatusWidget.h"
 
+#include "host/XBusyWidget.h"
 #include "host/XReadOutLabel.h"
 
 #include <QAction>
+
+namespace {
+constexpr const char* kSamples = "R 65535  G 65535  B 65535";
+} // namespace
 
 XStatusWidget::XStatusWidget(QWidget* parent) : QStatusBar(parent)
 {
@@ -12,7 +17,10 @@ XStatusWidget::XStatusWidget(QWidget* parent) : QStatusBar(parent)
     m_hint->setAccessibleName("Hint");
     m_hint->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     addWidget(m_hint, 1);
-    m_samples = AddReadOut("status.samples", "Pixel value", "R 65535  G 65535  B 65535");
+    m_busy = new XBusyWidget(this);
+    m_busy->setObjectName("status.busy");
+    addPermanentWidget(m_busy);
+    m_samples = AddReadOut("status.samples", "Pixel value", kSamples);
     m_position = AddReadOut("status.position", "Position", "-1234567.89  -9876543.21");
     m_geographic =
         AddReadOut("status.geographic", "Geographic position", "88888'88.88\"N  188888'88.88\"W");
@@ -40,6 +48,16 @@ void XStatusWidget::SetHint(const QString& text)
 void XStatusWidget::SetSamples(const QString& text)
 {
     m_samples->SetFullText(text);
+}
+
+void XStatusWidget::SetLayersNamed(bool isNamed)
+{
+    m_samples->SetWidest(isNamed ? QString(kSamples) + "  in image name.tif" : QString(kSamples));
+}
+
+void XStatusWidget::SetBusy(bool isBusy)
+{
+    m_busy->SetBusy(isBusy);
 }
 
 void XStatusWidget::SetPosition(const QString& text)

@@ -3,9 +3,10 @@
 #include <QStatusBar>
 
 class QAction;
+class XBusyWidget;
 class XReadOutLabel;
 
-/// The status bar: hint of the moment on the left, then samples, position, geographic position, scale
+/// The status bar: hint of the moment on the left, then the mark of drawing, samples, position, geographic position, scale
 /// and coordinate system. Each read-out has the width of the longest text it is made for, whatever it
 /// shows, so that nothing jumps while the pointer moves; in a narrow window all become narrower.
 /// A text that does not fit is cut with dots and stands whole in the tool tip.
@@ -16,6 +17,10 @@ public:
 
     void SetHint(const QString& text);
     void SetSamples(const QString& text);
+    /// Makes room for the name of a layer behind the samples, or takes it back.
+    void SetLayersNamed(bool isNamed);
+    /// A mark shows while the image is being drawn and that takes longer than a blink.
+    void SetBusy(bool isBusy);
     void SetPosition(const QString& text);
     void SetGeographic(const QString& text);
     void SetScale(const QString& text);
@@ -30,6 +35,7 @@ private:
                               const char* widest);
 
     XReadOutLabel* m_hint;
+    XBusyWidget* m_busy;
     XReadOutLabel* m_samples;
     XReadOutLabel* m_position;
     XReadOutLabel* m_geographic;

@@ -98,6 +98,10 @@ QPainterPath PathOf(Symbol symbol)
         Lens(path);
         Line(path, 4.6, 6.8, 9, 6.8);
         break;
+    case Symbol::ZoomRect:
+        Lens(path);
+        path.addRect(QRectF(4.6, 5.2, 4.4, 3.2));
+        break;
     case Symbol::Previous:
         Arrow(path, 14, 8, 2, 8);
         break;

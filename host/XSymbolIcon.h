@@ -11,6 +11,7 @@ enum class Symbol {
     OneToOne,
     ZoomIn,
     ZoomOut,
+    ZoomRect,
     Previous,
     Next,
     Up,

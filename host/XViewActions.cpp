@@ -40,6 +40,9 @@ XViewActions::XViewActions(QMainWindow& window, XHWND handle, XHostView& view, X
     m_actions.SetChecked("view.wheelIn", XfnGetInvertMouseWheelZoomDir());
     m_readOut.SetZoomFormat(m_settings.GetZoomFormat());
     m_readOut.SetGeoFormat(m_settings.GetGeoFormat());
+    m_actions.SetChecked("view.progressive", m_settings.IsProgressive());
+    m_view.SetAlwaysRefine(1);
+    SetProgressive(m_settings.IsProgressive());
     m_view.SetBackgroundColor(m_settings.GetBackground());
     EnableActions();
 }
@@ -51,6 +54,12 @@ void XViewActions::Connect()
     m_actions.Connect("view.oneToOne", [this] { m_view.ZoomOneToOne(); });
     m_actions.Connect("view.zoomIn", [this] { m_view.ZoomIn(); });
     m_actions.Connect("view.zoomOut", [this] { m_view.ZoomOut(); });
+    m_actions.Connect("view.zoomRect", [this] {
+        if (m_actions.Get("view.zoomRect")->isChecked())
+            m_view.ZoomRect();
+        else
+            m_view.SetMode(XGVMessageManager::kModeNone);
+    });
     m_actions.Connect("view.previous", [this] {
         tagXViewState state;
         if (m_history.GoBack(state)) GoTo(state);
@@ -74,6 +83,10 @@ void XViewActions::Connect()
     });
     m_actions.Connect("view.wheelIn", [this] {
         XfnSetInvertMouseWheelZoomDir(m_actions.Get("view.wheelIn")->isChecked());
+    });
+    m_actions.Connect("view.progressive", [this] {
+        m_settings.SetProgressive(m_actions.Get("view.progressive")->isChecked());
+        SetProgressive(m_settings.IsProgressive());
     });
     m_actions.Connect("view.fullScreen",
                       [this] { SetFullScreen(m_actions.Get("view.fullScreen")->isChecked()); });
@@ -112,10 +125,23 @@ void XViewActions::OnZoomCommand()
     m_isJump = true;
 }
 
+void XViewActions::OnToolEnded()
+{
+    m_actions.SetChecked("view.zoomRect", m_view.GetMode() == XGVMessageManager::kModeZoomRect);
+}
+
+void XViewActions::SetProgressive(bool isOn)
+{
+    m_view.SetProgressiveView(isOn);
+}
+
 void XViewActions::Forget()
 {
     m_history.Clear();
     m_isJump = true;
+    if (m_view.GetMode() != XGVMessageManager::kModeNone)
+        m_view.SetMode(XGVMessageManager::kModeNone);
+    OnToolEnded();
 }
 
 void XViewActions::GoTo(const tagXViewState& state)
@@ -166,7 +192,7 @@ void XViewActions::EnableActions()
     const bool hasLayer = m_layers.GetCount() > 0;
     const QString noLayer = "Open an image first";
     for (const char* id : {"view.fitAll", "view.fitLayer", "view.oneToOne", "view.zoomIn",
-                           "view.zoomOut", "view.redraw"})
+                           "view.zoomOut", "view.zoomRect", "view.redraw"})
         m_actions.SetEnabled(id, hasLayer, noLayer);
     m_actions.SetEnabled("view.previous", hasLayer && m_history.CanGoBack(),
                          "There is no earlier view");

@@ -21,6 +21,7 @@ public:
 
     void OnPainted();       ///< the view painted: notes where it looks now
     void OnZoomCommand();   ///< the next painting follows a command, which is a step of its own
+    void OnToolEnded();     ///< the zoom rectangle is done, or was cancelled
     void Forget();          ///< all layers went: so does the history
     bool LeaveFullScreen(); ///< false when the window was not in full screen
 
@@ -33,6 +34,7 @@ private:
     void GoTo(const tagXViewState& state);
     void ChooseBackground();
     void SetFullScreen(bool isOn);
+    void SetProgressive(bool isOn);
     tagXViewState GetState() const;
 
     QMainWindow& m_window;

@@ -1,13 +1,18 @@
 // Pictures of the windows, for the documentation and for the eye: tql_gallery FOLDER
 
+#include "host/XBusyWidget.h"
 #include "host/XFileActions.h"
 #include "host/XHostView.h"
+#include "host/XJobRunner.h"
 #include "host/XLayerStack.h"
+#include "host/XMainActions.h"
 #include "host/XMainWindow.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QMouseEvent>
 #include <QPalette>
 #include <QProcess>
@@ -15,6 +20,7 @@
 #include <QStyle>
 #include <QStyleFactory>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <cstdio>
 #include <vector>
@@ -24,10 +30,18 @@ namespace {
 constexpr QSize kWindow(960, 620);
 constexpr QSize kWindowAt150(840, 560); // in units of the toolkit
 
+enum class Moment {
+    Rest,
+    ZoomRect, ///< a zoom rectangle is being pulled open
+    Busy,     ///< the status bar alone, while passes run
+    Offer     ///< a pyramid is offered, and a job is at hand
+};
+
 struct tagXShot
 {
     const char* name;
     bool isDark;
+    Moment moment = Moment::Rest;
 };
 
 QPalette MakePalette(bool isDark)
@@ -57,10 +71,60 @@ void Coarsen(QImage& picture)
     }
 }
 
-void Settle()
+void Settle(XMainWindow& window)
 {
+    while (window.GetView().IsBusy())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     for (int i = 0; i < 5; ++i)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 100);
+}
+
+void SendMouse(QWidget& to, QEvent::Type type, QPointF at, Qt::MouseButton button,
+               Qt::MouseButtons buttons)
+{
+    QMouseEvent event(type, at, to.mapToGlobal(at), button, buttons, Qt::NoModifier);
+    QCoreApplication::sendEvent(&to, &event);
+}
+
+// What the window is doing when it is pictured. Answers the part of it to picture.
+QWidget* Act(XMainWindow& window, Moment moment)
+{
+    XTQSpaceView& view = window.GetView();
+    const QPointF middle(view.width() / 2.0, view.height() / 2.0);
+    switch (moment) {
+    case Moment::Rest:
+        return &window;
+    case Moment::ZoomRect:
+        window.GetActions().Get("view.zoomRect")->trigger();
+        SendMouse(view, QEvent::MouseButtonPress, middle * 0.5, Qt::LeftButton, Qt::LeftButton);
+        SendMouse(view, QEvent::MouseMove, middle * 1.3, Qt::NoButton, Qt::LeftButton);
+        Settle(window);
+        return &window;
+    case Moment::Busy: {
+        auto* mark = static_cast<XBusyWidget*>(window.findChild<QWidget*>("status.busy"));
+        mark->SetBusy(true);
+        while (!mark->IsMarked())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        return window.findChild<QWidget*>("status");
+    }
+    case Moment::Offer:
+        view.ZoomOneToOne(); // an eighth: patches of one colour keep the file small
+        for (int i = 0; i < 3; ++i)
+            view.ZoomOut();
+        window.GetJobs().Add({"Computing the statistics of scene.tif",
+                              [](const tagXSaveControl& control, QString&) {
+                                  control.thread->CallbackPercent(42);
+                                  while (!control.thread->IsStopRequested())
+                                      QThread::msleep(5);
+                                  return false;
+                              },
+                              nullptr});
+        while (window.GetJobs().GetPercent() < 42)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        Settle(window);
+        return &window;
+    }
+    return &window;
 }
 
 bool SaveWindow(const tagXShot& shot, QSize size, const QString& sample, const QString& folder)
@@ -69,21 +133,20 @@ bool SaveWindow(const tagXShot& shot, QSize size, const QString& sample, const Q
     XMainWindow window("");
     window.resize(size);
     window.show();
-    Settle();
+    Settle(window);
     if (window.GetFiles().OpenFiles({sample}) != 1) return false;
     // four screen pixels an image pixel: sharp, and the file stays small
     XTQSpaceView& view = window.GetView();
     view.ZoomOneToOne();
     view.ZoomIn();
     view.ZoomIn();
-    Settle();
+    Settle(window);
     // a pointer in the middle fills the read-outs
-    const QPointF middle(view.width() / 2.0, view.height() / 2.0);
-    QMouseEvent move(QEvent::MouseMove, middle, view.mapToGlobal(middle), Qt::NoButton,
-                     Qt::NoButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&view, &move);
-    Settle();
-    QImage picture = window.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    SendMouse(view, QEvent::MouseMove, QPointF(view.width() / 2.0, view.height() / 2.0),
+              Qt::NoButton, Qt::NoButton);
+    Settle(window);
+    QImage picture =
+        Act(window, shot.moment)->grab().toImage().convertToFormat(QImage::Format_RGB32);
     picture.setDevicePixelRatio(1);
     Coarsen(picture);
     return picture.save(QDir(folder).filePath(shot.name), "PNG", 0);
@@ -100,6 +163,23 @@ int RunAtScale(const char* scale, const QStringList& arguments)
     process.start(QCoreApplication::applicationFilePath(), arguments.mid(1));
     process.waitForFinished(-1);
     return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : 1;
+}
+
+/// The sample enlarged, as a file that only refers to it: too large to be shown quickly.
+QString WriteLarge(const QString& sample, const QString& folder)
+{
+    QString text = "<VRTDataset rasterXSize=\"20940\" rasterYSize=\"21120\">";
+    for (int band = 1; band <= 3; ++band)
+        text += QString("<VRTRasterBand dataType=\"Byte\" band=\"%1\"><SimpleSource>"
+                        "<SourceFilename>%2</SourceFilename><SourceBand>%3</SourceBand>"
+                        "<SrcRect xOff=\"0\" yOff=\"0\" xSize=\"349\" ySize=\"352\"/>"
+                        "<DstRect xOff=\"0\" yOff=\"0\" xSize=\"20940\" ySize=\"21120\"/>"
+                        "</SimpleSource></VRTRasterBand>")
+                    .arg(QString::number(band), QFileInfo(sample).absoluteFilePath(),
+                         QString::number(4 - band));
+    QFile file(QDir(folder).filePath("mosaic.vrt"));
+    if (file.open(QIODevice::WriteOnly)) file.write((text + "</VRTDataset>").toUtf8());
+    return file.fileName();
 }
 
 QString FindSample(const QStringList& arguments)
@@ -141,9 +221,15 @@ int main(int argc, char** argv)
     QDir().mkpath(arguments[1]);
     const std::vector<tagXShot> shots =
         isLarge ? std::vector<tagXShot>{{"mainwindow-150.png", false}}
-                : std::vector<tagXShot>{{"mainwindow.png", false}, {"mainwindow-dark.png", true}};
+                : std::vector<tagXShot>{{"mainwindow.png", false},
+                                        {"mainwindow-dark.png", true},
+                                        {"zoomrectangle.png", false, Moment::ZoomRect},
+                                        {"busy.png", false, Moment::Busy},
+                                        {"pyramid.png", false, Moment::Offer}};
+    const QString large = WriteLarge(sample, settings.path());
     for (const tagXShot& shot : shots) {
-        if (SaveWindow(shot, isLarge ? kWindowAt150 : kWindow, sample, arguments[1])) continue;
+        const QString& shown = shot.moment == Moment::Offer ? large : sample;
+        if (SaveWindow(shot, isLarge ? kWindowAt150 : kWindow, shown, arguments[1])) continue;
         std::fprintf(stderr, "tql_gallery: %s was not made\n", shot.name);
         return 1;
     }

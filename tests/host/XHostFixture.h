@@ -7,10 +7,12 @@
 #include "host/XLayerStack.h"
 #include "host/XMainActions.h"
 #include "host/XMainWindow.h"
+#include "host/XReadOutLabel.h"
 #include "tests/support/XRawRaster.h"
 #include "tests/support/XScriptedPrompts.h"
 
 #include <QAction>
+#include <QMouseEvent>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -39,8 +41,10 @@ protected:
         Settle();
     }
 
-    static void Settle()
+    /// Until nothing waits any more and the view shows its last picture.
+    void Settle()
     {
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !window || !window->GetView().IsBusy(); }));
         for (int i = 0; i < 5; ++i)
             QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
     }
@@ -93,6 +97,26 @@ protected:
         T* found = window->findChild<T*>(name);
         EXPECT_NE(found, nullptr) << name;
         return found;
+    }
+
+    /// @param devicePx  as the view counts them, whatever the scale of the screen
+    void PointAt(const QPoint& devicePx)
+    {
+        Mouse(QEvent::MouseMove, devicePx, Qt::NoButton, Qt::NoButton);
+    }
+    void Mouse(QEvent::Type type, const QPoint& devicePx, Qt::MouseButton button,
+               Qt::MouseButtons buttons, Qt::KeyboardModifiers keys = Qt::NoModifier)
+    {
+        XTQSpaceView& view = window->GetView();
+        const QPointF pos = QPointF(devicePx) / view.devicePixelRatioF();
+        QMouseEvent event(type, pos, view.mapToGlobal(pos), button, buttons, keys);
+        QCoreApplication::sendEvent(&view, &event);
+    }
+
+    QString Text(const char* label)
+    {
+        const auto* readOut = dynamic_cast<XReadOutLabel*>(Find<QLabel>(label));
+        return readOut ? readOut->GetFullText() : Find<QLabel>(label)->text();
     }
 
     struct tagXLook

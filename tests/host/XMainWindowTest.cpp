@@ -53,22 +53,6 @@ protected:
         QCoreApplication::sendEvent(window.get(), &drop);
         Settle();
     }
-
-    /// @param devicePx  as the view counts them, whatever the scale of the screen
-    void PointAt(const QPoint& devicePx)
-    {
-        XTQSpaceView& view = window->GetView();
-        const QPointF pos = QPointF(devicePx) / view.devicePixelRatioF();
-        QMouseEvent move(QEvent::MouseMove, pos, view.mapToGlobal(pos), Qt::NoButton, Qt::NoButton,
-                         Qt::NoModifier);
-        QCoreApplication::sendEvent(&view, &move);
-    }
-
-    QString Text(const char* label)
-    {
-        const auto* readOut = dynamic_cast<XReadOutLabel*>(Find<QLabel>(label));
-        return readOut ? readOut->GetFullText() : Find<QLabel>(label)->text();
-    }
 };
 
 TEST_F(XMainWindowTest, AnEmptyWindowStandsEveryCommandAndGesture)

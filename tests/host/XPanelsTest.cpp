@@ -234,7 +234,7 @@ TEST_F(XPanelsTest, ALayerInAnotherSystemLandsInItsPlace)
     EXPECT_NEAR(geo[0], utm[0], 1500) << "still there after a change of bands";
 }
 
-TEST_F(XPanelsTest, ALayerThatMissesItsPlaceIsTold)
+TEST_F(XPanelsTest, ALayerFarBeyondTheZoneStillFindsItsPlace)
 {
     EXPECT_EQ(XfnPlacementText(0), "");
     EXPECT_EQ(XfnPlacementText(1), "");
@@ -243,35 +243,19 @@ TEST_F(XPanelsTest, ALayerThatMissesItsPlaceIsTold)
     ASSERT_EQ(Open({MakeRaster("utm.dat", 200, 200, 1)}), 1);
     // a zone of six degrees holds no polynomial for what is many times as wide
     constexpr int kSide = 1600;
-    struct tagXRow
-    {
-        const char* name;
-        const char* corner;
-        const char* degrees;
-        bool isBox;
-    };
-    std::size_t boxes = 0;
-    for (const tagXRow& row : {tagXRow{"wide.dat", "-73, 40", "0.05", false},
-                               tagXRow{"wider.dat", "-103, 70", "0.0875", true}}) {
-        XfnWriteRawRaster(Path(row.name),
+    for (const auto& [name, place] : {std::pair{"wide.dat", "-73, 40, 0.05, 0.05"},
+                                      std::pair{"wider.dat", "-103, 70, 0.0875, 0.0875"}}) {
+        XfnWriteRawRaster(Path(name),
                           {kSide, kSide, 1,
-                           QByteArray("map info = {Geographic Lat/Lon, 1, 1, ") + row.corner +
-                               ", " + row.degrees + ", " + row.degrees +
+                           QByteArray("map info = {Geographic Lat/Lon, 1, 1, ") + place +
                                ", WGS-84, units=Degrees}"},
                           std::vector<unsigned char>(std::size_t(kSide) * kSide, 77));
-        ASSERT_EQ(Open({Path(row.name)}), 1) << prompts.GetLastMessage();
-        const tagXLayer& layer = *window->GetLayers().GetAt(0);
-        EXPECT_GT(layer.miss, 1) << row.name;
-        const QString text = XfnPlacementText(layer.miss);
-        EXPECT_TRUE(window->statusBar()->currentMessage().contains(text)) << row.name;
-        QStringList places;
-        for (const auto& [name, value] : XfnLayerReport(layer))
-            if (name == "Place") places.append(value);
-        EXPECT_EQ(places, QStringList{text}) << row.name;
-        boxes += row.isBox;
-        ASSERT_EQ(prompts.GetMessages().size(), boxes) << row.name << ' ' << layer.miss;
+        ASSERT_EQ(Open({Path(name)}), 1) << prompts.GetLastMessage();
+        const double miss = window->GetLayers().GetAt(0)->miss;
+        EXPECT_GE(miss, 0) << name;
+        EXPECT_LT(miss, 0.2) << name;
+        EXPECT_TRUE(prompts.GetMessages().empty()) << name;
     }
-    EXPECT_NE(prompts.GetLastMessage().find("wider.dat: Placed within"), std::string::npos);
 }
 
 TEST_F(XPanelsTest, PartsOfFilesOpenByTheirOwnNames)

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+class QProgressBar;
+class QToolButton;
+class XJobRunner;
+
+/// The job at hand in the status bar: its title, how far it is, and a button that stops it. Hidden
+/// while there is none. The runner outlives it.
+class XJobWidget : public QWidget
+{
+public:
+    XJobWidget(XJobRunner& jobs, QWidget* parent);
+    void Follow(); ///< shows the present state of the runner
+
+private:
+    XJobRunner& m_jobs;
+    int m_number = 0; // of the job that is shown
+    QLabel* m_title;
+    QProgressBar* m_bar;
+    QToolButton* m_cancel;
+};
