@@ -105,6 +105,17 @@ void XBand::SetBandStatistics(const tagXBandStatistics& statistics)
     Publish(std::make_shared<const tagXBandStatistics>(statistics));
 }
 
+int XBand::SetBandStatistics(const tagXBandStatistics& statistics, std::uint64_t changeNumber)
+{
+    auto made = std::make_shared<const tagXBandStatistics>(statistics);
+    const std::lock_guard lock(m_stateMutex);
+    // a change takes its number first and drops the statistics then
+    if (m_changeNumber.load() != changeNumber) return 0;
+    m_statistics.swap(made);
+    ++m_generation;
+    return 1;
+}
+
 void XBand::DropStatistics()
 {
     m_changeNumber = NextChange();

@@ -177,7 +177,7 @@ public:
     double GetNullValue() const { return m_nullValue; }
     int HasNullValue() const { return m_nullValue != kXNotSet; }
     /// Drops the statistics. Infinity is taken as it is; NaN pixels are never data anyway.
-    void SetNullValue(double value);
+    virtual void SetNullValue(double value);
 
     double GetBandMin() const;
     double GetBandMax() const;
@@ -198,6 +198,9 @@ public:
     GetStatistics(const std::atomic<int>* abort = nullptr) const;
     /// Replaces the numbers, for instance by exact ones.
     void SetBandStatistics(const tagXBandStatistics& statistics);
+    /// Replaces them by numbers of the pixels as they were at `changeNumber`.
+    /// @return 0 when these have changed since; nothing was replaced then
+    int SetBandStatistics(const tagXBandStatistics& statistics, std::uint64_t changeNumber);
     /// Forgets the numbers; they are computed anew at the next need.
     void DropStatistics();
     /// Statistics are at hand, so that asking costs no reading.

@@ -243,15 +243,10 @@ std::uint64_t XDMBand::GetPixelGeneration() const
     return m_pixelGeneration;
 }
 
-void XDMBand::DropLevels(int first)
+int XDMBand::IsAsInFile(XString& message) const
 {
-    {
-        const std::lock_guard lock(m_pixelMutex);
-        ++m_pixelGeneration;
-    }
-    XTileCache::Get().RemoveLevels(m_ownerID, first);
-    const std::lock_guard lock(m_failureMutex);
-    m_failures.clear();
+    message = "The pixels of this band are in no file.";
+    return 0;
 }
 
 // ---- statistics ----
@@ -321,10 +316,12 @@ int XDMBand::CalcExactStatistics(const std::atomic<int>* abort, XThread* thread,
 
 int XDMBand::CalcExactStatistics(const tagXSaveControl& control, XString& message)
 {
+    const std::uint64_t change = GetChangeNumber();
     tagXBandStatistics statistics;
     if (!XfnCalcExactStatistics(*this, control, statistics, message)) return 0;
-    SetBandStatistics(statistics);
-    return 1;
+    if (SetBandStatistics(statistics, change)) return 1;
+    message = "The pixels or their null value were changed while the statistics were computed.";
+    return 0;
 }
 
 // ---- geometry ----

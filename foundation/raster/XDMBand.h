@@ -107,6 +107,7 @@ public:
     int BuildLowerLevelsForTIP(double nullValue, int x0, int x1, int y0, int y1,
                                bool skip) override;
     int CloneBand(const XDMBand* source) override;
+    void SetNullValue(double value) override; ///< bands that are derived from this one follow
     int IsWritable() const override { return 0; }
 
     /// width x height pixels of a level from its pixel (x0, y0), as ReadSubset gives them.
@@ -135,14 +136,18 @@ public:
     /// asks afterwards: a file that is cut while it is mapped gives zeros.
     /// @return 0 with a sentence that names the file in `message`, then for good
     virtual int IsIntact(XString& message) const;
+    /// 1 when numbers of this band are those of the file that now stands at its path: the file is as
+    /// it was opened, and the null value is the one in it.
+    /// @return 0 with a sentence in `message`
+    virtual int IsAsInFile(XString& message) const;
     /// The tile when it is in the cache, else null; decodes nothing.
     std::shared_ptr<const XTile> FindTile(int level, int tx, int ty) const;
     /// 1 when GetTile gives the tile at once, decoding nothing.
     virtual int IsTileAtHand(int level, int tx, int ty) const;
     /// Exact numbers from every pixel at full resolution, which replace the estimates.
     /// @param thread  receives percents; may be null
-    /// @return 0 after an abort (`message` is empty) or when a part cannot be read; the numbers are
-    ///         then as they were
+    /// @return 0 after an abort (`message` is empty), when a part cannot be read, or when the pixels
+    ///         or the null value were changed meanwhile; the numbers are then as they were
     int CalcExactStatistics(const std::atomic<int>* abort, XThread* thread, XString& message);
     int CalcExactStatistics(const tagXSaveControl& control, XString& message);
 
@@ -234,8 +239,11 @@ protected:
     /// The same for the pixels x0..x1, y0..y1 alone.
     void DropWindow(int x0, int x1, int y0, int y1);
     /// Drops the cached tiles of the levels from `first` on, which come from somewhere else from now
-    /// on; pixels and statistics of the band stay. A tile decoded meanwhile is not kept.
+    /// on, here and in the bands that are derived from this one; pixels of level 0 and statistics
+    /// stay. A tile decoded meanwhile is not kept.
     void DropLevels(int first);
+    /// The band that this one follows got another null value.
+    virtual void OnSourceNullValue(double value);
     /// Makes this band follow the changes of `source`, from which its pixels are derived: at each
     /// level what lies within `radius` pixels of a change is dropped. Both have the same size.
     /// Either may go first.
@@ -258,6 +266,8 @@ private:
     int BuildLevelTile(int level, int tx, int ty, const int (&window)[4], double nullValue,
                        XString& message);
     void StopFollowing();
+    template <class F>
+    void ForEachFollower(F&& take);
     void RemoveTiles(int x0, int x1, int y0, int y1);
     std::uint64_t GetPixelGeneration() const;
     int FindFailure(const tagXTileKey& key, XString& message) const;

@@ -27,3 +27,8 @@ int XDMBandDerived::SetInnerBand(XDMBand* inner, int dataType, int tileSide, int
     DropPixels();
     return 1;
 }
+
+int XDMBandDerived::IsVirtualLevel(int level) const
+{
+    return m_inner ? m_inner->IsVirtualLevel(level) : 0;
+}

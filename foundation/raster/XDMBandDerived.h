@@ -6,8 +6,8 @@
 /// tile as they are asked for. Read only.
 ///
 /// Size, levels, reference, geometry and description are those of the inner band when it was set.
-/// The statistics are its own. A change of the inner band's pixels drops what was computed from
-/// them.
+/// The statistics are its own. A change of the inner band's pixels, levels or null value drops what
+/// was computed from them.
 ///
 /// Ownership: the inner band is not owned and must outlive the last reading; destruction may come
 /// in any order, so that both may belong to one file.
@@ -16,6 +16,7 @@ class XAPI XDMBandDerived : public XDMBand
     X_DECLARE_CLASS(XDMBandDerived)
 public:
     XDMBand* GetInnerBand() const { return m_inner; } ///< null before one is set
+    int IsVirtualLevel(int level) const override;
 
 protected:
     XDMBandDerived() = default;

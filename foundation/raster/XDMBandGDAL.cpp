@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <unordered_set>
 
 X_IMPLEMENT_CLASS(XDMBandGDAL, XDMBand)
@@ -49,10 +50,36 @@ std::int64_t CountBlocks(const tagXGdalLevel& level)
     return across * down;
 }
 
+/// A window, or some lines and columns of it, evenly spread: asked for fewer samples than there are,
+/// GDAL would take those of an overview.
+bool ReadBlock(GDALRasterBand* band, const int (&window)[4], XTile& tile)
+{
+    const auto [x0, y0, width, height] = window;
+    const auto type = static_cast<GDALDataType>(XfnToGdalType(tile.GetDataType()));
+    if (tile.GetWidth() == width && tile.GetHeight() == height)
+        return band->RasterIO(GF_Read, x0, y0, width, height, tile.GetFillData(), width, height,
+                              type, 0, 0, nullptr) == CE_None;
+    const std::size_t size = static_cast<std::size_t>(tile.GetSampleSize());
+    std::vector<unsigned char> line(size * static_cast<std::size_t>(width));
+    unsigned char* out = tile.GetFillData();
+    for (int y = 0; y < tile.GetHeight(); ++y) {
+        const int row = y0 + XfnPickPixel(y, tile.GetHeight(), height);
+        if (band->RasterIO(GF_Read, x0, row, width, 1, line.data(), width, 1, type, 0, 0,
+                           nullptr) != CE_None)
+            return false;
+        for (int x = 0; x < tile.GetWidth(); ++x, out += size)
+            std::memcpy(out,
+                        line.data() + size * static_cast<std::size_t>(
+                                                 XfnPickPixel(x, tile.GetWidth(), width)),
+                        size);
+    }
+    return true;
+}
+
 } // namespace
 
 XDMBandGDAL::XDMBandGDAL(std::shared_ptr<XGdalSource> source, GDALDataset* dataset, int bandNumber,
-                         int useLevels, int useStatistics)
+                         int useLevels, int useOverviews, int useStatistics)
     : m_source(std::move(source)),
       m_bandNumber(bandNumber),
       m_isInterleaved(HoldsAllBands(dataset)),
@@ -66,8 +93,8 @@ XDMBandGDAL::XDMBandGDAL(std::shared_ptr<XGdalSource> source, GDALDataset* datas
     std::vector<std::pair<int, int>> halves;
     for (const tagLevel& level : MakeLevels(band->GetXSize(), band->GetYSize()))
         halves.emplace_back(level.width, level.height);
-    tagTable made{XfnMakeGdalLevels(band, useLevels, m_blockPixelBytes, halves), {}, nullptr};
-    if (useLevels) AddSizes(band, made.stored);
+    tagTable made{XfnMakeGdalLevels(band, useOverviews, m_blockPixelBytes, halves), {}, nullptr};
+    if (useOverviews) AddSizes(band, made.stored);
     SetLayoutOf(std::move(made), dataType);
     // strips are shared by the tiles beside each other, so few handles keep each block decoded once
     if (m_table->levels.front().isStrip) {
@@ -76,6 +103,7 @@ XDMBandGDAL::XDMBandGDAL(std::shared_ptr<XGdalSource> source, GDALDataset* datas
     }
 
     XfnDescribeGdalBand(band, bandNumber, *this);
+    m_fileNull = GetNullValue();
     if (useStatistics) m_hasStored = XfnReadGdalStatistics(band, m_stored);
     m_source->AddMember(GetOwnerID(), bandNumber);
 }
@@ -119,9 +147,23 @@ int XDMBandGDAL::IsVirtualLevel(int level) const
            table->levels[static_cast<std::size_t>(level)].isVirtual;
 }
 
+int XDMBandGDAL::IsAsInFile(XString& message) const
+{
+    const double null = GetNullValue();
+    if (null != m_fileNull && !(std::isnan(null) && std::isnan(m_fileNull)))
+        message =
+            XfnFormat("\"%s\": the null value is not the one in the file.", m_source->GetPath());
+    else if (!m_source->IsAsOpened())
+        message = XfnFormat("\"%s\" was changed after it was opened; open it again.",
+                            m_source->GetPath());
+    else
+        return 1;
+    return 0;
+}
+
 int XDMBandGDAL::TakeUpLevels(const std::shared_ptr<XGdalSource>& pyramid, int isNew)
 {
-    if (!m_useLevels || !pyramid) return 0;
+    if (!m_useLevels || !pyramid || !m_source->IsAsOpened()) return 0;
     const auto table = GetTable();
     std::vector<std::pair<int, int>> sizes;
     for (const tagXGdalLevel& l : table->levels)
@@ -168,9 +210,8 @@ std::shared_ptr<const XTile> XDMBandGDAL::ReadTile(int level, int tx, int ty,
     const std::uint64_t generation = m_source->GetGeneration(); // before the table
     const auto table = GetTable();
     const tagXGdalLevel& l = table->levels[static_cast<std::size_t>(level)];
-    XGdalSource& source = table->SourceOf(l, *this);
     // lines are read once for all of their tiles; in a stream a second visit would begin at its start
-    const bool isStream = m_isOneStream && &source == m_source.get();
+    const bool isStream = m_isOneStream && !l.isSidecar;
     const bool isWholeRow = l.isStrip && (l.isVirtual || isStream);
     const XGdalSource::Turn turn(*m_source, {level, l.isStrip ? -1 : tx, ty}, abort);
     if (!turn.IsMine()) return nullptr;
@@ -194,11 +235,21 @@ std::shared_ptr<const XTile> XDMBandGDAL::ReadTile(int level, int tx, int ty,
         targets.push_back(std::move(target));
     }
 
-    const XGdalSource::Handle handle = source.Acquire(abort, message);
-    if (!handle) return nullptr;
-    if (!XfnReadGdalTiles(handle.Get(), l, GetDataType(), firstTx, ty, targets, abort, message)) {
+    const auto read = [&](const tagXGdalLevel& from) {
+        XGdalSource& source = table->SourceOf(from, *this);
+        const XGdalSource::Handle handle = source.Acquire(abort, message);
+        if (!handle) return 0;
+        if (XfnReadGdalTiles(handle.Get(), from, GetDataType(), firstTx, ty, targets, abort,
+                             message))
+            return 1;
         if (!message.IsEmpty()) message = XfnFormat("\"%s\": %s", source.GetPath(), message);
-        return nullptr;
+        return 0;
+    };
+    if (!read(l)) {
+        const bool isReduced = l.isSidecar || l.overview >= 0;
+        if (!isReduced || message.IsEmpty()) return nullptr;
+        // a damaged pyramid keeps no good image from being seen
+        if (!read(XfnMakeDirectLevel(l, table->levels.front()))) return nullptr;
     }
     for (std::size_t m = 0; m < members.size(); ++m) {
         for (std::size_t i = 0; i < targets[m].tiles.size(); ++i) {
@@ -303,15 +354,12 @@ int XDMBandGDAL::GatherBlocks(const tagTable& table, const tagXGdalLevel& level,
         if (!taken.insert(index).second) continue;
         const tagBlock b =
             blockAt(present.empty() ? index : present[static_cast<std::size_t>(index)]);
-        // of a block of any size no more than some lines and columns of it, evenly spread
+        // of a block of any size no more than some lines and columns of it
         const int width = std::min(b.width, kWidestSample);
         const int height = std::min(b.height, kWidestSample);
         isWhole &= width == b.width && height == b.height;
         const auto tile = std::make_shared<XTile>(GetDataType(), width, height);
-        if (band->RasterIO(GF_Read, b.x, b.y, b.width, b.height, tile->GetFillData(), width, height,
-                           static_cast<GDALDataType>(XfnToGdalType(GetDataType())), 0, 0,
-                           nullptr) != CE_None)
-            continue;
+        if (!ReadBlock(band, {b.x, b.y, b.width, b.height}, *tile)) continue;
         XfnAddMoments(tile->GetData(),
                       static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
                       GetDataType(), GetNullValue(), moments);

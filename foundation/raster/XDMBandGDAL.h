@@ -18,7 +18,7 @@ struct tagXGdalLevel;
 /// 64-bit integers are read as doubles, exact to 2^53.
 ///
 /// The levels may come from a pyramid in a file of its own, also one that was made while the band is
-/// in use.
+/// in use. What cannot be read from a reduced picture is taken from full resolution.
 class XAPI XDMBandGDAL : public XDMBand
 {
     X_DECLARE_CLASS(XDMBandGDAL)
@@ -26,10 +26,11 @@ public:
     /// Made by XRSFileIO. Takes everything that describes the band from `dataset`, a handle of
     /// `source` that is used during the call only.
     /// @param bandNumber     from 1; of a data type that has a code
-    /// @param useLevels      0 ignores overviews
+    /// @param useLevels      0 ignores overviews, and pyramids that come later
+    /// @param useOverviews   0 ignores what GDAL takes for overviews
     /// @param useStatistics  0 ignores stored statistics
     XDMBandGDAL(std::shared_ptr<XGdalSource> source, GDALDataset* dataset, int bandNumber,
-                int useLevels, int useStatistics);
+                int useLevels, int useOverviews, int useStatistics);
     ~XDMBandGDAL() override;
 
     /// For the sources of this folder: what the pixels come from.
@@ -37,13 +38,15 @@ public:
     int GetBandNumber() const { return m_bandNumber; } ///< in the file, from 1
 
     int IsVirtualLevel(int level) const override;
+    int IsAsInFile(XString& message) const override;
     /// Width and height of all reduced pictures that the file or its pyramid holds, those below the
     /// coarsest level too.
     std::vector<std::pair<int, int>> GetStoredSizes() const { return GetTable()->stored; }
 
     /// For XRSFileIO: reads levels from a pyramid from now on. The layout of the levels stays.
     /// @param isNew  the band is not in use yet, so that its tiles may become those of the pyramid
-    /// @return 0 when the pyramid does not fit; nothing changed then
+    /// @return 0 when the pyramid does not fit, or the path names another file than the one that is
+    ///         open; nothing changed then
     int TakeUpLevels(const std::shared_ptr<XGdalSource>& pyramid, int isNew);
     /// Drops what was cached of the levels, once all bands of the file have taken up theirs.
     void DropOldLevels();
@@ -79,6 +82,7 @@ private:
     int m_useLevels = 1;
     mutable std::mutex m_tableMutex;
     std::shared_ptr<const tagTable> m_table; // under the mutex
+    double m_fileNull = kXNotSet;
     tagXBandStatistics m_stored;
     int m_hasStored = 0;
 };

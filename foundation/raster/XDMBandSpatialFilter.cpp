@@ -13,6 +13,12 @@ namespace {
 
 constexpr int kTileSide = 256; // a strip of the inner band would be mostly apron
 
+// a difference may well be the number that stands for no data before
+bool HasOwnNull(const tagXSpatialFilter& filter)
+{
+    return filter.type == kXFilterSobel || filter.type == kXFilterLaplacian;
+}
+
 } // namespace
 
 int XDMBandSpatialFilter::Create(XDMBand* inner, int type, int kernelSize)
@@ -28,12 +34,16 @@ int XDMBandSpatialFilter::SetFilter(XDMBand* inner, const tagXSpatialFilter& fil
     if (type == kXTypeNone || !SetInnerBand(inner, type, kTileSide, XfnGetFilterRadius(filter)))
         return 0;
     m_filter = filter;
-    // a difference may well be the number that stands for no data before
-    if (filter.type == kXFilterSobel || filter.type == kXFilterLaplacian)
-        SetNullValue(std::numeric_limits<double>::quiet_NaN());
+    if (HasOwnNull(filter)) SetNullValue(std::numeric_limits<double>::quiet_NaN());
     // only these give numbers that the table knows
     if (filter.type != kXFilterNone && filter.type != kXFilterMedian) SetGISTable({}, 0);
     return 1;
+}
+
+void XDMBandSpatialFilter::OnSourceNullValue(double value)
+{
+    if (!HasOwnNull(m_filter)) SetNullValue(value);
+    DropPixels();
 }
 
 std::shared_ptr<const XTile> XDMBandSpatialFilter::ReadTile(int level, int tx, int ty,

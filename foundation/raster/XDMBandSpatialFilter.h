@@ -28,6 +28,7 @@ public:
 protected:
     int SetFilter(XDMBand* inner, const tagXSpatialFilter& filter);
     const tagXSpatialFilter& GetFilter() const { return m_filter; }
+    void OnSourceNullValue(double value) override;
     std::shared_ptr<const XTile> ReadTile(int level, int tx, int ty, const std::atomic<int>* abort,
                                           XString& message) const override;
 

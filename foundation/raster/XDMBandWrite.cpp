@@ -346,15 +346,9 @@ void XDMBand::RemoveTiles(int x0, int x1, int y0, int y1)
     }
 }
 
-void XDMBand::DropWindow(int x0, int x1, int y0, int y1)
+template <class F>
+void XDMBand::ForEachFollower(F&& take)
 {
-    if (m_levels.empty()) return;
-    RemoveTiles(x0, x1, y0, y1);
-    {
-        const std::lock_guard lock(m_failureMutex);
-        m_failures.clear();
-    }
-    DropStatistics();
     std::vector<std::shared_ptr<tagFollower>> followers;
     {
         const std::lock_guard lock(m_pixelMutex);
@@ -364,8 +358,47 @@ void XDMBand::DropWindow(int x0, int x1, int y0, int y1)
     }
     for (const std::shared_ptr<tagFollower>& follower : followers) {
         const std::lock_guard lock(follower->mutex);
-        if (follower->band) follower->band->DropWindow(x0, x1, y0, y1);
+        if (follower->band) take(*follower->band);
     }
+}
+
+void XDMBand::DropWindow(int x0, int x1, int y0, int y1)
+{
+    if (m_levels.empty()) return;
+    RemoveTiles(x0, x1, y0, y1);
+    {
+        const std::lock_guard lock(m_failureMutex);
+        m_failures.clear();
+    }
+    DropStatistics();
+    ForEachFollower([=](XDMBand& band) { band.DropWindow(x0, x1, y0, y1); });
+}
+
+void XDMBand::DropLevels(int first)
+{
+    {
+        const std::lock_guard lock(m_pixelMutex);
+        ++m_pixelGeneration;
+    }
+    XTileCache::Get().RemoveLevels(m_ownerID, first);
+    {
+        const std::lock_guard lock(m_failureMutex);
+        m_failures.clear();
+    }
+    ForEachFollower([first](XDMBand& band) { band.DropLevels(first); });
+}
+
+void XDMBand::SetNullValue(double value)
+{
+    const double old = GetNullValue();
+    XBand::SetNullValue(value);
+    if (old == value || (std::isnan(old) && std::isnan(value))) return;
+    ForEachFollower([value](XDMBand& band) { band.OnSourceNullValue(value); });
+}
+
+void XDMBand::OnSourceNullValue(double)
+{
+    DropPixels();
 }
 
 void XDMBand::DropPixels()

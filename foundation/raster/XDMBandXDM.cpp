@@ -1,6 +1,7 @@
 #include "foundation/raster/XDMBandXDM.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 
@@ -104,4 +105,13 @@ int XDMBandXDM::IsTileAtHand(int level, int tx, int ty) const
 int XDMBandXDM::IsIntact(XString& message) const
 {
     return m_reader->IsIntact(message);
+}
+
+int XDMBandXDM::IsAsInFile(XString& message) const
+{
+    const double own = m_reader->GetInfo().bands[static_cast<std::size_t>(m_bandIndex)].nullValue;
+    const double null = GetNullValue();
+    if (null == own || (std::isnan(null) && std::isnan(own))) return m_reader->IsCurrent(message);
+    message = XfnFormat("The null value is not the one in the file: %s.", m_reader->GetFilePath());
+    return 0;
 }

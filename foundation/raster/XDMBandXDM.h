@@ -24,6 +24,7 @@ public:
 
     int IsTileAtHand(int level, int tx, int ty) const override;
     int IsIntact(XString& message) const override;
+    int IsAsInFile(XString& message) const override;
 
 protected:
     std::shared_ptr<const XTile> ReadTile(int level, int tx, int ty, const std::atomic<int>* abort,

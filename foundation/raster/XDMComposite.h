@@ -289,13 +289,19 @@ public:
 
     XVertBuffer* GetVertexBuffer() { return m_vertexBuffer.get(); }
     XVertBuffer* GetVertexBufferBoundary() { return m_boundaryBuffer.get(); }
-    void UpdateVector() { m_isVectorStale = 1; }
+    void UpdateVector()
+    {
+        m_isVectorStale = 1;
+        m_clonedHide = -1;
+    }
     /// Records the vand into the vertex buffer when it is stale. Draw does so itself; call it
     /// before cloning for another thread, which must not walk the objects.
     void PrepareVector();
 
     /// Makes this composite show what `source` shows: everything but the own back buffer, the draw
-    /// level (it is reset) and the manager. Bands and vand are shared.
+    /// level (it is reset) and the manager. Bands and vand are shared. A clone of a prepared
+    /// composite (PrepareVector) draws the recording, hidden or not as the vand was then, without a
+    /// look at the vand, until UpdateVector, SetVand or SetHideFlagVector.
     void CloneXDMComposite(const XDMComposite* source);
 
     /// Stretch, tables, transparency and display flags of `source`, without its mode, bands and
@@ -356,6 +362,7 @@ private:
     std::unique_ptr<XVertBuffer> m_vertexBuffer;
     std::unique_ptr<XVertBuffer> m_boundaryBuffer;
     int m_isVectorStale = 1;
+    int m_clonedHide = -1; // of the vand when this was cloned; -1 asks it
     int m_isPixelBase = 0;
     int m_isBoundaryDrawn = 0;
     unsigned long m_boundaryColor = 0xFF00FFFF;

@@ -289,7 +289,7 @@ void XDMComposite::PrepareVector()
 
 int XDMComposite::DrawVector(XBackBuffer& buffer, const std::atomic<int>* abort)
 {
-    if (!m_vand || m_vand->GetHideFlag()) return 1;
+    if (!m_vand || (m_clonedHide < 0 ? m_vand->GetHideFlag() : m_clonedHide)) return 1;
     PrepareVector();
     return m_vertexBuffer->IsEmpty() ? 1 : m_vertexBuffer->Draw(&buffer, abort);
 }

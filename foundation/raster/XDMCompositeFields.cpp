@@ -48,7 +48,7 @@ int XDMComposite::IsRasterChannel(int ch) const
 void XDMComposite::SetVand(XDMVand* vand)
 {
     m_vand = vand;
-    m_isVectorStale = 1;
+    UpdateVector();
     PlaceAll();
 }
 
@@ -141,6 +141,7 @@ int XDMComposite::GetHideFlagVector() const
 void XDMComposite::SetHideFlagVector(int flag)
 {
     if (m_vand) m_vand->SetHideFlag(flag);
+    m_clonedHide = -1;
 }
 
 void XDMComposite::GetHistogramMatchingCoeff(double& a, double& b, int ch) const
@@ -289,6 +290,8 @@ void XDMComposite::CloneXDMComposite(const XDMComposite* source)
     std::copy_n(source->m_drawRange, 4, m_drawRange);
     m_vertexBuffer->SetRecording(source->m_vertexBuffer->GetRecording());
     m_isVectorStale = source->m_isVectorStale;
+    m_clonedHide = source->m_clonedHide;
+    if (!m_isVectorStale && m_clonedHide < 0) m_clonedHide = source->GetHideFlagVector();
     m_target = source->m_target;
     m_placementMiss = source->m_placementMiss;
     m_vectorWarp = source->m_vectorWarp;

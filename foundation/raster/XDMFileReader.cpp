@@ -6,6 +6,8 @@
 #include "foundation/raster/XDMFileChecksum.h"
 #include "foundation/raster/XDMFileTile.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <cstring>
 #include <new>
@@ -18,9 +20,17 @@ struct XDMFileReader::tagState
     tagXDMFileInfo info;
     XDMFileCatalogue catalogue;
     std::shared_ptr<const XFileMap> map; // null when the file cannot be mapped
+    struct timespec writeTime = {};
     mutable std::atomic<int> isCut{0};
+    mutable std::atomic<int> isWritten{0};
 
-    bool IsLost() const { return isCut.load(std::memory_order_relaxed) || (map && map->IsLost()); }
+    bool IsCut() const { return isCut.load(std::memory_order_relaxed) || (map && map->IsLost()); }
+    bool IsLost() const { return IsCut() || isWritten.load(std::memory_order_relaxed); }
+    const char* Describe() const
+    {
+        return IsCut() ? "The file became shorter while it was read"
+                       : "The file was written after it was opened";
+    }
     int Fail(const XString& what, XString& message) const
     {
         message = what + ": " + name + ".";
@@ -33,7 +43,13 @@ struct XDMFileReader::tagState
 
 namespace {
 
-constexpr const char* kLost = "The file became shorter while it was read";
+/// When the file was written last; 0 for one that the system does not know.
+struct timespec GetWriteTime(const XFile& file)
+{
+    struct stat status = {};
+    if (file.GetDescriptor() >= 0) ::fstat(file.GetDescriptor(), &status);
+    return status.st_mtim;
+}
 
 /// Bytes of a compressed tile on their way; kept a thread unless a giant passed.
 unsigned char* GetPayloadBuffer(std::size_t count)
@@ -76,6 +92,7 @@ int XDMFileReader::Open(std::unique_ptr<XFile> file, const XString& name, XStrin
     auto state = std::make_unique<tagState>();
     state->file = std::move(file);
     state->name = name;
+    state->writeTime = GetWriteTime(*state->file);
     XString reason;
     try {
         if (state->catalogue.Read(*state->file, state->info, reason)) {
@@ -148,7 +165,7 @@ const tagXDMFileTileEntry* XDMFileReader::tagState::FindTile(int band, int level
         return nullptr;
     }
     shape = GetShape(info, *found, band, tx, ty);
-    XString reason = kLost;
+    XString reason = Describe();
     const tagXDMFileTileEntry* entry =
         IsLost() ? nullptr : catalogue.GetTile(*file, info, band, level, tx, ty, reason);
     if (!entry) Fail(reason, message);
@@ -234,7 +251,7 @@ int XDMFileReader::IsIntact(XString& message) const
         message = "No file is open.";
         return 0;
     }
-    bool isWhole = !m_state->IsLost();
+    bool isWhole = !m_state->IsCut();
     try {
         isWhole = isWhole && static_cast<std::uint64_t>(
                                  std::max<std::int64_t>(m_state->file->GetLength(), 0)) >=
@@ -243,9 +260,23 @@ int XDMFileReader::IsIntact(XString& message) const
         e.Delete();
         isWhole = false;
     }
-    if (isWhole) return 1;
-    m_state->isCut.store(1, std::memory_order_relaxed);
-    return m_state->Fail(kLost, message);
+    if (!isWhole) m_state->isCut.store(1, std::memory_order_relaxed);
+    const struct timespec now = GetWriteTime(*m_state->file);
+    if (now.tv_sec != m_state->writeTime.tv_sec || now.tv_nsec != m_state->writeTime.tv_nsec)
+        m_state->isWritten.store(1, std::memory_order_relaxed);
+    return m_state->IsLost() ? m_state->Fail(m_state->Describe(), message) : 1;
+}
+
+int XDMFileReader::IsCurrent(XString& message) const
+{
+    if (!IsIntact(message)) return 0;
+    struct stat own = {};
+    struct stat there = {};
+    if (m_state->file->GetDescriptor() >= 0 && ::fstat(m_state->file->GetDescriptor(), &own) == 0 &&
+        ::stat(m_state->name, &there) == 0 && own.st_ino == there.st_ino &&
+        own.st_dev == there.st_dev)
+        return 1;
+    return m_state->Fail("Another file has taken the place of the one that is open", message);
 }
 
 int XDMFileReader::IsTileEmpty(int band, int level, int tx, int ty, XString& message) const

@@ -25,7 +25,8 @@ struct tagXDMFileView
 /// verified once as long as the file is open, since a look at every byte costs as much as a copy.
 /// What is parsed or unpacked comes by positioned reads: another process could change it between
 /// check and use. A file that cannot be mapped gives no views and is read.
-/// A file that becomes shorter while it is open gives a sentence from then on, never a fault.
+/// A file that is written while it is open, or becomes shorter, gives a sentence from then on, never a
+/// fault.
 /// Threads: Open in one; then every const operation from any thread at the same time.
 ///
 ///     XDMFileReader file;
@@ -68,9 +69,13 @@ public:
     int ViewTile(int band, int level, int tx, int ty, tagXDMFileView& view, XString& message) const;
     /// 1 when ViewTile has nothing to read: there is a view, and it was verified.
     int IsViewReady(int band, int level, int tx, int ty) const;
-    /// 1 while the file has the length it was opened with. Asks the system.
+    /// 1 while the file is as it was when it was opened: as long, and not written since. Asks the
+    /// system.
     /// @return 0 with a sentence in `message`, then for good.
     int IsIntact(XString& message) const;
+    /// 1 while it is intact and still the one at its path.
+    /// @return 0 with a sentence in `message`
+    int IsCurrent(XString& message) const;
 
     /// 1 when the tile takes no bytes, being the null value (or 0 in a band without one) all over;
     /// -1 with a sentence when that cannot be told.

@@ -204,9 +204,7 @@ int XfnReadGdalStatistics(GDALRasterBand* band, tagXBandStatistics& statistics)
         !ReadItem(band, "STATISTICS_MEAN", nullptr, read.mean) ||
         !ReadItem(band, "STATISTICS_STDDEV", nullptr, read.stdDev))
         return 0;
-    if (!read.IsSet() || !XfnIsSet(read.mean) || !(read.stdDev >= 0.0) || !XfnIsSet(read.stdDev) ||
-        !(read.min <= read.mean && read.mean <= read.max))
-        return 0;
+    if (!XfnArePossible(read)) return 0;
     // the type cannot hold them: left behind by another version of the file
     double low = kXNoData;
     double high = kXNotSet;

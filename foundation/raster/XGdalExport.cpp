@@ -146,7 +146,7 @@ bool IsAsRead(const XRSFile& file, const std::shared_ptr<XGdalSource>& source, G
     XfnReadGdalGeometry(dataset, geometry, sr, notes);
     for (int i = 0; i < file.GetNumOfBands(); ++i) {
         const XDMBand& band = *file.GetBandAt(i);
-        const XDMBandGDAL fresh(source, dataset, i + 1, 0, 0);
+        const XDMBandGDAL fresh(source, dataset, i + 1, 0, 0, 0);
         if (!IsSame(band, fresh) || !IsSame(band.GetGeometry(), geometry) ||
             !IsSame(*band.GetSR(), sr))
             return false;

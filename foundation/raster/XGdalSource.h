@@ -79,6 +79,13 @@ public:
     const XString& GetPath() const { return m_path; }
     const XString& GetDriverName() const { return m_driverName; }
 
+    /// 0 when the file was written over, replaced or deleted since it was opened.
+    int IsAsOpened() const
+    {
+        bool isInPlace = false;
+        return IsSameFile(isInPlace);
+    }
+
     Handle Acquire(const std::atomic<int>* abort, XString& message);
     void LimitHandles(int count);
 
@@ -97,7 +104,6 @@ private:
     XGdalSource(const XString& path, const char* const* drivers);
     GDALDataset* OpenDataset(XString& error) const;
     void Release(GDALDataset* dataset);
-    /// 0 when the file was written over since it was opened.
     int IsSameFile(bool& isInPlace) const;
 
     XString m_path;

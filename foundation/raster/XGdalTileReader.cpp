@@ -318,6 +318,17 @@ std::vector<tagXGdalLevel> XfnMakeGdalLevels(GDALRasterBand* band, int useOvervi
     return levels;
 }
 
+tagXGdalLevel XfnMakeDirectLevel(const tagXGdalLevel& level, const tagXGdalLevel& full)
+{
+    tagXGdalLevel direct = full;
+    direct.width = level.width;
+    direct.height = level.height;
+    direct.tileWidth = level.tileWidth;
+    direct.tileHeight = level.tileHeight;
+    direct.isVirtual = 1;
+    return direct;
+}
+
 int XfnReadGdalTiles(GDALDataset* dataset, const tagXGdalLevel& level, int dataType, int tx, int ty,
                      std::vector<tagXGdalTarget>& targets, const std::atomic<int>* abort,
                      XString& message)

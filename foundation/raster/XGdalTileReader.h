@@ -45,6 +45,9 @@ std::vector<tagXGdalLevel> XfnMakeGdalLevels(GDALRasterBand* band, int useOvervi
                                              const std::vector<std::pair<int, int>>& halves,
                                              GDALRasterBand* sidecar = nullptr);
 
+/// The same level read from full resolution, past the overviews.
+tagXGdalLevel XfnMakeDirectLevel(const tagXGdalLevel& level, const tagXGdalLevel& full);
+
 /// Decodes the tiles at (tx, ty) of every target, or for a target with several tiles those from tx
 /// on. Several targets must share their blocks (pixel interleaved): the bands stand inside the loop
 /// over rows or blocks, so that such a block is decoded once.

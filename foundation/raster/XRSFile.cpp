@@ -129,21 +129,38 @@ void XRSFile::RemoveAllSIGSet()
     m_signatures.clear();
 }
 
+std::vector<std::uint64_t> XRSFile::ListChanges() const
+{
+    std::vector<std::uint64_t> changes;
+    for (const auto& band : m_bands)
+        changes.push_back(band->GetChangeNumber());
+    return changes;
+}
+
+XRSFile::tagMatrix XRSFile::MakeMatrix(const double* values) const
+{
+    if (!values) return {};
+    return {{values, values + m_bands.size() * m_bands.size()}, ListChanges()};
+}
+
+bool XRSFile::IsGood(const tagMatrix& matrix) const
+{
+    return !matrix.values.empty() && matrix.changes == ListChanges();
+}
+
 void XRSFile::SetCorrelationMatrix(const double* values)
 {
-    const std::size_t n = m_bands.size() * m_bands.size();
-    m_correlation = values ? std::vector<double>(values, values + n) : std::vector<double>();
+    m_correlation = MakeMatrix(values);
 }
 
 void XRSFile::SetCovarianceMatrix(const double* values)
 {
-    const std::size_t n = m_bands.size() * m_bands.size();
-    m_covariance = values ? std::vector<double>(values, values + n) : std::vector<double>();
+    m_covariance = MakeMatrix(values);
 }
 
 int XRSFile::HasValidStatistics() const
 {
-    return !m_correlation.empty() && m_correlation.front() != kXNotSet;
+    return IsGood(m_correlation) && m_correlation.values.front() != kXNotSet;
 }
 
 XSpatialReference* XRSFile::GetSR()
@@ -222,8 +239,8 @@ void XRSFile::Swap(XRSFile& other)
     m_regions.swap(other.m_regions);
     m_signatures.swap(other.m_signatures);
     m_radarScene.swap(other.m_radarScene);
-    m_correlation.swap(other.m_correlation);
-    m_covariance.swap(other.m_covariance);
+    std::swap(m_correlation, other.m_correlation);
+    std::swap(m_covariance, other.m_covariance);
     std::swap(m_noSR, other.m_noSR);
     std::swap(m_headerBands, other.m_headerBands);
     m_notes.Swap(other.m_notes);

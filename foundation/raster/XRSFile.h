@@ -77,12 +77,16 @@ public:
     int GetNumOfSIG() const { return static_cast<int>(m_signatures.size()); }
     void RemoveAllSIGSet(); ///< destroys them, and none of the regions
 
-    /// bands x bands values, row-major; null when not computed.
+    /// bands x bands values, row-major; null when not computed, and when the bands have changed
+    /// since: their number, their pixels or a null value.
     double* GetCorrelationMatrix()
     {
-        return m_correlation.empty() ? nullptr : m_correlation.data();
+        return IsGood(m_correlation) ? m_correlation.values.data() : nullptr;
     }
-    double* GetCovarianceMatrix() { return m_covariance.empty() ? nullptr : m_covariance.data(); }
+    double* GetCovarianceMatrix()
+    {
+        return IsGood(m_covariance) ? m_covariance.values.data() : nullptr;
+    }
     /// Copy GetNumOfBands() squared values; null drops the matrix.
     void SetCorrelationMatrix(const double* values);
     void SetCovarianceMatrix(const double* values);
@@ -95,7 +99,8 @@ public:
     /// @param step     every step-th row and column counts; 1 is the whole image
     /// @param thread   gets percents and is asked for its stop flag; may be null
     /// @param message  why it failed; empty after a stop
-    /// @return 0 after a stop or when a part cannot be read; the matrices are then as they were
+    /// @return 0 after a stop, when a part cannot be read, or when a band was changed meanwhile; the
+    ///         matrices are then as they were
     int CalcMatrices(int step, XThread* thread, XString& message);
 
     /// The record of a radar scene, null when there is none. It travels with the file; nothing here
@@ -134,6 +139,16 @@ public:
 private:
     void AdoptAll();
 
+    /// Numbers of all pairs of bands, good for the bands as they were then.
+    struct tagMatrix
+    {
+        std::vector<double> values;
+        std::vector<std::uint64_t> changes; // XBand::GetChangeNumber of each band
+    };
+    std::vector<std::uint64_t> ListChanges() const;
+    tagMatrix MakeMatrix(const double* values) const;
+    bool IsGood(const tagMatrix& matrix) const;
+
     XFile* m_filePtr = nullptr;
     int m_attachFlag = 0;
     XString m_name;
@@ -148,8 +163,8 @@ private:
     std::vector<std::unique_ptr<tagGCPSets>> m_gcpSets;
     std::vector<std::unique_ptr<XROI>> m_regions;
     std::vector<std::unique_ptr<XRSSIG>> m_signatures; // destroyed before the regions they name
-    std::vector<double> m_correlation;
-    std::vector<double> m_covariance;
+    tagMatrix m_correlation;
+    tagMatrix m_covariance;
     std::shared_ptr<XObject> m_radarScene;
     XSpatialReference m_noSR;
     std::array<int, 3> m_headerBands{-1, -1, -1};

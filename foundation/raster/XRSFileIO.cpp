@@ -29,6 +29,7 @@
 #include <cerrno>
 #include <cstring>
 #include <new>
+#include <set>
 
 namespace {
 
@@ -107,11 +108,11 @@ bool HoldsVectors(const XString& path)
 
 std::unique_ptr<XDMBandGDAL> MakeBand(const std::shared_ptr<XGdalSource>& source,
                                       GDALDataset* dataset, int number, int useLevels,
-                                      int useStatistics)
+                                      int useOverviews, int useStatistics)
 {
     const XString& driver = source->GetDriverName();
     const auto make = [&]<class T>(const T*) -> std::unique_ptr<XDMBandGDAL> {
-        return std::make_unique<T>(source, dataset, number, useLevels, useStatistics);
+        return std::make_unique<T>(source, dataset, number, useLevels, useOverviews, useStatistics);
     };
     if (driver == "GTiff" || driver == "COG")
         return make(static_cast<const XDMBandGTIFF*>(nullptr));
@@ -199,6 +200,32 @@ void FindStatistics(XRSFile& file, const XString& path)
         if (XDMBand* band = file.GetBandAt(number - 1)) band->SetBandStatistics(statistics);
 }
 
+/// Whether what GDAL takes for overviews is a file beside the raster that is older than it.
+int AreOverviewsOutdated(GDALDataset* dataset, XRSFile& file, const XString& path)
+{
+    const XRasterSidecar sidecar(path);
+    if (!sidecar.IsOutdated(".ovr")) return 0;
+    file.AddNote(XfnFormat("\"%s\": its pyramid is older than the image and is not used.", path));
+    // this driver looks for them inside the file first, and then beside it
+    GDALRasterBand* overview = dataset->GetRasterBand(1)->GetOverview(0);
+    GDALDataset* of = overview ? overview->GetDataset() : nullptr;
+    return of && sidecar.GetBeside(".ovr") == of->GetDescription();
+}
+
+/// The bands of which GDAL takes statistics from a file beside the raster that is older than it.
+std::set<int> ListOutdatedStatistics(XRSFile& file, const XString& path)
+{
+    std::set<int> numbers;
+    const XRasterSidecar sidecar(path);
+    if (!sidecar.IsOutdated(".aux.xml")) return numbers;
+    for (const auto& [number, statistics] : XfnReadSidecarStatistics(sidecar.GetBeside(".aux.xml")))
+        numbers.insert(number);
+    if (!numbers.empty())
+        file.AddNote(XfnFormat(
+            "\"%s\": the statistics beside it are older than the image and are not used.", path));
+    return numbers;
+}
+
 int FillFile(XRSFile& file, const std::shared_ptr<XGdalSource>& source, GDALDataset* dataset,
              int useLevels, int useStatistics, XThread* thread, XString& error)
 {
@@ -218,6 +245,13 @@ int FillFile(XRSFile& file, const std::shared_ptr<XGdalSource>& source, GDALData
     XString notes;
     XfnReadGdalGeometry(dataset, geometry, sr, notes);
     if (!notes.IsEmpty()) file.AddNote(XfnFormat("\"%s\": %s", source->GetPath(), notes));
+    const int images = static_cast<int>(PartsOf(dataset).size());
+    if (images > 1 && XRSFileIO::IsPlainPath(source->GetPath()))
+        file.AddNote(
+            XfnFormat("\"%s\": this is 1 of %d images in the file.", source->GetPath(), images));
+    const int useOverviews = useLevels && !AreOverviewsOutdated(dataset, file, source->GetPath());
+    const std::set<int> outdated =
+        useStatistics ? ListOutdatedStatistics(file, source->GetPath()) : std::set<int>();
     for (int number = 1; number <= count; ++number) {
         if (thread && thread->IsStopRequested()) {
             error.Empty();
@@ -229,7 +263,8 @@ int FillFile(XRSFile& file, const std::shared_ptr<XGdalSource>& source, GDALData
             return 0;
         }
         std::unique_ptr<XDMBandGDAL> band =
-            MakeBand(source, dataset, number, useLevels, useStatistics);
+            MakeBand(source, dataset, number, useLevels, useOverviews,
+                     useStatistics && !outdated.contains(number));
         *band->GetSR() = sr;
         band->SetGeometry(geometry);
         file.AddBand(band.release());
@@ -391,6 +426,24 @@ std::vector<XRSFileIO::tagPart> XRSFileIO::GetParts(const XString& path)
     if (!dataset || dataset->GetRasterCount() > 0) return {};
     XfnKeepPamUnwritten(dataset.get());
     return PartsOf(dataset.get());
+}
+
+std::vector<XString> XRSFileIO::GetRasterExtensions()
+{
+    XfnPrepareGdal();
+    std::vector<XString> extensions;
+    for (int i = 0; i < GetGDALDriverManager()->GetDriverCount(); ++i) {
+        GDALDriver* driver = GetGDALDriverManager()->GetDriver(i);
+        const char* list = driver->GetMetadataItem(GDAL_DMD_EXTENSIONS);
+        if (!list || !driver->GetMetadataItem(GDAL_DCAP_OPEN) ||
+            !driver->GetMetadataItem(GDAL_DCAP_RASTER))
+            continue;
+        char** words = CSLTokenizeString2(list, " ", 0);
+        for (int w = 0; w < CSLCount(words); ++w)
+            extensions.emplace_back(words[w]);
+        CSLDestroy(words);
+    }
+    return extensions;
 }
 
 int XRSFileIO::IsPlainPath(const XString& path)

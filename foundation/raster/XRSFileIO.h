@@ -45,7 +45,8 @@ enum XFormatID : int {
 /// 8-bit rasters marked as signed as signed bytes.
 ///
 /// A pyramid or exact statistics that were made before are used (XRasterSidecar.h tells where they
-/// are), unless the flags say otherwise.
+/// are), unless the flags say otherwise. Those beside the file that are older than it are not, and a
+/// note of the file says so.
 ///
 /// Threads: any; one file by one thread at a time.
 class XAPI XRSFileIO
@@ -84,14 +85,18 @@ public:
     };
     /// The rasters inside a file that holds several, which Open refuses; none for any other file.
     static std::vector<tagPart> GetParts(const XString& path);
+    /// What GDAL's raster drivers claim, as they write it: without the dot, in any case and order, some
+    /// twice.
+    static std::vector<XString> GetRasterExtensions();
     /// 0 for the name of something that only GDAL can find: `/vsizip/a.zip/b.tif`,
     /// `NETCDF:"a.nc":b`. A file that exists under such a name is plain.
     static int IsPlainPath(const XString& path);
 
     // ---- pyramids ----
 
-    /// 1 when a pyramid is worth making: at least two levels of 4096 pixels a side or more are
-    /// virtual.
+    /// 1 when a pyramid can be made and is worth it: a level of 4096 pixels a side or more
+    /// is virtual and the next one too, as in every image of 8192 pixels a side without overviews, and
+    /// all bands have one data type.
     static int NeedsLevels(const XRSFile* file);
     /// Makes the pyramid of a raster file: every level down to 256 pixels, as GDAL's external
     /// overviews (tiled TIFF, compressed without loss). Continuous samples are averaged without those
@@ -105,7 +110,7 @@ public:
                            XString& made, XString& error);
     /// Makes an open file show the pyramid that was made since it was opened. Sizes of levels and
     /// tiles stay as they are, so other threads may read meanwhile; cached tiles of the levels go.
-    /// @return 0 when there is no pyramid that fits
+    /// @return 0 when there is no pyramid that fits, or the path names another file by now
     static int TakeUpLevels(XRSFile* file);
 
     // ---- statistics ----
@@ -114,6 +119,8 @@ public:
     /// others read, or in the cache. What else stands in the ".aux.xml" is kept. Of complex bands and
     /// of native files they are kept in the cache alone.
     /// @param bands  some of one file; of each its current statistics are taken unless estimated
+    /// @return 0 with a sentence in `error`; so too when the file was changed or replaced since it was
+    ///         opened, or a band has another null value than the file
     static int SaveStatistics(const std::vector<const XDMBand*>& bands, XSidecarPlace place,
                               XString& made, XString& error);
 };

@@ -3,6 +3,7 @@
 #include "foundation/raster/XRasterTypes.h"
 
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -33,6 +34,7 @@ int XRSFile::CalcMatrices(int step, XThread* thread, XString& message)
         std::vector<XDMBand*> bands;
         for (const int part : parts)
             bands.push_back(GetBandAt(part));
+        const std::vector<std::uint64_t> changes = ListChanges();
         XBlockRun run(thread);
         XJointWalk walk(bands);
         walk.SetStep(step);
@@ -56,8 +58,12 @@ int XRSFile::CalcMatrices(int step, XThread* thread, XString& message)
                 correlation[place] = numbers.joint.GetCorrelation(a, b);
             }
         }
-        m_covariance.swap(covariance);
-        m_correlation.swap(correlation);
+        if (ListChanges() != changes) {
+            message = "A band was changed while the matrices were computed.";
+            return 0;
+        }
+        m_covariance = {std::move(covariance), changes};
+        m_correlation = {std::move(correlation), changes};
         return 1;
     } catch (const std::bad_alloc&) {
         message = "There is not enough memory for the matrices of the file.";

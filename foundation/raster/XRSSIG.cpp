@@ -13,7 +13,7 @@ X_IMPLEMENT_CLASS(XRSSIG, XObject)
 namespace {
 
 constexpr std::uint32_t kVersion = 1;
-constexpr std::size_t kLeastRegionBytes = 40; // version, type, texts, colour, null value, counts
+constexpr std::size_t kLeastRegionBytes = 36; // version, type, texts, colour, null value, counts
 
 } // namespace
 

@@ -16,6 +16,7 @@
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <tuple>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -62,6 +63,26 @@ XString StateOf(const XString& name)
     return XString();
 }
 
+/// Of the file that holds a raster: the name of one inside a file holds that file's, as in
+/// NETCDF:"a.nc":b.
+XString StateBehind(const XString& path)
+{
+    XString state = StateOf(path);
+    const std::string name = path.GetString();
+    for (std::size_t i = 0; state.IsEmpty() && i < name.size();) {
+        const std::size_t end = std::min(name.find_first_of("\":", i), name.size());
+        state = StateOf(name.substr(i, end - i).c_str());
+        i = end + 1;
+    }
+    return state;
+}
+
+bool IsOlder(const struct stat& a, const struct stat& b)
+{
+    return std::tie(a.st_mtim.tv_sec, a.st_mtim.tv_nsec) <
+           std::tie(b.st_mtim.tv_sec, b.st_mtim.tv_nsec);
+}
+
 bool IsThere(const XString& name)
 {
     return !name.IsEmpty() && ::access(name, R_OK) == 0;
@@ -73,14 +94,7 @@ XRasterSidecar::XRasterSidecar(const XString& path) : m_path(path)
 {
     std::error_code code;
     const fs::path whole = fs::absolute(path.GetString(), code);
-    m_state = StateOf(path);
-    // the name of a raster inside a file holds that file's: NETCDF:"a.nc":b
-    const std::string name = path.GetString();
-    for (std::size_t i = 0; m_state.IsEmpty() && i < name.size();) {
-        const std::size_t end = std::min(name.find_first_of("\":", i), name.size());
-        m_state = StateOf(name.substr(i, end - i).c_str());
-        i = end + 1;
-    }
+    m_state = StateBehind(path);
     if (!m_state.IsEmpty()) m_stem = HashText(code ? path : XString(whole.c_str()));
 }
 
@@ -106,7 +120,16 @@ XString XRasterSidecar::Find(const char* tail) const
         return cached;
     }
     const XString beside = GetBeside(tail);
-    return IsThere(beside) ? beside : XString();
+    return IsThere(beside) && !IsOutdated(tail) ? beside : XString();
+}
+
+int XRasterSidecar::IsOutdated(const char* tail) const
+{
+    const XString beside = GetBeside(tail);
+    struct stat raster = {};
+    struct stat own = {};
+    return !beside.IsEmpty() && ::stat(m_path, &raster) == 0 && ::stat(beside, &own) == 0 &&
+           IsOlder(own, raster);
 }
 
 int XRasterSidecar::PutAt(const XString& target,
@@ -118,8 +141,20 @@ int XRasterSidecar::PutAt(const XString& target,
     XScratchFolder scratch;
     isPlaceBad = !scratch.Create(whole, error);
     if (isPlaceBad) return 0;
-    return make((scratch.GetPath() / whole.filename()).c_str(), error) &&
-           scratch.Publish(whole, error);
+    const fs::path name = scratch.GetPath() / whole.filename();
+    if (!make(name.c_str(), error)) return 0;
+    if (StateBehind(m_path) != m_state) {
+        error = XfnFormat("\"%s\" was changed meanwhile; open it again.", m_path);
+        return 0;
+    }
+    struct stat raster = {};
+    struct stat own = {};
+    // the clock of the raster file's maker may be ahead
+    if (::stat(m_path, &raster) == 0 && ::stat(name.c_str(), &own) == 0 && IsOlder(own, raster)) {
+        const struct timespec times[2] = {{0, UTIME_OMIT}, raster.st_mtim};
+        ::utimensat(AT_FDCWD, name.c_str(), times, 0);
+    }
+    return scratch.Publish(whole, error);
 }
 
 int XRasterSidecar::Put(const char* tail, XSidecarPlace place,

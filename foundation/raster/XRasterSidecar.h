@@ -19,6 +19,7 @@ enum class XSidecarPlace {
 /// cache of the user ($XDG_CACHE_HOME/tql/sidecars, else ~/.cache/tql/sidecars) their name is made of
 /// the path, the size and the time of the last change of the raster file: one that was changed since
 /// finds nothing there, and what stood for its older state goes when something new is put.
+/// Beside the file one counts that is not older than the raster file; one that is made is never older.
 /// Of a raster inside another file (NETCDF:"a.nc":b, /vsizip/...) all is kept in the cache.
 /// Threads: any. Several programs may work on the same files.
 class XAPI XRasterSidecar
@@ -30,14 +31,17 @@ public:
 
     XString GetBeside(const char* tail) const; ///< empty when nothing can stand beside
     XString GetCached(const char* tail) const; ///< empty when no file is behind the path
-    /// The one that exists, the one in the cache first; empty when there is none.
+    /// The one that exists, the one in the cache first; empty when there is none that counts.
     XString Find(const char* tail) const;
+    /// 1 when the one beside the file is older than it.
+    int IsOutdated(const char* tail) const;
 
     /// Puts a new file in the place of the old one, when it is complete.
     /// @param make   writes the file under a temporary name; 0 with a sentence in its `error`, an
     ///               empty one after a stop
     /// @param made   receives the name of the file
-    /// @return 0 with a sentence in `error`, an empty one after a stop; nothing was changed then
+    /// @return 0 with a sentence in `error`, an empty one after a stop; nothing was changed then. So
+    ///         too when the raster file was changed meanwhile
     int Put(const char* tail, XSidecarPlace place,
             const std::function<int(const XString& name, XString& error)>& make, XString& made,
             XString& error) const;

@@ -37,7 +37,11 @@ std::vector<tagEdge> ListEdges(const double* xs, const double* ys, int n, int he
         // a row is crossed when one end lies at or above it and the other below
         const int begin = Limit(std::ceil(std::min(ys[i], ys[j])), 0, height);
         const int end = Limit(std::ceil(std::max(ys[i], ys[j])), 0, height);
-        if (begin < end) edges.push_back({xs[i], ys[i], xs[j], ys[j], begin, end});
+        if (begin >= end) continue;
+        // neighbours run along their common edge in opposite directions and must round alike
+        const int top = ys[i] < ys[j] ? i : j;
+        const int bottom = i + j - top;
+        edges.push_back({xs[top], ys[top], xs[bottom], ys[bottom], begin, end});
     }
     std::sort(edges.begin(), edges.end(),
               [](const tagEdge& a, const tagEdge& b) { return a.begin < b.begin; });

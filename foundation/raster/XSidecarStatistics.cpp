@@ -117,6 +117,15 @@ void WriteHistogram(CPLXMLNode* band, const tagXBandStatistics& statistics)
 
 } // namespace
 
+int XfnArePossible(const tagXBandStatistics& s)
+{
+    if (!s.IsSet() || !(s.min <= s.mean && s.mean <= s.max)) return 0;
+    // half the range, by the root of two for two samples and a divisor of n - 1; the rest is for
+    // numbers that were written with few digits
+    const double size = std::max(std::fabs(s.min), std::fabs(s.max));
+    return s.stdDev >= 0.0 && s.stdDev <= 0.7072 * (s.max - s.min) + 1e-6 * size;
+}
+
 void XfnTakeHistogram(double low, double high, const long long* counts, int bins,
                       tagXBandStatistics& statistics)
 {
@@ -153,8 +162,7 @@ std::map<int, tagXBandStatistics> XfnReadSidecarStatistics(const XString& name)
             !ReadItem(metadata, "STATISTICS_MAXIMUM", s.max) ||
             !ReadItem(metadata, "STATISTICS_MEAN", s.mean) ||
             !ReadItem(metadata, "STATISTICS_STDDEV", s.stdDev) ||
-            FindItem(metadata, "STATISTICS_APPROXIMATE") || !s.IsSet() ||
-            !(s.min <= s.mean && s.mean <= s.max && s.stdDev >= 0.0))
+            FindItem(metadata, "STATISTICS_APPROXIMATE") || !XfnArePossible(s))
             continue;
         ReadHistogram(band, s);
         all[static_cast<int>(number)] = s;
@@ -187,8 +195,8 @@ int XfnWriteSidecarStatistics(const XString& old, const XString& name, const XSt
         WriteHistogram(band, s);
         CPLXMLNode* metadata = FindMetadata(band);
         if (!metadata) metadata = CPLCreateXMLNode(band, CXT_Element, "Metadata");
-        for (const char* key :
-             {"STATISTICS_APPROXIMATE", "STATISTICS_SKIPFACTORX", "STATISTICS_SKIPFACTORY"})
+        for (const char* key : {"STATISTICS_APPROXIMATE", "STATISTICS_SKIPFACTORX",
+                                "STATISTICS_SKIPFACTORY", "STATISTICS_VALID_PERCENT"})
             SetItem(metadata, key, XString());
         SetItem(metadata, "STATISTICS_MINIMUM", XfnFormatShortest(s.min));
         SetItem(metadata, "STATISTICS_MAXIMUM", XfnFormatShortest(s.max));

@@ -19,6 +19,9 @@ std::map<int, tagXBandStatistics> XfnReadSidecarStatistics(const XString& name);
 int XfnWriteSidecarStatistics(const XString& old, const XString& name, const XString& path,
                               const std::map<int, tagXBandStatistics>& statistics, XString& error);
 
+/// 1 when some samples can have this minimum, maximum, mean and deviation.
+int XfnArePossible(const tagXBandStatistics& statistics);
+
 /// Takes a stored histogram over when it is whole and has the bins of tagXBandStatistics.
 void XfnTakeHistogram(double low, double high, const long long* counts, int bins,
                       tagXBandStatistics& statistics);

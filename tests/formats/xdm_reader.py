@@ -162,7 +162,7 @@ class Field:
         self.key, self.kind, self.default, self.check = key, kind, default, check
         self.single, self.counts, self.repeated, self.table = single, counts, repeated, table
 
-def integer(key, default=0, check=None): return Field(key, 1, default, check)
+def integer(key, default=0, check=None): return Field(key, 1, default, check or within(-2**31, 2**31 - 1))
 def integers(key, counts=None, check=None): return Field(key, 1, [], check, False, counts)
 def real(key, default=NOT_SET, check=None): return Field(key, 2, default, check)
 def reals(key, default=(), counts=None, check=None): return Field(key, 2, list(default), check, False, counts)
@@ -173,20 +173,20 @@ def within(low, high=2**63 - 1): return lambda value: low <= value <= high
 def above_zero(value): return math.isfinite(value) and value > 0
 def numbered(*fields): return dict(enumerate(fields, 1))  # all tables of the page count their ids from 1
 
-FLAG, COUNT, KIND, BYTE, COLOR = within(0, 1), within(0), within(0, 2), within(0, 255), within(0, 0xFFFFFFFF)
+FLAG, COUNT, KIND, BYTE, COLOR = within(-2**31, 2**31 - 1), within(0), within(0, 2), within(0, 255), within(0, 0xFFFFFFFF)
 
 FILE = numbered(text("name"), text("description"), integer("dataVersion"), real("threshold"), text("validation"),
                 integers("rgb", (0, 3)))
 BAND = numbered(
     text("name"), text("description"), integer("number"), integer("dataType", 1, within(1, 16)),
-    integer("bandType", 0, COUNT), integer("color"), real("nullValue"), integer("compression", 0, KIND),
+    integer("bandType"), integer("color"), real("nullValue"), integer("compression", 0, KIND),
     integers("levels", range(4, 129, 4)), binary("fill"))
 WARP = numbered(
     integer("terms", 0, lambda value: value in (0, 3, 4, 6, 10)), real("centreX", 0.0, math.isfinite),
     real("centreY", 0.0, math.isfinite), real("scaleX", 1.0, math.isfinite), real("scaleY", 1.0, math.isfinite),
     reals("x", [0.0] * 10, (10,), math.isfinite), reals("y", [0.0] * 10, (10,), math.isfinite))
 SPATIAL = numbered(
-    integer("coordinates", 1, within(1, 3)), text("wkt"), real("ulX", 0.0, math.isfinite),
+    integer("coordinates", 1), text("wkt"), real("ulX", 0.0, math.isfinite),
     real("ulY", 0.0, math.isfinite), real("xSize", 1.0, above_zero), real("ySize", 1.0, above_zero),
     integer("normalised", 0, FLAG), integer("sensorModel", 0, FLAG), group("worldToPixel", WARP),
     group("pixelToWorld", WARP), integer("georeferenced", 0, FLAG))
@@ -213,7 +213,7 @@ RADAR = numbered(
 POINT = numbered(text("name"), *(real(key, 0.0, math.isfinite) for key in ("pixelX", "pixelY", "x", "y", "z")),
                  integer("used", 1, FLAG))
 POINT_SETS = numbered(group("sets", numbered(
-    text("name"), text("description"), integer("coordinates", 2, within(1, 3)), text("wkt"),
+    text("name"), text("description"), integer("coordinates", 2), text("wkt"),
     group("points", POINT, True)), True))
 REGION = numbered(
     text("name"), text("comment"), integer("type", 3, within(2, 3)), integer("color", 16777215, COLOR),
@@ -236,10 +236,7 @@ def decode(field, value, where):
     if field.kind == 5:
         return bytes(value)
     if field.kind == 3:
-        try:
-            return str(value, "utf-8")
-        except UnicodeDecodeError as error:
-            raise XdmError("%s is no UTF-8: %s" % (where, error))
+        return str(value, "utf-8", "replace")
     need(len(value) % 8 == 0, where, "has", len(value), "bytes, no whole numbers")
     numbers = list(struct.unpack("<%d%s" % (len(value) // 8, "q" if field.kind == 1 else "d"), value))
     if field.single:
@@ -247,6 +244,8 @@ def decode(field, value, where):
     need(field.counts is None or len(numbers) in field.counts, where, "holds", len(numbers), "numbers")
     for number in numbers if field.check else ():
         need(field.check(number), where, "has a value that is not allowed:", number)
+    if field.check is FLAG:
+        return int(numbers[0] != 0)
     return numbers[0] if field.single else numbers
 
 def parse(data, table, where):

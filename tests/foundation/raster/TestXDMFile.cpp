@@ -9,6 +9,9 @@
 #include <limits>
 #include <string_view>
 #include <thread>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -276,6 +279,13 @@ TEST(XDMFileReader, AFileCutWhileOpenIsASentence)
     XString message;
     ASSERT_TRUE(reader.Open(path.c_str(), message));
     ASSERT_TRUE(HasSampleTiles(reader, message)); // the tables are read now
+    XDMFileReader written;
+    ASSERT_TRUE(written.Open(path.c_str(), message));
+    EXPECT_TRUE(written.IsIntact(message) && written.IsCurrent(message)) << message.GetString();
+    const struct timespec times[2] = {{0, UTIME_OMIT}, {5, 5}};
+    ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+    EXPECT_FALSE(written.IsIntact(message));
+    EXPECT_GE(message.Find("written after it was opened: "), 0) << message.GetString();
     ASSERT_EQ(truncate(path.c_str(), 100), 0);
     XDMFileBytes tile(256);
     EXPECT_FALSE(reader.ReadTile(0, 0, 0, 0, tile.data(), tile.size(), message));
@@ -304,8 +314,10 @@ TEST(XDMFileReader, AViewIsVerifiedOnceAndDamageIsSaid)
     EXPECT_FALSE(view.samples) << "empty";
     EXPECT_FALSE(reader.ViewTile(0, 0, 9, 0, view, message));
 
-    // another program writes into the file: what was verified is not looked at again
+    // bytes change and no time of writing tells: what was verified is not looked at again
     const XDMFileBytes bytes = LoadBytes(path);
+    struct stat before = {};
+    ASSERT_EQ(stat(path.c_str(), &before), 0);
     for (const int tx : {0, 1}) {
         const XDMFileBytes tile = MakeTile(GetTileBytes(info, 0, 0, tx, 0), 0, 0, tx, 0);
         const auto place = std::search(bytes.begin(), bytes.end(), tile.begin(), tile.end());
@@ -314,6 +326,8 @@ TEST(XDMFileReader, AViewIsVerifiedOnceAndDamageIsSaid)
         out.seekp(place - bytes.begin());
         out.put(static_cast<char>(*place ^ 1));
     }
+    const struct timespec times[2] = {before.st_atim, before.st_mtim};
+    ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
     EXPECT_TRUE(reader.ViewTile(0, 0, 0, 0, view, message));
     EXPECT_FALSE(reader.ViewTile(0, 0, 1, 0, view, message));
     EXPECT_GE(message.Find("damaged"), 0) << message.GetString();

@@ -1,5 +1,6 @@
 #include "foundation/raster/XBandStatistics.h"
 #include "foundation/raster/XRasterTypes.h"
+#include "foundation/raster/XSaveControl.h"
 #include "foundation/raster/XSubsetStatElem.h"
 #include "tests/support/XBandSamples.h"
 
@@ -94,6 +95,24 @@ TEST(XBandStatistics, ABandThatFindsNoMemoryHasNoNumbersYet)
     band.isHungry = false;
     EXPECT_EQ(band.GetBandMin(), 0.0);
     EXPECT_EQ(band.GetHistogram()[0], 81);
+}
+
+TEST(XBandStatistics, NumbersOfPixelsThatChangedMeanwhileAreNotKept)
+{
+    const auto band = XfnMakeBand(kXUInt8, 2000, 1000, [](int x, int) { return x % 9; });
+    const unsigned char white = 255;
+    const std::function<void()> changes[] = {[&] { band->WritePixel(&white, 0, 0, false, 0.0); },
+                                             [&] { band->SetNullValue(255.0); }};
+    for (const auto& change : changes) {
+        tagXSaveControl control;
+        control.progress = [&](int percent) {
+            if (percent == 100) change();
+        };
+        XString message;
+        EXPECT_FALSE(band->CalcExactStatistics(control, message));
+        EXPECT_FALSE(message.IsEmpty() || band->HasStatistics());
+        EXPECT_TRUE(band->CalcExactStatistics({}, message));
+    }
 }
 
 TEST(XBandStatistics, MeansSurviveALargeOffset)

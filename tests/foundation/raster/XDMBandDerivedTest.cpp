@@ -110,6 +110,10 @@ TEST(XDMBandDerived, FollowsTheInnerBand)
     for (int tx = 0; tx < 5; ++tx)
         EXPECT_EQ(second.FindTile(0, tx, 0) == nullptr, tx == 1 || tx == 2) << tx;
     EXPECT_GT(second.GetBandMax(), 0.0);
+    inner->SetNullValue(0.0);
+    EXPECT_EQ(second.FindTile(0, 0, 0), nullptr);
+    EXPECT_EQ(second.GetNullValue(), 0.0);
+    EXPECT_EQ(second.GetBandMin(), 255.0);
     {
         XDMBandSpatialFilter gone;
         gone.Create(inner.get(), kXFilterMean, 3);

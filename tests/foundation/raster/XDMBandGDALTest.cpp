@@ -373,6 +373,7 @@ TEST(XDMBandGDAL, StoredStatisticsCountWhenExact)
         {"beyond the type", nullptr, "-5", 0},
         {"above the mean", nullptr, "99", 0},
         {"every tenth pixel", "STATISTICS_SKIPFACTORX", "10", 0},
+        {"a deviation beyond the range", "STATISTICS_STDDEV", "10", 0},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -384,7 +385,7 @@ TEST(XDMBandGDAL, StoredStatisticsCountWhenExact)
                  band->SetMetadataItem("STATISTICS_MAXIMUM", "90");
                  band->SetMetadataItem("STATISTICS_MEAN", "50");
                  band->SetMetadataItem("STATISTICS_STDDEV", "3");
-                 if (c.extra) band->SetMetadataItem(c.extra, "10");
+                 if (c.extra) band->SetMetadataItem(c.extra, "57");
              }});
         const auto file = OpenFile(path);
         ASSERT_TRUE(file);

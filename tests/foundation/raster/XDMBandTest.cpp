@@ -251,6 +251,8 @@ TEST(XRSFile, OwnsItsBands)
     matrix[0] = 1;
     file->SetCorrelationMatrix(matrix);
     EXPECT_TRUE(file->HasValidStatistics());
+    first->SetNullValue(5);
+    EXPECT_FALSE(file->HasValidStatistics()) << "of other samples";
     file->SetFilePath("/images/scene.v2.tif");
     EXPECT_EQ(file->GetFileName(), "scene.v2.tif");
     EXPECT_EQ(file->GetFileTitle(), "scene.v2");

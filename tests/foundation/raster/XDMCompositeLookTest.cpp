@@ -254,6 +254,9 @@ TEST(XDMCompositeLook, FiltersTheDrawnLevelAndNothingElse)
     XDMComposite clone;
     clone.CloneXDMComposite(&composite);
     EXPECT_EQ(levelAt(clone, 11, 10), 10);
+    band->SetNullValue(0.0);
+    EXPECT_EQ(levelAt(clone, 5, 5), -1) << "another value stands for no data";
+    band->SetNullValue(7.0);
     band->SetBandType(kXBandClassMap);
     EXPECT_EQ(levelAt(composite, 11, 10), 0) << "classes have no mean";
 }

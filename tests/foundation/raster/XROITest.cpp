@@ -352,6 +352,19 @@ TEST(XRSSIG, ArchivesComeBackAndBrokenOnesAreRefused)
     EXPECT_EQ(read.GetAt(0)->GetSize(), 4);
     EXPECT_EQ(read.GetCovariance(0, 0), signature.GetCovariance(0, 0));
     EXPECT_EQ(read.GetHistogram(0, 255), 1);
+    XROI bare;
+    XRSSIG least;
+    least.Add(&bare);
+    {
+        XMemFile file;
+        XArchive out(&file, XArchive::kStore);
+        least.Serialize(out);
+        out.Close();
+        file.Seek(0, XFile::kBegin);
+        XArchive in(&file, XArchive::kLoad);
+        read.Serialize(in);
+        EXPECT_EQ(read.GetSize(), 1);
+    }
     // cut anywhere, or with every byte raised to the most a count can be: refused or harmless
     for (std::size_t at = 0; at < bytes.size(); at += at < 200 ? 1 : 37) {
         XRSSIG damaged;

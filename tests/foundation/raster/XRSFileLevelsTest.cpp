@@ -1,4 +1,6 @@
 #include "foundation/raster/XDMBandGDAL.h"
+#include "foundation/raster/XDMBandSpatialFilter.h"
+#include "foundation/raster/XDMFileSaver.h"
 #include "foundation/raster/XRSFile.h"
 #include "foundation/raster/XRSFileIO.h"
 #include "foundation/raster/XRasterTypes.h"
@@ -18,6 +20,7 @@
 
 #include <cmath>
 #include <csignal>
+#include <ctime>
 #include <limits>
 #include <random>
 #include <thread>
@@ -77,6 +80,11 @@ protected:
         return QDir(dir.filePath(folder))
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
+    static QByteArray Read(const QString& name)
+    {
+        QFile file(name);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
     int Build(const XString& path, XSidecarPlace place = XSidecarPlace::Any)
     {
         return XRSFileIO::BuildLevels(path, place, control, made, error);
@@ -109,8 +117,29 @@ TEST_F(XRSFileLevels, SamplesAreJoinedAsTheirKindAsks)
         double wanted;
         std::function<void(GDALDataset&)> prepare;
         std::vector<const char*> options;
+        int bands = 1; ///< the fourth is an opacity, 0 on the left
     };
     const tagCase cases[] = {
+        {"digits of a whole number",
+         GDT_Int32,
+         {1000000006, 1000000006, 1000000008, 1000000008},
+         1000000007,
+         {},
+         {}},
+        {"digits without no data",
+         GDT_Float64,
+         {9, 500000.123456789, kNaN, 9},
+         500000.123456789,
+         null,
+         {}},
+        {"opacity is a band like any",
+         GDT_Byte,
+         {200, 200, 200, 200},
+         200,
+         {},
+         {"PHOTOMETRIC=RGB", "ALPHA=YES"},
+         4},
+        {"digits of 64 bits", GDT_Int64, {9e15, 9e15, 9e15 - 2, 9e15 - 2}, 9e15 - 1, {}, {}},
         {"mean", GDT_UInt16, {100, 200, 300, 400}, 250, {}, {}},
         {"mean without no data", GDT_Int16, {9, -20, 9, -40}, -30, null, {}},
         {"no data alone", GDT_Int32, {9, 9, 9, 9}, 9, null, {}},
@@ -129,9 +158,13 @@ TEST_F(XRSFileLevels, SamplesAreJoinedAsTheirKindAsks)
             {.type = c.type,
              .width = 700,
              .height = 530,
+             .bands = c.bands,
              .options = c.options,
-             .value = [&](int x, int y,
-                          int) { return c.block[static_cast<std::size_t>(x % 2 + y % 2 * 2)]; },
+             .value =
+                 [&](int x, int y, int b) {
+                     return b == 3 ? (x < 350 ? 0 : 255)
+                                   : c.block[static_cast<std::size_t>(x % 2 + y % 2 * 2)];
+                 },
              .prepare = c.prepare});
         const auto open = OpenFile(path);
         ASSERT_TRUE(open);
@@ -144,16 +177,16 @@ TEST_F(XRSFileLevels, SamplesAreJoinedAsTheirKindAsks)
             EXPECT_TRUE(HasRealLevels(*file));
             EXPECT_TRUE(XfnIsValidXDMLevelData(file));
             const XDMBand& band = *file->GetBandAt(0);
-            EXPECT_EQ(PixelOf(band, 0, 1, 0),
-                      c.type == GDT_Byte && !c.options.empty() ? -6 : c.block[1]);
+            EXPECT_EQ(PixelOf(band, 0, 1, 0), c.wanted == -6 ? -6 : c.block[1]);
+            const double slack =
+                std::fabs(c.wanted) * (GDALDataTypeIsComplex(c.type) ? 1e-6 : 1e-15);
             const int levels = band.GetNumOfLevels();
             for (int level = 1; level < levels; ++level) {
                 int width = 0;
                 int height = 0;
                 band.GetLevelSize(level, width, height);
-                EXPECT_NEAR(PixelOf(band, level, 0, 0), c.wanted, 1e-6 * std::fabs(c.wanted));
-                EXPECT_NEAR(PixelOf(band, level, width / 2, height / 2), c.wanted,
-                            1e-6 * std::fabs(c.wanted));
+                EXPECT_NEAR(PixelOf(band, level, 0, 0), c.wanted, slack);
+                EXPECT_NEAR(PixelOf(band, level, width / 2, height / 2), c.wanted, slack);
             }
         }
     }
@@ -246,6 +279,9 @@ TEST_F(XRSFileLevels, ReadersInOtherThreadsMeetTheOldLevelsOrTheNew)
         return others;
     };
     ASSERT_EQ(all(*file->GetBandAt(0), 0), 0);
+    XDMBandSpatialFilter derived; // it follows
+    ASSERT_TRUE(derived.Create(file->GetBandAt(0), kXFilterNone, 3));
+    ASSERT_EQ(all(derived, 0), 0);
     std::atomic<int> isOver{0};
     std::vector<std::thread> readers;
     for (int i = 0; i < 3; ++i)
@@ -266,6 +302,104 @@ TEST_F(XRSFileLevels, ReadersInOtherThreadsMeetTheOldLevelsOrTheNew)
         reader.join();
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(all(*file->GetBandAt(i), 100), 0) << i;
+    EXPECT_EQ(all(derived, 100), 0);
+    EXPECT_FALSE(derived.IsVirtualLevel(1));
+}
+
+TEST_F(XRSFileLevels, ADamagedPyramidKeepsNothingFromBeingSeen)
+{
+    const XString path = XfnWriteGdalSample(
+        Path("scene.tif"),
+        {.width = 1500, .height = 1500, .value = [](int x, int y, int) { return x * y % 251; }});
+    ASSERT_TRUE(Build(path)) << error.GetString();
+    ASSERT_TRUE(QFile::resize(Path("scene.tif.ovr"), QFile(Path("scene.tif.ovr")).size() / 4));
+    const auto file = OpenFile(path);
+    EXPECT_FALSE(file->GetBandAt(0)->IsVirtualLevel(1)) << "not seen when it is opened";
+    for (int y = 0; y < 750; y += 50)
+        for (int x = 0; x < 750; x += 50)
+            PixelOf(*file->GetBandAt(0), 1, x, y);
+}
+
+TEST_F(XRSFileLevels, NothingOfAnOtherStateOfTheFileIsKept)
+{
+    const auto write = [this](const char* name, double value) {
+        const XString tif = XfnWriteGdalSample(
+            Path("made.tif"),
+            {.width = 600, .height = 300, .value = [value](int, int, int) { return value; }});
+        const QString target = Path(name);
+        QFile::remove(target);
+        const bool isNative = target.endsWith(".xdm");
+        return isNative ? XDMFileSaver::Save(*OpenFile(tif), target.toUtf8().constData(),
+                                             XDMCompression::None, {}, error)
+                        : static_cast<int>(QFile::rename(tif.GetString(), target));
+    };
+    for (const char* name : {"scene.tif", "scene.xdm"}) {
+        for (const bool isReplaced : {true, false}) {
+            SCOPED_TRACE(testing::Message() << name << isReplaced);
+            const XString path = Path(name).toUtf8().constData();
+            ASSERT_TRUE(write(name, 10));
+            const auto open = OpenFile(path);
+            XDMBand& band = *open->GetBandAt(0);
+            if (isReplaced)
+                ASSERT_TRUE(write(name, 200));
+            else
+                band.SetNullValue(3);
+            ASSERT_TRUE(band.CalcExactStatistics(control, error)) << error.GetString();
+            EXPECT_FALSE(XRSFileIO::SaveStatistics({&band}, XSidecarPlace::Any, made, error));
+            EXPECT_GE(error.Find(name), 0) << error.GetString();
+            EXPECT_EQ(OpenFile(path)->GetBandAt(0)->GetBandMean(), isReplaced ? 200 : 10);
+            if (Build(path)) {
+                EXPECT_EQ(XRSFileIO::TakeUpLevels(open.get()), isReplaced ? 0 : 1);
+                EXPECT_EQ(PixelOf(band, 1, 0, 0), 10);
+            }
+            QFile::remove(Path("scene.tif.ovr"));
+        }
+    }
+}
+
+TEST_F(XRSFileLevels, WhatIsOlderThanTheFileIsLeftWithANote)
+{
+    for (const char* driver : {"GTiff", "ENVI"}) {
+        SCOPED_TRACE(driver);
+        const QString name = Path(driver);
+        double value = 10;
+        const auto write = [&] {
+            return XfnWriteGdalSample(
+                name, {.driver = driver, .width = 600, .height = 300, .value = [&](int, int, int) {
+                           return value;
+                       }});
+        };
+        const XString path = write();
+        XDMBand* band = nullptr;
+        auto file = OpenFile(path);
+        ASSERT_TRUE(file->GetBandAt(0)->CalcExactStatistics(control, error));
+        ASSERT_TRUE(Build(path) && XRSFileIO::SaveStatistics({file->GetBandAt(0)},
+                                                             XSidecarPlace::Any, made, error));
+        file = OpenFile(path);
+        EXPECT_TRUE(HasRealLevels(*file) && file->GetNotes().IsEmpty())
+            << file->GetNotes().GetString();
+        const QByteArray stale[] = {Read(name + ".ovr"), Read(name + ".aux.xml")};
+
+        value = 200;
+        write();
+        for (const int i : {0, 1}) {
+            QFile side(name + (i ? ".aux.xml" : ".ovr"));
+            ASSERT_TRUE(side.open(QIODevice::WriteOnly) && side.write(stale[i]) > 0);
+        }
+        const struct timespec times[2] = {{0, UTIME_OMIT}, {std::time(nullptr) + 5, 0}};
+        ASSERT_EQ(utimensat(AT_FDCWD, path, times, 0), 0);
+        file = OpenFile(path);
+        band = file->GetBandAt(0);
+        EXPECT_FALSE(HasRealLevels(*file));
+        EXPECT_EQ(PixelOf(*band, 1, 0, 0), 200);
+        EXPECT_EQ(band->GetBandMean(), 200);
+        EXPECT_GE(file->GetNotes().Find("pyramid is older"), 0);
+        EXPECT_GE(file->GetNotes().Find("statistics beside it are older"), 0);
+        // what is made now counts, though the file seems to come from tomorrow
+        ASSERT_TRUE(Build(path)) << error.GetString();
+        EXPECT_TRUE(XRSFileIO::TakeUpLevels(file.get()));
+        EXPECT_TRUE(HasRealLevels(*OpenFile(path)));
+    }
 }
 
 TEST_F(XRSFileLevels, ExactStatisticsAreFoundAgain)
@@ -298,14 +432,12 @@ TEST_F(XRSFileLevels, ExactStatisticsAreFoundAgain)
                                                              ? 900.0 + b
                                                              : (x * 3 + y) % 100 + 0.5 * b;
                                               }});
-        const QByteArray before = [&] {
-            QFile file(Path(c.name));
-            return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-        }();
+        const QByteArray before = Read(Path(c.name));
         QFile side(Path(QString(c.name) + ".aux.xml"));
         ASSERT_TRUE(side.open(QIODevice::WriteOnly));
-        side.write("<PAMDataset><PAMRasterBand band=\"2\"><Description>kept</Description>"
-                   "</PAMRasterBand></PAMDataset>");
+        side.write("<PAMDataset><PAMRasterBand band=\"2\"><Description>kept</Description><Metadata>"
+                   "<MDI key=\"STATISTICS_VALID_PERCENT\">7</MDI></Metadata></PAMRasterBand>"
+                   "</PAMDataset>");
         side.close();
         const auto file = OpenFile(path);
         std::vector<const XDMBand*> bands;
@@ -324,11 +456,10 @@ TEST_F(XRSFileLevels, ExactStatisticsAreFoundAgain)
             EXPECT_EQ(found->histogram, wanted->histogram);
             EXPECT_FALSE(found->isEstimated || found->isHistogramEstimated);
         }
-        ASSERT_TRUE(side.open(QIODevice::ReadOnly));
-        EXPECT_TRUE(side.readAll().contains("<Description>kept<"));
-        QFile after(Path(c.name));
-        ASSERT_TRUE(after.open(QIODevice::ReadOnly));
-        EXPECT_EQ(after.readAll(), before);
+        const QByteArray beside = Read(side.fileName());
+        EXPECT_TRUE(beside.contains("<Description>kept<"));
+        EXPECT_EQ(beside.contains("VALID_PERCENT"), made != side.fileName().toUtf8().constData());
+        EXPECT_EQ(Read(Path(c.name)), before);
     }
 }
 
@@ -341,7 +472,9 @@ TEST_F(XRSFileLevels, OnlyLargeImagesWantOne)
         std::vector<int> overviews;
         int isWanted;
     } cases[] = {{"two.tif", 16384, 20, {}, 1},
-                 {"one.tif", 12000, 20, {}, 0},
+                 {"least.tif", 8192, 20, {}, 1},
+                 {"less.tif", 8190, 20, {}, 0},
+                 {"coarse.tif", 16384, 20, {4, 16, 64}, 0},
                  {"has.tif", 16384, 20, {2, 4, 8, 16, 32, 64}, 0}};
     for (const auto& c : cases) {
         const XString path =
@@ -350,5 +483,21 @@ TEST_F(XRSFileLevels, OnlyLargeImagesWantOne)
                                               .overviews = c.overviews,
                                               .value = [](int x, int, int) { return x % 200; }});
         EXPECT_EQ(XRSFileIO::NeedsLevels(OpenFile(path).get()), c.isWanted) << c.name;
+    }
+    for (const char* type : {"Byte", "UInt16"}) { // a pyramid has one type
+        QString text = "<VRTDataset rasterXSize='16384' rasterYSize='20'>";
+        for (const char* own : {"Byte", type})
+            text += QString("<VRTRasterBand dataType='%1'><SimpleSource><SourceFilename "
+                            "relativeToVRT='1'>two.tif</SourceFilename></SimpleSource>"
+                            "</VRTRasterBand>")
+                        .arg(own);
+        QFile file(Path("mixed.vrt"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly) &&
+                    file.write((text + "</VRTDataset>").toUtf8()) > 0);
+        file.close();
+        const XString path = file.fileName().toUtf8().constData();
+        const int isWanted = XRSFileIO::NeedsLevels(OpenFile(path).get());
+        EXPECT_EQ(isWanted, QString(type) == "Byte");
+        EXPECT_EQ(Build(path), isWanted);
     }
 }

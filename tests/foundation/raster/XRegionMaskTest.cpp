@@ -75,6 +75,21 @@ TEST(XRegionMask, HoldsThePixelsUnderAShape)
     }
 }
 
+TEST(XRegionMask, NeighboursShareNoPixelAndLeaveNone)
+{
+    for (int width = 1; width < 100; ++width) {
+        for (int height = 1; height < 100; ++height) {
+            const double w = width, h = height;
+            const double xs[2][3] = {{0, w, w}, {0, w, 0}}, ys[2][3] = {{0, 0, h}, {0, h, h}};
+            XRegionMask halves[2];
+            for (const int i : {0, 1})
+                ASSERT_TRUE(halves[i].SetPolygon(xs[i], ys[i], 3, 100, 100));
+            EXPECT_EQ(halves[0].GetPixelCount() + halves[1].GetPixelCount(), width * height)
+                << width << " x " << height;
+        }
+    }
+}
+
 TEST(XRegionMask, AgreesWithAPointByPointTest)
 {
     std::mt19937 random(4);
