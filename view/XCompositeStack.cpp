@@ -3,6 +3,28 @@
 #include "foundation/raster/XDMCompManager.h"
 #include "foundation/raster/XDMComposite.h"
 
+namespace {
+
+// Sets the draw level of a composite for the time of a scope.
+class ScopeLevel
+{
+public:
+    ScopeLevel(XDMComposite& composite, int level)
+        : m_composite(composite), m_before(composite.GetDrawLevel())
+    {
+        composite.SetDrawLevel(level);
+    }
+    ~ScopeLevel() { m_composite.SetDrawLevel(m_before); }
+    ScopeLevel(const ScopeLevel&) = delete;
+    ScopeLevel& operator=(const ScopeLevel&) = delete;
+
+private:
+    XDMComposite& m_composite;
+    int m_before;
+};
+
+} // namespace
+
 std::vector<XDMComposite*> XfnListComposites(XDMCompManager* manager)
 {
     std::vector<XDMComposite*> stack;
@@ -21,7 +43,7 @@ void XfnDrawCompositeStack(const std::vector<XDMComposite*>& stack, XBackBuffer*
     for (std::size_t i = stack.size(); i-- > 0;) {
         XDMComposite* const composite = stack[i];
         composite->SetBackColor(backColor);
-        if (levels) composite->SetDrawLevel(levels[i]);
+        const ScopeLevel level(*composite, levels ? levels[i] : composite->GetDrawLevel());
         composite->Draw(target, box.minX, box.minY, box.maxX, box.maxY, i == 0 ? 1 : 0, first,
                         abort);
     }

@@ -19,7 +19,7 @@ XAPI std::vector<XDMComposite*> XfnListComposites(XDMCompManager* manager);
 /// Each is told whether it is the top one, and which was painted first (none when it is alone).
 /// @param box        world box of the surface
 /// @param backColor  0xFFBBGGRR, given to every composite
-/// @param levels     one draw level per composite, or null to leave their levels alone
+/// @param levels     one draw level per composite for this drawing; null takes their own
 /// @param abort      polled inside each composite; may be null
 XAPI void XfnDrawCompositeStack(const std::vector<XDMComposite*>& stack, XBackBuffer* target,
                                 const tagXWorldBox& box, std::uint32_t backColor, const int* levels,

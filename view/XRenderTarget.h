@@ -52,18 +52,19 @@ public:
     /// 0 once the window has gone. The worker leaves then.
     virtual int IsAlive() const = 0;
 
-    /// A sweep begins; what is asked and drawn until OnIdle or the next sweep is about `scene`.
+    /// A sweep begins; what is asked and drawn until EndSweep is about `scene`.
     virtual void BeginSweep(const std::shared_ptr<XRenderScene>& scene) = 0;
     virtual int GetCompositeCount() const = 0;
     virtual tagXLevelRange CalcLevels(int composite) = 0;
     virtual int IsCompositeStale(int composite) const = 0;
 
     /// Brings up to date what the flags name, polling the worker's cancel flag. What it throws is
-    /// dropped.
+    /// dropped; the sweep goes on, and its flags wait on when the last pass threw.
     /// @param levels  one draw level a composite; empty before the first sweep with a composite
     virtual void DrawPass(const tagXPendingFlags& flags, const std::vector<int>& levels) = 0;
     /// The pass before came to its end: wakes the thread that shows it.
     virtual void Invalidate() = 0;
 
-    virtual void OnIdle() = 0; ///< nothing is left to do
+    virtual void EndSweep() = 0; ///< lets the scene go and all that was made from it
+    virtual void OnIdle() = 0;   ///< nothing is left to do
 };

@@ -60,6 +60,7 @@ void XRenderWorker::QueCancel()
         m_scene.swap(scene);
         m_isBarred = true;
         m_isRequested = false;
+        m_restart = 0; // it was the withdrawn request that asked
         m_cancel = 1;
     }
     m_messages.Release();
@@ -115,6 +116,8 @@ XRenderWorker::XStep XRenderWorker::Step(unsigned timeoutMs)
         ResetLevels();
         isShort = -1;
     }
+    m_target.EndSweep();
+    scene.reset(); // whoever waits for rest may take away what it was drawn from
     EndSweep(flags, isShort);
     return step;
 }
@@ -145,7 +148,7 @@ XRenderWorker::XStep XRenderWorker::Sweep(const std::shared_ptr<XRenderScene>& s
     };
     m_target.BeginSweep(scene);
     const int count = m_target.GetCompositeCount();
-    int passes = 0;
+    int passes = 0, isLost = 0;
     if (count > 0) {
         if (!m_target.IsAlive()) return leave();
         std::vector<int> highest, maximum;
@@ -174,16 +177,19 @@ XRenderWorker::XStep XRenderWorker::Sweep(const std::shared_ptr<XRenderScene>& s
         }
         if (!m_target.IsAlive()) return leave();
         if (m_isTerminating) return XStep::Left;
-        if (!DrawPass(flags)) {
+        const XPass result = DrawPass(flags);
+        if (result == XPass::Cancelled) {
             isShort = 1;
             break;
         }
+        isLost = result == XPass::Threw;
         if (!m_target.IsAlive()) return leave();
         if (m_isTerminating) return XStep::Left;
         if (!m_cancel) m_target.Invalidate();
         if (m_restart.exchange(0)) m_cancel = 1;
     }
     if (isShort) ResetLevels();
+    if (!isShort && isLost) isShort = -1; // the flags wait, but a lasting fault is not asked again
     return XStep::Served;
 }
 
@@ -201,17 +207,18 @@ int XRenderWorker::StartPass(int pass, bool isFirst)
     return 1;
 }
 
-/// 0 when the pass was cancelled.
-int XRenderWorker::DrawPass(const tagXPendingFlags& flags)
+XRenderWorker::XPass XRenderWorker::DrawPass(const tagXPendingFlags& flags)
 {
+    XPass result = XPass::Drawn;
     m_isDrawing = 1;
     try {
         m_target.DrawPass(flags, GetDrawLevels());
     } catch (...) { // the sweep goes on with the next level
+        result = XPass::Threw;
     }
-    const int isCancelled = m_cancel;
+    if (m_cancel) result = XPass::Cancelled;
     m_isDrawing = 0;
-    return !isCancelled;
+    return result;
 }
 
 void XRenderWorker::EndSweep(const tagXPendingFlags& flags, int isShort)

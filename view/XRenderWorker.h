@@ -22,8 +22,8 @@
 /// request of all, and every request while composite 0 has a single level, ends its own sweep after
 /// one pass; SetAlwaysRefine adds a sweep then.
 ///
-/// A sweep that ended early leaves its flags waiting, so nothing that was raised is lost. After it
-/// all draw levels are -1 (a composite chooses by itself); after a whole sweep they stay where its
+/// A sweep that ended early, or whose last pass threw, leaves its flags waiting, so nothing that
+/// was raised is lost. After one that ended early all draw levels are -1 (a composite chooses by itself); after a whole sweep they stay where its
 /// last pass put them.
 ///
 /// Threads: Start, Stop and the destructor belong to the owner's thread; the rest is free. Que never
@@ -86,7 +86,8 @@ private:
     int TakeRequest(std::shared_ptr<XRenderScene>& scene, tagXPendingFlags& flags);
     XStep Sweep(const std::shared_ptr<XRenderScene>& scene, tagXPendingFlags& flags, int& isShort);
     int StartPass(int pass, bool isFirst);
-    int DrawPass(const tagXPendingFlags& flags);
+    enum class XPass { Drawn, Threw, Cancelled };
+    XPass DrawPass(const tagXPendingFlags& flags);
     void EndSweep(const tagXPendingFlags& flags, int isShort);
     void ResetLevels();
 

@@ -42,13 +42,13 @@ XTQSpaceView::XTQSpaceView(QWidget* parent)
 XTQSpaceView::~XTQSpaceView()
 {
     OnDestroy();
+    --s_viewCount;
     m_dialogs.ReleaseAll();
     m_selection.Clear();
     DestroyAll(m_innerBases);
     m_externalBases.RemoveAll();
     DestroyAll(m_symbolTables);
     if (m_compManager) m_compManager->RemoveXDMCompositeAll();
-    --s_viewCount;
 }
 
 int XTQSpaceView::GetViewCount()

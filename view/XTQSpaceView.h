@@ -229,7 +229,9 @@ public:
     void UpdateVertBufferMeasure() override;
     void UpdateVertBufferBookMark() override;
     /// Draws the main surface whatever its flag says, on the calling thread; a progressive view stops
-    /// its worker first and shows the result. Inside a paint report it only raises the flag.
+    /// its worker first and shows the result, coarse where the worker had not come to the level that
+    /// the zoom needs; then the flag is raised again, and the next Que refines. Inside a paint
+    /// report it only raises the flag.
     void UpdateBackBuffer() override;
     void UpdateBackBufferTemp() override;
 
@@ -347,9 +349,12 @@ private:
     int StartWorker();
     std::shared_ptr<XRenderScene> RecordScene();
     void AdoptPicture();
+    std::shared_ptr<tagXViewPicture> MakeOwnPicture();
+    void SetPicture(const std::shared_ptr<const tagXViewPicture>& picture);
     void PublishOwn();
     void ShowPicture(XDC& dc) const;
-    std::vector<int> GetDirectLevels(const std::vector<XDMComposite*>& stack) const;
+    std::vector<int> GetDirectLevels(const std::vector<XDMComposite*>& stack,
+                                     const tagXWorldBox& box, int& isFinest);
     void TellBusy();
     int OnRendererMessage(unsigned message);
     int UpdatePicture();

@@ -143,7 +143,8 @@ int XTQSpaceView::DrawMainBack()
     m_mapping.SetVisibleBox(box);
 
     const auto stack = XfnListComposites(m_compManager.get());
-    const auto levels = GetDirectLevels(stack);
+    int isFinest = 1;
+    const auto levels = GetDirectLevels(stack, box, isFinest);
     XfnDrawCompositeStack(stack, &buffer, box, m_objects.m_backColor,
                           levels.empty() ? nullptr : levels.data(), &m_cancel);
     const unsigned timeoutMs = XfnGetPaintReportTimeout(stack.size());
@@ -152,11 +153,12 @@ int XTQSpaceView::DrawMainBack()
     for (XViewBuffer vertex : kReplayed)
         m_overlay.GetVertex(vertex).Draw(&buffer);
     if (!ReportPaint(XViewReport::PaintedVectors, timeoutMs)) return 0;
-    m_dialogs.DrawMapGrid(&buffer);
+    if (!GetProgressiveView()) m_dialogs.DrawMapGrid(&buffer); // else when it is shown
 
     // an event loop within a report may have resized or moved what is drawn here
     if (!(buffer.GetMapping() == drawnAt)) buffer.SetUpdateNeeded();
     if (buffer.IsUpdateNeeded()) Repaint(Reason::Invalidate);
+    if (!isFinest) buffer.SetUpdateNeeded(); // the next request refines
     m_dialogs.TellDrawn(box);
     return 1;
 }

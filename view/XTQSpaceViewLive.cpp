@@ -31,7 +31,10 @@ void XTQSpaceView::SetProgressiveView(int isOn)
     if (!isOn) QueCancel();
     worker.SetProgressive(isOn);
     if (!m_isCreated) return;
-    if (isOn && !m_overlay.IsRaised(XViewBuffer::MainBack)) PublishOwn();
+    if (isOn && !m_overlay.IsRaised(XViewBuffer::MainBack)) {
+        // with its map grid, for the worker begins anew
+        if (const auto own = MakeOwnPicture()) m_picture = own;
+    }
     m_overlay.Raise({XViewBuffer::MainBack, XViewBuffer::TempBack});
     Repaint(Reason::Invalidate);
 }
@@ -95,6 +98,16 @@ void XTQSpaceView::AdoptPicture()
         if (std::find(stack.begin(), stack.end(), own) != stack.end())
             own->TakeDrawResults(drawn.get());
 
+    SetPicture(picture);
+    if (!picture->isMainNew) return;
+    m_dialogs.RepaintButtonPanel();
+    m_dialogs.TellDrawn(picture->box);
+}
+
+/// The map grid belongs to the user interface, so it is laid over what is shown and is no part of
+/// what the worker goes on with.
+void XTQSpaceView::SetPicture(const std::shared_ptr<const tagXViewPicture>& picture)
+{
     XBackBuffer& back = m_overlay.GetMainBack();
     m_picture = picture;
     if (m_dialogs.IsMapGridShown()) {
@@ -110,27 +123,32 @@ void XTQSpaceView::AdoptPicture()
     }
     if (back.GetImage().size() == m_picture->main->size()) back.GetImage() = *m_picture->main;
     update();
-    if (!picture->isMainNew) return;
-    m_dialogs.RepaintButtonPanel();
-    m_dialogs.TellDrawn(picture->box);
 }
 
-/// What was drawn on the view's own surfaces becomes the picture shown. Nothing is being drawn.
-void XTQSpaceView::PublishOwn()
+/// What was drawn on the view's own surfaces; null when there is nothing.
+std::shared_ptr<tagXViewPicture> XTQSpaceView::MakeOwnPicture()
 {
     auto picture = std::make_shared<tagXViewPicture>();
     picture->main = std::make_shared<QImage>(m_overlay.GetMainBack().GetImage());
     picture->mapping = m_overlay.GetMainBack().GetMapping();
     picture->box = m_mapping.GetBound();
-    if (picture->main->isNull()) return;
+    if (picture->main->isNull()) return nullptr;
     if (!m_overlay.GetVertex(XViewBuffer::TempVertex).IsEmpty()) {
         m_overlay.UpdateTempBack();
         picture->overlay = std::make_shared<QImage>(m_overlay.GetTempBack().GetImage());
     }
     XfnComposePicture(*picture, std::make_shared<QImage>(picture->main->copy()));
+    return picture;
+}
+
+/// What was drawn on the view's own surfaces, without a map grid, becomes the picture shown and the
+/// one that the worker goes on with. Nothing is being drawn.
+void XTQSpaceView::PublishOwn()
+{
+    const auto picture = MakeOwnPicture();
+    if (!picture) return;
     m_renderer.SetMain(*picture);
-    m_picture = std::move(picture);
-    update();
+    SetPicture(picture);
 }
 
 void XTQSpaceView::ShowPicture(XDC& dc) const
@@ -142,15 +160,23 @@ void XTQSpaceView::ShowPicture(XDC& dc) const
                    m_objects.m_backColor);
 }
 
-/// The draw levels of a direct drawing: those of the last whole sweep; else the coarsest, since
-/// whoever asks for one waits for it.
-std::vector<int> XTQSpaceView::GetDirectLevels(const std::vector<XDMComposite*>& stack) const
+/// The draw levels of a direct drawing in a progressive view: where the last whole sweep left the
+/// level that the zoom needs, that one; else the coarsest, since whoever asks waits for it. Levels
+/// of a sweep of other composites or at another zoom mostly fall out here too, and where one fits
+/// by chance it is right.
+std::vector<int> XTQSpaceView::GetDirectLevels(const std::vector<XDMComposite*>& stack,
+                                               const tagXWorldBox& box, int& isFinest)
 {
+    isFinest = 1;
     if (!GetProgressiveView()) return {};
     std::vector<int> levels = m_renderer.GetWorker().GetDrawLevels();
     levels.resize(stack.size(), -1);
-    for (std::size_t i = 0; i < stack.size(); ++i)
-        if (levels[i] < 0) levels[i] = stack[i]->GetMaxLevel();
+    for (std::size_t i = 0; i < stack.size(); ++i) {
+        const int needed = stack[i]->GetHighestLevelForTarget(&m_overlay.GetMainBack(), box.minX,
+                                                              box.minY, box.maxX, box.maxY);
+        if (levels[i] != needed) levels[i] = stack[i]->GetMaxLevel();
+        if (levels[i] != needed) isFinest = 0;
+    }
     return levels;
 }
 

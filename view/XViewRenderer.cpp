@@ -3,6 +3,7 @@
 #include "foundation/surface/XVertBuffer.h"
 #include "view/XCompositeStack.h"
 
+#include <new>
 #include <utility>
 
 namespace {
@@ -110,7 +111,8 @@ int XViewRenderer::IsCompositeStale(int composite) const
 void XViewRenderer::DrawPass(const tagXPendingFlags& flags, const std::vector<int>& levels)
 {
     m_flags = flags;
-    if (!m_last.main) m_flags.mainBack = m_flags.tempBack = 1;
+    if (!m_last.main || !(m_last.mapping == m_scene->mapping))
+        m_flags.mainBack = m_flags.tempBack = 1;
     m_levels = levels;
     m_next.reset();
     m_draw();
@@ -141,16 +143,23 @@ void XViewRenderer::DrawScene()
     }
     if (m_flags.tempBack) next->overlay = DrawOverlay();
     if (IsCancelled()) return;
-    if (!XfnComposePicture(*next, next->overlay ? m_pool.Take(next->main->size()) : nullptr))
-        return;
+    XfnComposePicture(*next, next->overlay ? TakePixels() : nullptr);
     m_next = std::move(next);
 }
 
-/// Null when the pass has been cancelled meanwhile, or without memory.
-std::shared_ptr<QImage> XViewRenderer::DrawMain()
+/// Throws without memory, so that the flags of the pass wait on.
+std::shared_ptr<QImage> XViewRenderer::TakePixels()
 {
     std::shared_ptr<QImage> pixels = m_pool.Take(SizeOf(m_scene->mapping));
-    if (!pixels || IsCancelled()) return nullptr;
+    if (!pixels) throw std::bad_alloc();
+    return pixels;
+}
+
+/// Null when the pass has been cancelled meanwhile.
+std::shared_ptr<QImage> XViewRenderer::DrawMain()
+{
+    std::shared_ptr<QImage> pixels = TakePixels();
+    if (IsCancelled()) return nullptr;
     m_surface.SetMapping(m_scene->mapping); // a host may have changed it in a report
     const PixelLoan loan(m_surface, *pixels);
     m_surface.Clear(m_scene->backColor);
@@ -177,8 +186,7 @@ std::shared_ptr<QImage> XViewRenderer::DrawMain()
 std::shared_ptr<QImage> XViewRenderer::DrawOverlay()
 {
     if (!m_scene->overlay || m_scene->overlay->GetCommands().empty()) return nullptr;
-    std::shared_ptr<QImage> pixels = m_pool.Take(SizeOf(m_scene->mapping));
-    if (!pixels) return nullptr;
+    std::shared_ptr<QImage> pixels = TakePixels();
     m_surface.SetMapping(m_scene->mapping);
     const PixelLoan loan(m_surface, *pixels);
     m_surface.Clear(0xFF000000u);
@@ -211,9 +219,13 @@ void XViewRenderer::Invalidate()
     if (!std::exchange(m_next, nullptr)) XfnPostMessage(m_window, kXPictureMessage, 0, 0);
 }
 
-void XViewRenderer::OnIdle()
+void XViewRenderer::EndSweep()
 {
     m_scene.reset();
     m_next.reset();
+}
+
+void XViewRenderer::OnIdle()
+{
     XfnPostMessage(m_window, kXIdleMessage, 0, 0);
 }

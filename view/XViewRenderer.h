@@ -53,10 +53,12 @@ private:
     int IsCompositeStale(int composite) const override;
     void DrawPass(const tagXPendingFlags& flags, const std::vector<int>& levels) override;
     void Invalidate() override;
+    void EndSweep() override;
     void OnIdle() override;
 
     int IsStopped() const;
     int IsCancelled();
+    std::shared_ptr<QImage> TakePixels();
     std::shared_ptr<QImage> DrawMain();
     std::shared_ptr<QImage> DrawOverlay();
 

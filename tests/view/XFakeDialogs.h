@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/surface/XBackBuffer.h"
 #include "foundation/surface/XVertBuffer.h"
 #include "view/XViewDialogs.h"
 
@@ -169,7 +170,11 @@ public:
     explicit XFakeMapGrid(XFakeDialogLog& log) : XFakeWindow(log, "grid") {}
     int IsShown() const override { return m_shown; }
     void CalcMapGridProperty(XBackBuffer*) override { Note("calc"); }
-    void DrawMapGrid(int, XBackBuffer*) override { Note("draw"); }
+    void DrawMapGrid(int, XBackBuffer* buffer) override
+    {
+        Note("draw");
+        buffer->GetImage().setPixel(1, 1, buffer->GetImage().pixel(1, 1) + 16);
+    }
     int RunPropertyDlg(QWidget*) override
     {
         Note("run");

@@ -17,7 +17,10 @@ class XFakeTarget : public XRenderTarget
 {
 public:
     int IsAlive() const override { return isAlive; }
-    void BeginSweep(const std::shared_ptr<XRenderScene>& begun) override { scene = begun; }
+    void BeginSweep(const std::shared_ptr<XRenderScene>& begun) override
+    {
+        watched = scene = begun;
+    }
     int GetCompositeCount() const override { return static_cast<int>(ranges.size()); }
     tagXLevelRange CalcLevels(int composite) override
     {
@@ -35,7 +38,12 @@ public:
         if (onPass) onPass(++passes);
     }
     void Invalidate() override { log += "!"; }
-    void OnIdle() override { log += "."; }
+    void EndSweep() override { scene.reset(); }
+    void OnIdle() override
+    {
+        log += ".";
+        holders = watched.use_count();
+    }
 
     std::atomic<int> isAlive{1};
     std::vector<tagXLevelRange> ranges;
@@ -46,6 +54,8 @@ public:
     std::string log; ///< levels of each pass, "!" where it was shown, "." where the worker rested
     tagXPendingFlags drawn;
     std::shared_ptr<XRenderScene> scene;
+    std::weak_ptr<XRenderScene> watched;
+    long holders = -1; ///< of the scene, at rest
 };
 
 constexpr tagXPendingFlags kMain{0, 0, 1, 0, 0};
@@ -146,9 +156,6 @@ TEST_F(XRenderWorkerTest, ARequestWhileLevelsAreLookedUpLetsTheCoarsePassFinish)
 {
     target.ranges = {{0, 2}};
     FinishFirst();
-    Que();
-    Drain();
-    target.log.clear();
     int count = 0;
     target.onLevels = [&] {
         if (count++ == 0) Que();
@@ -216,10 +223,28 @@ TEST_F(XRenderWorkerTest, AThrownPassLetsTheSweepGoOn)
     Que();
     EXPECT_NO_THROW(Drain());
     EXPECT_EQ(target.log, "2! 1! 0!.");
+    EXPECT_EQ(worker.GetPendingFlags(), tagXPendingFlags()) << "the last pass drew them";
+    worker.SetAlwaysRefine(1); // a fault that lasts is not tried for ever
+    target.onPass = [](int) { throw std::runtime_error("every pass"); };
+    Que();
+    EXPECT_EQ(Drain(), XRenderWorker::XStep::Nothing);
+    EXPECT_EQ(worker.GetPendingFlags(), kMain);
+    target.onPass = nullptr;
+    Que();
+    Drain();
     target.onLevels = [] { throw std::bad_alloc(); };
     Que(kTemp);
     EXPECT_NO_THROW(Drain());
     EXPECT_EQ(worker.GetPendingFlags(), kTemp);
+}
+
+TEST_F(XRenderWorkerTest, AtRestTheSceneIsHeldByNobodyWhoDraws)
+{
+    worker.Que(17, kMain, std::make_shared<XRenderScene>());
+    Drain();
+    EXPECT_EQ(target.holders, 1) << "for the next sweep";
+    worker.QueCancel();
+    EXPECT_TRUE(target.watched.expired());
 }
 
 TEST_F(XRenderWorkerTest, AWindowThatHasGoneEndsTheWorkerAtItsNextCheck)
@@ -281,19 +306,33 @@ TEST_F(XRenderWorkerThreadTest, QueCancelReturnsWhenNothingIsDrawnAndWithdrawsWh
     tagXPendingFlags both = kMain;
     both.Merge(kTemp);
     EXPECT_EQ(worker.GetPendingFlags(), both);
+    Que();
+    while (worker.IsBusy())
+        std::this_thread::yield();
+    worker.QueCancel();
+    EXPECT_EQ(target.log, "3. 3! 2! 1! 0!.") << "nothing of what was withdrawn cuts it short";
 }
 
 TEST_F(XRenderWorkerThreadTest, BarrierAgainstRequestsThatAreJustBeingTaken)
 {
     broken.Set();
-    target.onPass = nullptr;
+    std::atomic<int> isInside{0}, passes{0};
+    target.onPass = [&](int) {
+        isInside = 1;
+        std::this_thread::yield();
+        ++passes;
+        isInside = 0;
+    };
     for (int i = 0; i < 2000; ++i) {
         Que();
-        if (i % 3 == 0) std::this_thread::yield();
+        while (i % 3 == 0 && !isInside && worker.IsBusy())
+            std::this_thread::yield();
         worker.QueCancel();
+        EXPECT_FALSE(isInside);
         target.log.clear(); // a race, for the sanitizer, if the worker still ran
         target.ranges[0].maximum = 1 + i % 3;
     }
+    EXPECT_GT(passes, 600) << "every third request at the least";
 }
 
 TEST_F(XRenderWorkerThreadTest,
@@ -332,13 +371,6 @@ TEST_F(XRenderWorkerThreadTest, StopEndsAPassThatHangsInASendAndJoins)
     worker.QueCancel();
     EXPECT_EQ(host.GetMessages().size(), 0u);
     EXPECT_EQ(result, 1u);
-}
-
-TEST_F(XRenderWorkerThreadTest, StopAtRestLeavesByTheTerminateEvent)
-{
-    worker.Stop();
-    EXPECT_EQ(result, 1u);
-    EXPECT_FALSE(worker.Start([] {})) << "its life is over";
 }
 
 } // namespace

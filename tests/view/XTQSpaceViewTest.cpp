@@ -42,6 +42,16 @@ TEST_F(XTQSpaceViewTest, ANewViewHasWhatToolsNeed)
 
 TEST(XViewLifeTest, ViewsAreCountedAndShowMakesThem)
 {
+    class XCountingBase : public XvcBase // the view's own, so it goes with it
+    {
+    public:
+        explicit XCountingBase(int& count) : m_count(count) {}
+        ~XCountingBase() override { m_count = XTQSpaceView::GetViewCount(); }
+
+    private:
+        int& m_count;
+    };
+    int within = -1;
     const int before = XTQSpaceView::GetViewCount();
     {
         XTQSpaceView view;
@@ -52,7 +62,9 @@ TEST(XViewLifeTest, ViewsAreCountedAndShowMakesThem)
         EXPECT_EQ(view.UpdateComposites(), 0);
         view.show();
         EXPECT_NE(view.GetXDMCompManager(), nullptr);
+        view.GetInnBaseList()->AddTail(new XCountingBase(within));
     }
+    EXPECT_EQ(within, before) << "a view that goes is none while its parts go";
     EXPECT_EQ(XTQSpaceView::GetViewCount(), before);
 }
 

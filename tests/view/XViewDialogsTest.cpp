@@ -276,6 +276,26 @@ TEST_F(XViewDialogsTest, TheGridIsDrawnOnceItIsShown)
     EXPECT_EQ(log.calls.back(), "grid release");
 }
 
+TEST_F(XViewDialogsTest, AProgressiveViewLaysTheGridOverItsPictureOnce)
+{
+    Show(picture);
+    const auto settle = [this] { XfnRunUntil([this] { return !view.IsBusy(); }); };
+    const auto value = [this] { return view.GetBackBuffer()->GetImage().pixel(1, 1) & 0xFF; };
+    view.SetAlwaysRefine(1);
+    view.SetProgressiveView(1);
+    settle();
+    const unsigned plain = value();
+    view.ShowMapGridProperty(&view);
+    settle();
+    EXPECT_EQ(value(), plain + 16);
+    view.SetBackgroundColor(view.GetXvcBackColor());
+    EXPECT_EQ(value(), plain + 16);
+    view.GetOverlay().Raise({XViewBuffer::TempVertex, XViewBuffer::TempBack});
+    view.InvalidateControl(0); // the rasters are not drawn anew
+    settle();
+    EXPECT_EQ(value(), plain + 16);
+}
+
 TEST_F(XViewDialogsTest, ButtonsGoToThePanel)
 {
     view.AddPropButton(24);

@@ -1,3 +1,5 @@
+#include "foundation/raster/XDMVand.h"
+#include "foundation/vector/XvcBase.h"
 #include "foundation/vector/XvcLayer.h"
 #include "foundation/vector/XvcPoint.h"
 #include "tests/view/XProgressiveFixture.h"
@@ -150,52 +152,206 @@ TEST_F(XViewProgressiveTest, ASelectionIsSeenWithoutDrawingTheRastersAnew)
     view.GetXDMCompManager()->RemoveXDMCompositeAll();
 }
 
-/// A view whose passes can be counted and halted, and that tells when it is busy.
+TEST_F(XViewProgressiveTest, ADirectDrawingIsRefinedAndLeavesNoLevelBehind)
+{
+    XSlowBand band(2048, 2048), other(2048, 2048);
+    XDMComposite* composite = ShowBand(&band);
+    const auto expectDirect = [this](const char* when) {
+        SCOPED_TRACE(when);
+        Settle();
+        const QImage live = Shown();
+        view.SetProgressiveView(0);
+        EXPECT_EQ(Paint(), live);
+        view.SetProgressiveView(1);
+        Settle();
+    };
+    view.ZoomOneToOne();
+    view.SetBackgroundColor(0xFF203040u); // in mid-sweep, so coarse
+    EXPECT_EQ(composite->GetDrawLevel(), -1);
+    view.SetProgressiveView(0);
+    const QImage direct = Paint();
+    view.SetProgressiveView(1);
+    Settle();
+    EXPECT_EQ(direct, Shown());
+
+    host.Forget();
+    view.SetBackgroundColor(0xFF304050u);
+    Settle();
+    EXPECT_EQ(Count(41061), 1) << "what was drawn fine needs no sweep";
+    ShowBand(&other); // at the place of the levels of the first
+    view.SetBackgroundColor(0xFF405060u);
+    expectDirect("another stack");
+    view.SetWorldPerPixel(6, 6); // nobody asked for a picture
+    view.SetBackgroundColor(0xFF506070u);
+    expectDirect("another zoom");
+    view.GetXDMCompManager()->RemoveXDMCompositeAll();
+}
+
+TEST(XSceneCompositeTest, ACloneOfAPreparedCompositeDoesNotLookAtItsVectors)
+{
+    auto* layer = new XvcLayer;
+    auto* point = new XvcPoint(0, 0);
+    point->SetThick(20);
+    layer->AddTail(point);
+    XvcBase base;
+    base.AddTail(layer);
+    base.CalcRange();
+    XDMVand vand;
+    vand.SetBase(&base);
+    XDMComposite own, clone, clonesClone;
+    own.SetMode(3);
+    own.SetVand(&vand);
+    const auto isDrawn = [](XDMComposite& composite) {
+        XBackBuffer surface;
+        surface.Resize(nullptr, 40, 40);
+        surface.SetWorldToCenter(0, 0);
+        surface.Clear(0xFF112233u);
+        const QImage before = surface.GetImage().copy();
+        composite.Draw(&surface, -20, -20, 20, 20, 1, nullptr, nullptr);
+        return surface.GetImage() != before;
+    };
+    own.PrepareVector();
+    clone.CloneXDMComposite(&own);
+    base.SetHideFlag(1);
+    clonesClone.CloneXDMComposite(&clone);
+    EXPECT_TRUE(isDrawn(clone));
+    EXPECT_TRUE(isDrawn(clonesClone));
+    EXPECT_FALSE(isDrawn(own));
+    clone.UpdateVector();
+    EXPECT_FALSE(isDrawn(clone)) << "on its own again";
+}
+
+/// A view whose passes can be counted, halted and broken, and that tells when it is busy.
 class XWatchedView : public XTQSpaceView
 {
 public:
     ~XWatchedView() override { OnDestroy(); }
     void OnPreDraw() override
     {
+        ++begun;
+        if (inPass) inPass();
         XTQSpaceView::OnPreDraw();
         ++passes;
         passed.Set();
     }
     void OnBusyChanged(int isBusy) override { busy.push_back(isBusy); }
 
-    std::atomic<int> passes{0};
+    std::function<void()> inPass; // changed at rest only
+    std::atomic<int> begun{0}, passes{0};
     XEvent passed;
     std::vector<int> busy;
 };
 
-TEST(XWatchedViewTest, AHostThatNeverAnswersDelaysThePassesOnly)
+/// It shows a band of levels 0 to 3 pixel on pixel, and its worker is at rest.
+class XWatchedViewTest : public ::testing::Test
 {
+protected:
+    XWatchedViewTest()
+    {
+        view.SetAlwaysRefine(1);
+        view.SetProgressiveView(1);
+        view.resize(400, 200);
+        view.show();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(&view));
+        composite = view.GetXDMCompManager()->NewXDMComposite(0);
+        composite->SetBand(&band, 0);
+        composite->SetCutRange(0, 255, 0);
+        view.GetXDMCompManager()->AddXDMComposite(composite);
+        view.SetWorldPerPixel(1, 1);
+        view.SetWorldToCenter(500, -500);
+        view.InvalidateControl(1);
+        Settle();
+        view.begun = view.passes = 0;
+    }
+    ~XWatchedViewTest() override
+    {
+        view.QueCancel();
+        view.GetXDMCompManager()->RemoveXDMCompositeAll();
+    }
+    void Settle()
+    {
+        XfnRunUntil([this] { return !view.IsBusy(); });
+        XfnRunPending();
+    }
+    QImage Shown() { return view.grab().toImage().convertToFormat(QImage::Format_RGB32); }
+    void RightButton(QEvent::Type type, int x, int y)
+    {
+        const auto button = type == QEvent::MouseMove ? Qt::NoButton : Qt::RightButton;
+        QMouseEvent event(type, QPointF(x, y), QPointF(x, y), button, Qt::RightButton,
+                          Qt::NoModifier);
+        QApplication::sendEvent(&view, &event);
+    }
+
     XMessageRecorder host;
-    XSlowBand band(2048, 1024);
+    XSlowBand band{2048, 1024};
     XWatchedView view;
-    view.SetAlwaysRefine(1);
-    view.SetProgressiveView(1);
-    view.resize(400, 200);
-    view.Create();
-    XfnRunUntil([&] { return !view.IsBusy(); });
+    XDMComposite* composite = nullptr;
+};
+
+TEST_F(XWatchedViewTest, AHostThatNeverAnswersDelaysThePassesOnly)
+{
     view.Initialize(host.GetHWND(), 1);
-    XDMComposite* composite = view.GetXDMCompManager()->NewXDMComposite(0);
-    composite->SetBand(&band, 0);
-    view.GetXDMCompManager()->AddXDMComposite(composite);
-    XfnRunPending();
     view.busy.clear();
-    view.passes = 0;
-    view.SetWorldPerPixel(1, 1);
-    view.SetWorldToCenter(500, -500);
     view.InvalidateControl(1);
-    while (view.passes < 5) // no event loop runs: nobody answers
+    while (view.passes < 4) // no event loop runs: nobody answers
         ASSERT_TRUE(view.passed.Wait(60000));
     host.Forget();
-    XfnRunUntil([&] { return !view.IsBusy(); });
-    XfnRunPending();
+    Settle();
     EXPECT_TRUE(host.GetMessages().empty()) << "what timed out is never delivered";
     EXPECT_EQ(view.busy, (std::vector<int>{1, 0}));
-    view.GetXDMCompManager()->RemoveXDMCompositeAll();
+}
+
+TEST_F(XWatchedViewTest, AReadOutDuringAPassAnswersNoAndWritesNothing)
+{
+    XEvent entered, gate{XEvent::XReset::Manual};
+    view.inPass = [&] {
+        entered.Set();
+        gate.Wait(60000);
+    };
+    view.InvalidateControl(1);
+    ASSERT_TRUE(entered.Wait(60000));
+    double values[3] = {1, 2, 3};
+    EXPECT_EQ(view.ShowPosValue(10, 10, values), 0);
+    EXPECT_EQ(std::vector<double>(values, values + 3), (std::vector<double>{1, 2, 3}));
+    gate.Set();
+    Settle();
+    EXPECT_EQ(view.ShowPosValue(200, 100, values), 1);
+    EXPECT_EQ(values[0], ((500 * 2048 + 500) * 7 + (500 * 2048 + 500) / 97) & 255);
+}
+
+TEST_F(XWatchedViewTest, AnOverlayAfterPassesThatThrewLiesOnAPictureOfTheSameMapping)
+{
+    view.inPass = [] { throw std::bad_alloc(); };
+    view.SetWorldToCenter(900, -400);
+    view.InvalidateControl(1);
+    Settle();
+    EXPECT_EQ(view.passes, 0);
+    view.inPass = nullptr;
+    view.GetOverlay().Raise({XViewBuffer::TempVertex, XViewBuffer::TempBack});
+    view.InvalidateControl(0);
+    Settle();
+    const QImage live = Shown();
+    view.SetProgressiveView(0);
+    EXPECT_EQ(live, Shown());
+}
+
+TEST_F(XWatchedViewTest, APanMovesTheNewestPictureThatWasDrawn)
+{
+    view.inPass = [this] {
+        if (view.begun > 1) throw std::bad_alloc();
+    };
+    const QImage stale = Shown();
+    composite->SetCutRange(0, 100, 0);
+    view.InvalidateControl(1);
+    for (int i = 0; i < 60000 && view.begun < 2; ++i) // the first pass waits to be shown
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_EQ(Shown(), stale);
+    RightButton(QEvent::MouseButtonPress, 50, 50);
+    const QImage newest = Shown();
+    EXPECT_NE(newest, stale);
+    RightButton(QEvent::MouseMove, 67, 39);
+    EXPECT_EQ(newest.copy(0, 11, 383, 189), Shown().copy(17, 0, 383, 189));
+    view.QueCancel();
 }
 
 TEST_F(XViewProgressiveTest, AModalBoxWithinAReportSeesALiveView)
@@ -255,6 +411,7 @@ TEST_F(XViewProgressiveTest, AModalBoxWithinAReportSeesALiveView)
 
 TEST_F(XViewProgressiveTest, CompositesGoWhileAPassRuns)
 {
+    int running = 0;
     for (int i = 0; i < 30; ++i) {
         auto band = std::make_unique<XSlowBand>(1024, 1024);
         band->delayUs = 500;
@@ -263,6 +420,7 @@ TEST_F(XViewProgressiveTest, CompositesGoWhileAPassRuns)
         view.ZoomOneToOne();
         if (i % 2) XfnRunUntil([&] { return view.IsDrawing() || !view.IsBusy(); });
         if (i % 3 == 0) XfnRunPending();
+        running += view.IsDrawing();
         view.QueCancel();
         EXPECT_FALSE(view.IsDrawing());
         view.GetXDMCompManager()->RemoveXDMCompositeAll();
@@ -272,6 +430,7 @@ TEST_F(XViewProgressiveTest, CompositesGoWhileAPassRuns)
     }
     Settle();
     EXPECT_EQ(Shown().pixel(200, 100), 0xFF000000u);
+    EXPECT_GE(running, 5);
 }
 
 } // namespace

@@ -36,11 +36,11 @@ void XZoomRectTool::Move(const tagXToolEvent& event)
 
 void XZoomRectTool::Release(const tagXToolEvent& event)
 {
-    if (!GetTarget().GetRubberBand().IsShown()) return;
+    const int isBand = GetTarget().GetRubberBand().IsShown();
     Cancel();
     tagXToolState& state = GetTarget().GetToolState();
     state.current = event.pixel;
-    if (state.start.x() != state.current.x() && state.start.y() != state.current.y()) {
+    if (isBand && state.start.x() != state.current.x() && state.start.y() != state.current.y()) {
         XViewMapping& mapping = GetTarget().GetViewMapping();
         double x = state.start.x(), y = state.start.y();
         mapping.PixelToWorld(x, y);

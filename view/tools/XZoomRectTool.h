@@ -10,7 +10,8 @@
 ///   dragging --right double click--> idle  post mode, nothing is fitted or reported
 ///   dragging --cancel-->  idle      nothing is fitted or reported
 ///
-/// A release without a press, of a button that went down before the mode was set, is ignored.
+/// A release without a press, of a button that went down before the mode was set or whose band was
+/// cancelled, fits nothing but ends and is reported like any other.
 class XAPI XZoomRectTool final : public XViewTool
 {
 public:
