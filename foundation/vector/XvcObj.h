@@ -99,7 +99,7 @@ public:
 
     /// @param toleranceX, toleranceY  world units; below 0 counts as 0
     /// @param hitFlag  written on a hit only
-    /// @return the object hit (a member, for a compound one), or null
+    /// @return the object hit, which is this one save where a class says otherwise, or null
     virtual XvcObj* HitTest(const tagXVector3& point, double toleranceX, double toleranceY,
                             tagXHitFlag& hitFlag);
     virtual XvcObj* HitTest(const tagXVector3& point, double tolerance, tagXHitFlag& hitFlag);

@@ -4,15 +4,16 @@
 #include "foundation/base/XFileException.h"
 #include "foundation/base/XNumber.h"
 #include "foundation/base/XPtrArray.h"
+#include "foundation/base/XSentinels.h"
 #include "foundation/base/XWarp2D.h"
 #include "foundation/surface/XPointShape.h"
 #include "foundation/surface/XVertBuffer.h"
-#include "foundation/vector/XDrawAttrs.h"
+#include "foundation/vector/XVectorPaint.h"
+#include "foundation/vector/XVertexMath.h"
 #include "foundation/vector/XWkbReader.h"
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 
 X_IMPLEMENT_CLASS(XvcPoint, XvcObj)
 
@@ -21,28 +22,6 @@ namespace {
 constexpr int kMinPieSegs = 3;
 constexpr int kMaxPieSegs = 360;
 constexpr std::uint16_t kArchiveVersion = 1;
-
-bool IsUsable(double value)
-{
-    return std::isfinite(value) && XfnIsSet(value);
-}
-
-// A step that would carry a coordinate beyond what a coordinate can be is not taken.
-bool CanMove(const tagXVector3& vertex, double dx, double dy, double dz)
-{
-    return IsUsable(vertex.x + dx) && IsUsable(vertex.y + dy) && IsUsable(dz);
-}
-
-// What attributes are drawn with: those that stand in, else the object's own.
-tagXDrawAttrs Resolve(const XvcObj& object, const tagXDrawAttrs* attrs)
-{
-    tagXDrawAttrs used = attrs ? *attrs : tagXDrawAttrs();
-    if (!used.lineColor) used.lineColor = object.GetLineColor();
-    if (!used.foreColor) used.foreColor = object.GetForeColor();
-    if (!used.lineStyle) used.lineStyle = object.GetLineStyle();
-    if (!used.thick) used.thick = object.GetThick();
-    return used;
-}
 
 int ShapeToDraw(int type)
 {
@@ -58,22 +37,22 @@ void XvcPoint::SetNumPieSegs(int count)
 
 void XvcPoint::SetWorldPerPixel(double length)
 {
-    if (length >= 0.0 && IsUsable(length)) m_worldPerPixel = length;
+    if (length >= 0.0 && XfnIsSet(length)) m_worldPerPixel = length;
 }
 
 int XvcPoint::IsSet() const
 {
-    return IsUsable(m_vertex.x) && IsUsable(m_vertex.y) ? 1 : 0;
+    return XfnIsUsable(m_vertex) ? 1 : 0;
 }
 
 double XvcPoint::GetSize() const
 {
     const double thick = GetThick();
-    if (!IsUsable(thick)) return 0.0;
+    if (!XfnIsSet(thick)) return 0.0;
     if (thick > 0.0) return thick;
     const double pixels = thick == 0.0 ? kDefaultPixels : -thick;
     const double size = pixels * m_worldPerPixel;
-    return IsUsable(size) ? size : 0.0;
+    return XfnIsSet(size) ? size : 0.0;
 }
 
 void XvcPoint::Serialize(XArchive& archive)
@@ -105,40 +84,45 @@ void XvcPoint::CalcRange()
     m_range.Clear();
     if (!IsSet()) return;
     const double half = GetSize() / 2.0;
-    const double z = IsUsable(m_vertex.z) ? m_vertex.z : 0.0;
+    const double z = XfnIsSet(m_vertex.z) ? m_vertex.z : 0.0;
     m_range.Add(m_vertex.x - half, m_vertex.y - half, z);
     m_range.Add(m_vertex.x + half, m_vertex.y + half, z);
+}
+
+void XvcPoint::Record(XVertBuffer& buffer, const tagXVector3& vertex, int shape,
+                      const XVectorPaint& paint, const XWarp2D* warp)
+{
+    if (!XfnIsUsable(vertex)) return;
+    tagXVector3 at = vertex;
+    double size = paint.line.thick;
+    if (warp) {
+        tagXVector3 edge(at.x + size, at.y);
+        warp->Warp(at.x, at.y);
+        if (size > 0.0) {
+            warp->Warp(edge.x, edge.y);
+            size = std::hypot(edge.x - at.x, edge.y - at.y);
+        }
+        if (!XfnIsUsable(at) || !XfnIsSet(size)) return;
+    }
+    tagXVertPoint mark;
+    mark.shape = ShapeToDraw(shape);
+    mark.size = size;
+    mark.lineColour = paint.line.style.IsNone() ? 0 : paint.line.colour;
+    mark.fillColour = paint.fill.foreColour;
+    buffer.AddPoint(at, mark);
 }
 
 void XvcPoint::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
                                   const tagXDrawAttrs* attrs)
 {
     if (!buffer || !IsSet()) return;
-    const tagXDrawAttrs used = Resolve(*this, attrs);
-    tagXVector3 at = m_vertex;
-    double size = IsUsable(*used.thick) ? *used.thick : 0.0;
-    if (const XWarp2D* map = ChooseWarp(warp)) {
-        double edgeX = at.x + size;
-        double edgeY = at.y;
-        map->Warp(at.x, at.y);
-        if (size > 0.0) {
-            map->Warp(edgeX, edgeY);
-            size = std::hypot(edgeX - at.x, edgeY - at.y);
-        }
-        if (!IsUsable(at.x) || !IsUsable(at.y) || !IsUsable(size)) return;
-    }
-    tagXVertPoint mark;
-    mark.shape = ShapeToDraw(m_type);
-    mark.size = size;
-    mark.lineColour = used.lineStyle->IsNone() ? 0 : *used.lineColor;
-    mark.fillColour = *used.foreColor;
-    buffer->AddPoint(at, mark);
+    Record(*buffer, m_vertex, m_type, XVectorPaint(*this, attrs), ChooseWarp(warp));
 }
 
 XvcObj* XvcPoint::HitTest(const tagXVector3& point, double toleranceX, double toleranceY,
                           tagXHitFlag& hitFlag)
 {
-    if (!IsSet() || !IsUsable(point.x) || !IsUsable(point.y)) return nullptr;
+    if (!IsSet() || !XfnIsUsable(point)) return nullptr;
     // written so that a tolerance that is no number counts as 0
     const double tolerance =
         std::max(toleranceX > 0.0 ? toleranceX : 0.0, toleranceY > 0.0 ? toleranceY : 0.0);
@@ -161,10 +145,8 @@ void XvcPoint::AddCtrlPoints(XPtrArray& array)
 
 void XvcPoint::MoveObject(double dx, double dy, double dz)
 {
-    if (!IsSet() || !CanMove(m_vertex, dx, dy, dz)) return;
-    m_vertex.x += dx;
-    m_vertex.y += dy;
-    if (IsUsable(m_vertex.z + dz)) m_vertex.z += dz; // a height that is not set stays so
+    const tagXShift shift{dx, dy, dz};
+    if (shift.CanApply(m_vertex)) shift.Apply(m_vertex);
 }
 
 tagXVector3* XvcPoint::MoveVertex(int hitIndex, double dx, double dy, double dz)
@@ -176,29 +158,16 @@ tagXVector3* XvcPoint::MoveVertex(int hitIndex, double dx, double dy, double dz)
 
 void XvcPoint::RotateObject(double x, double y, double angle)
 {
-    if (!IsSet() || !IsUsable(x) || !IsUsable(y) || !std::isfinite(angle)) return;
-    const double angleRad = std::fmod(angle, 360.0) * std::numbers::pi / 180.0;
-    const double cosine = std::cos(angleRad);
-    const double sine = std::sin(angleRad);
-    const double relX = m_vertex.x - x;
-    const double relY = m_vertex.y - y;
-    const double newX = x + relX * cosine - relY * sine;
-    const double newY = y + relX * sine + relY * cosine;
-    if (!IsUsable(newX) || !IsUsable(newY)) return;
-    m_vertex.x = newX;
-    m_vertex.y = newY;
+    const tagXTurn turn(x, y, angle);
+    if (turn.CanApply(m_vertex)) turn.Apply(m_vertex);
 }
 
 void XvcPoint::Normalize(double minX, double minY, double maxX, double maxY)
 {
-    const double width = maxX - minX;
-    const double height = maxY - minY;
-    if (!IsSet() || !IsUsable(minX) || !IsUsable(minY) || !IsUsable(width) || !IsUsable(height)) {
-        return;
-    }
-    m_vertex.x = width != 0.0 ? (m_vertex.x - minX) / width : 0.0;
-    m_vertex.y = height != 0.0 ? (m_vertex.y - minY) / height : 0.0;
-    if (width != 0.0 && GetThick() > 0.0) SetThick(GetThick() / std::fabs(width));
+    const tagXUnitMap map(minX, minY, maxX, maxY);
+    if (!IsSet() || !map.CanApply(m_vertex)) return;
+    map.Apply(m_vertex);
+    if (map.width != 0.0 && GetThick() > 0.0) SetThick(GetThick() / std::fabs(map.width));
 }
 
 int XvcPoint::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
@@ -220,11 +189,11 @@ int XvcPoint::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XStri
     }
     if (std::isnan(read.x) && std::isnan(read.y)) {
         read = {kXNotSet, kXNotSet, 0.0}; // the binary form has no other way to say "empty"
-    } else if (!IsUsable(read.x) || !IsUsable(read.y)) {
+    } else if (!XfnIsUsable(read)) {
         error = "The point has a coordinate that is no number.";
         return 0;
     }
-    if (!IsUsable(read.z)) read.z = 0.0;
+    if (!XfnIsSet(read.z)) read.z = 0.0;
     m_vertex = read;
     size = reader.GetUsed();
     return 1;
@@ -233,7 +202,7 @@ int XvcPoint::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XStri
 XString XvcPoint::ExportToWkt() const
 {
     if (!IsSet()) return "POINT EMPTY";
-    const bool hasZ = IsUsable(m_vertex.z) && m_vertex.z != 0.0;
+    const bool hasZ = XfnIsSet(m_vertex.z) && m_vertex.z != 0.0;
     XString text(hasZ ? "POINT Z (" : "POINT (");
     text += XfnFormatShortest(m_vertex.x) + " " + XfnFormatShortest(m_vertex.y);
     if (hasZ) text += " " + XfnFormatShortest(m_vertex.z);

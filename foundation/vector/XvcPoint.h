@@ -2,6 +2,8 @@
 
 #include "foundation/vector/XvcObj.h"
 
+struct XVectorPaint;
+
 /// A point mark.
 ///
 /// | shape code | mark          |
@@ -65,6 +67,10 @@ public:
     XvcObj* HitTest(const tagXVector3& point, double toleranceX, double toleranceY,
                     tagXHitFlag& hitFlag) override;
     using XvcObj::HitTest;
+    /// Records one mark of this shape code, its size the thickness of `paint`; the warp may be null.
+    static void Record(XVertBuffer& buffer, const tagXVector3& vertex, int shape,
+                       const XVectorPaint& paint, const XWarp2D* warp);
+
     void AddCtrlPoints(XPtrArray& array) override;
     void MoveObject(double dx, double dy, double dz) override;
     tagXVector3* MoveVertex(int hitIndex, double dx, double dy, double dz) override;

@@ -1,0 +1,3 @@
+#include "foundation/vector/XvcEllipse.h"
+
+X_IMPLEMENT_CLASS(XvcEllipse, XvcEllipseObj)

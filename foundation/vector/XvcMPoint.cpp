@@ -1,0 +1,51 @@
+#include "foundation/vector/XvcMPoint.h"
+
+#include "foundation/base/XSentinels.h"
+#include "foundation/vector/XWkbGeometry.h"
+#include "foundation/vector/XWkbReader.h"
+
+X_IMPLEMENT_CLASS(XvcMPoint, XvcMultiObj)
+
+int XvcMPoint::AddPoint(double x, double y, double z)
+{
+    AddNewPart<XvcPoint>().SetVertex(x, y, z);
+    return GetPartCount() - 1;
+}
+
+int XvcMPoint::AddPoint(const XvcPoint& point)
+{
+    return AddPart(std::make_unique<XvcPoint>(point));
+}
+
+int XvcMPoint::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
+{
+    XWkbGeometry read;
+    if (!read.Read(bytes, size, {XWkbReader::kPoint, XWkbReader::kMultiPoint}, "a point or several",
+                   error)) {
+        return 0;
+    }
+    RemoveAll();
+    m_parts.reserve(read.parts.size());
+    for (const auto& part : read.parts)
+        AddNewPart<XvcPoint>().SetVertex(part[0].GetAt(0));
+    return 1;
+}
+
+XString XvcMPoint::ExportToWkt() const
+{
+    bool hasZ = false;
+    for (int i = 0; i < GetNumOfPoints(); ++i) {
+        const XvcPoint& point = *GetPointObjAt(i);
+        hasZ = hasZ || (point.IsSet() && XfnIsSet(point.GetZ()) && point.GetZ() != 0.0);
+    }
+    XWktWriter text("MULTIPOINT", hasZ);
+    for (int i = 0; i < GetNumOfPoints(); ++i) {
+        if (GetPointObjAt(i)->IsSet()) text.AddVertex(GetPointObjAt(i)->GetVertex());
+    }
+    return text.Take();
+}
+
+bool XvcMPoint::IsPartAllowed(const XvcObj& part) const
+{
+    return part.IsKindOf(XvcPoint::GetRuntimeClassStatic()) != 0;
+}
