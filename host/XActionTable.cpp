@@ -47,7 +47,7 @@ const std::vector<tagXActionRow>& XfnActionTable()
         {"image.colorTable", "Colour &Table...", {}, {}, {}, "Choose the colours of a gray image"},
 
         {"image.pyramid", "Build &Pyramid...", {}, {}, {}, "Make reduced pictures of the current layer, so that it is quick to show at every scale"},
-        {"image.statistics", "Compute &Exact Statistics", {}, {}, {}, "Count every pixel of the current layer and keep the numbers"},
+        {"image.statistics", "&Compute Exact Statistics...", {}, {}, {}, "Count every pixel of the current layer and keep the numbers"},
 
         {"window.reset", "&Reset Layout", {}, {}, {}, "Put panels and toolbars back where they were at first"},
 
@@ -134,6 +134,7 @@ QString XfnKeyMapText()
     // what the image itself answers to
     text += "Move the view\tarrows, with Ctrl by a pixel; right or middle button, Space and drag\n"
             "Zoom\twheel, with Ctrl finely\n"
-            "Zoom to a rectangle\tShift and drag\n";
+            "Zoom to a rectangle\tShift and drag\n"
+            "Leave a tool, stop a job, leave full screen\tEsc\n";
     return text;
 }

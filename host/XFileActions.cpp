@@ -60,13 +60,13 @@ int XFileActions::OpenAll(const QStringList& paths, XOpenErrors& errors)
 {
     QStringList misplaced;
     int opened = 0;
-    if (m_busy) m_busy(true);
     QStringList queue = paths;
     for (int i = 0; i < queue.size(); ++i) {
         const QString given = queue[i];
         const bool isPlain = XfnIsPlainPath(given);
         const QString path = isPlain ? QFileInfo(given).absoluteFilePath() : given;
         QString message;
+        Opening(QFileInfo(path).fileName());
         if (m_layers.Open(path, message)) {
             ++opened;
             m_recent.Add(path);
@@ -82,13 +82,18 @@ int XFileActions::OpenAll(const QStringList& paths, XOpenErrors& errors)
             if (isPlain && !QFileInfo::exists(path)) m_recent.MarkMissing(path);
         }
     }
-    if (m_busy) m_busy(false);
+    Opening(QString());
     m_settings.SetRecentFiles(m_recent.GetPaths());
     if (!errors.IsEmpty()) XPrompts::Get()->Message(m_handle, XfnFromQString(errors.GetText()));
     if (!misplaced.isEmpty())
         XPrompts::Get()->Message(m_handle, XfnFromQString("Shown, but not where it belongs:\n\n" +
                                                           misplaced.join('\n')));
     return opened;
+}
+
+void XFileActions::Opening(const QString& name)
+{
+    if (m_opening) m_opening(name);
 }
 
 // A file that only holds others: those are what the user means.
@@ -104,13 +109,12 @@ QStringList XFileActions::AskForParts(const QString& path)
     }
     if (names.size() > kListed) texts.append(QString("and %1 more").arg(names.size() - kListed));
     if (names.size() < 2) return names;
-    if (m_busy) m_busy(false);
+    Opening(QString());
     const bool isWanted = XPrompts::Get()->AskYesNo(
         m_handle, XfnFromQString(QString("%1 holds %2 images:\n\n%3\n\nOpen all of them?")
                                      .arg(QFileInfo(path).fileName())
                                      .arg(names.size())
                                      .arg(texts.join('\n'))));
-    if (m_busy) m_busy(true);
     return isWanted ? names : QStringList();
 }
 

@@ -32,11 +32,13 @@ public:
 
     void FillRecentMenu(QMenu* menu); ///< call when the menu is about to show
     void EnableActions();
-    /// Called before a file is opened, which may take a moment.
-    void SetBusy(std::function<void(bool)> busy) { m_busy = std::move(busy); }
+    /// Called with its name before a file is opened, which may take a moment, and with none when all
+    /// are open and before the user is asked something.
+    void SetOpening(std::function<void(const QString&)> opening) { m_opening = std::move(opening); }
 
 private:
     void Connect();
+    void Opening(const QString& name);
     QStringList AskForParts(const QString& path);
     int OpenAll(const QStringList& paths, XOpenErrors& errors);
 
@@ -45,5 +47,5 @@ private:
     XMainActions& m_actions;
     XSessionSettings& m_settings;
     XRecentFiles m_recent;
-    std::function<void(bool)> m_busy;
+    std::function<void(const QString&)> m_opening;
 };

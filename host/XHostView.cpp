@@ -1,12 +1,24 @@
 #include "host/XHostView.h"
 
+#include "foundation/platform/XUserSettings.h"
+#include "foundation/raster/XDMBand.h"
 #include "foundation/raster/XDMCompManager.h"
+#include "foundation/raster/XDMComposite.h"
 #include "foundation/surface/XBackBuffer.h"
 #include "view/XViewKeys.h"
 
 #include <QTimer>
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
+
+namespace {
+
+constexpr double kMostScreenPixels = 256; // for one of the image
+constexpr double kLeastShare = 1.0 / 64;  // of the view for all layers
+
+} // namespace
 
 XHostView::XHostView(QWidget* parent) : XTQSpaceView(parent)
 {
@@ -56,6 +68,65 @@ void XHostView::FitBox(double minX, double minY, double maxX, double maxY)
     m_hasFit = true;
     m_fitBox = {minX, minY, maxX, maxY};
     m_fitMapping = GetMapping();
+}
+
+// The world lengths of a screen pixel between which the view stays; false when nothing is shown.
+bool XHostView::GetLimits(double& closest, double& farthest)
+{
+    const XDMCompManager* manager = GetXDMCompManager();
+    const XBackBuffer& buffer = *GetBackBuffer();
+    double minX = 0, minY = 0, maxX = 0, maxY = 0;
+    if (!manager || !manager->IsRangeValid() || buffer.GetWidth() < 1 || buffer.GetHeight() < 1 ||
+        !manager->CalcTotalRange(minX, minY, maxX, maxY))
+        return false;
+    const double whole =
+        std::max((maxX - minX) / buffer.GetWidth(), (maxY - minY) / buffer.GetHeight());
+    double finest = 0;
+    for (int i = 0; i < manager->GetNumberOfXDMComposite(); ++i) {
+        const XDMBand* band = manager->GetXDMCompositeAt(i)->GetFirstBand();
+        const double length = band ? std::fabs(band->GetXPixelSize()) : 0;
+        if (length > 0 && (finest == 0 || length < finest)) finest = length;
+    }
+    closest = finest / kMostScreenPixels;
+    // a single pixel may be seen from as far as a large image may be from near
+    farthest = std::max(whole / kLeastShare, finest);
+    return finest > 0 && std::isfinite(farthest) && farthest > closest;
+}
+
+bool XHostView::CanZoom(bool isIn)
+{
+    double closest = 0, farthest = 0;
+    if (!GetLimits(closest, farthest)) return true;
+    const double length = GetMapping()[2];
+    return isIn ? length / 2 >= closest * (1 - 1e-9) : length * 2 <= farthest * (1 + 1e-9);
+}
+
+void XHostView::ZoomStep(bool isIn)
+{
+    if (!CanZoom(isIn)) return;
+    if (isIn)
+        ZoomIn();
+    else
+        ZoomOut();
+}
+
+void XHostView::KeepInLimits()
+{
+    double closest = 0, farthest = 0;
+    Mapping mapping = GetMapping();
+    if (!GetLimits(closest, farthest) || !(mapping[2] > 0)) return;
+    const double wanted = std::clamp(mapping[2], closest, farthest) / mapping[2];
+    if (wanted == 1) return;
+    mapping[2] *= wanted;
+    mapping[3] *= wanted;
+    SetMapping(mapping);
+    InvalidateControl(1);
+}
+
+int XHostView::OnMouseWheel(unsigned flags, int delta, int screenX, int screenY)
+{
+    const bool isIn = (delta < 0) != XfnGetInvertMouseWheelZoomDir();
+    return CanZoom(isIn) ? XTQSpaceView::OnMouseWheel(flags, delta, screenX, screenY) : 1;
 }
 
 void XHostView::HandleMouseMessage(XHWND window, unsigned message, XWPARAM wParam, XLPARAM lParam)

@@ -20,6 +20,11 @@ public:
 
     void FitAll(); ///< fits all layers; without any range, one world unit a pixel
     void FitBox(double minX, double minY, double maxX, double maxY);
+    /// Zooms by a full step about the centre, unless that leads beyond the limits: an image pixel is
+    /// at most 256 screen pixels wide, and all layers together at least a 64th of the view.
+    void ZoomStep(bool isIn);
+    /// Brings a view that a rectangle or a pinch took beyond the limits back to them.
+    void KeepInLimits();
     /// Whether the view looks where the last fit put it.
     bool IsFitted();
     /// Runs once, when the first picture has come to the screen.
@@ -32,6 +37,7 @@ public:
     /// Whether a tool was at work when the key that is reported now went down: Escape was for it.
     bool WasToolAtWork() const { return m_wasToolAtWork; }
 
+    int OnMouseWheel(unsigned flags, int delta, int screenX, int screenY) override;
     void HandleMouseMessage(XHWND window, unsigned message, XWPARAM wParam,
                             XLPARAM lParam) override;
     void HandleKeyboardMessage(XHWND window, unsigned message, XWPARAM wParam,
@@ -46,6 +52,9 @@ private:
     using Mapping = std::array<double, 4>; // centre x, y, world length of a pixel x, y
     Mapping GetMapping();
     void SetMapping(const Mapping& mapping);
+    void ZoomByKey(int in) override { ZoomStep(in != 0); }
+    bool GetLimits(double& closest, double& farthest);
+    bool CanZoom(bool isIn);
 
     bool m_hasFit = false;
     std::array<double, 4> m_fitBox{}; // minimum x, y, maximum x, y

@@ -18,7 +18,7 @@ class XJobRunner : public XMessageWindow
 public:
     struct tagJob
     {
-        QString title; ///< "Building the pyramid of scene.tif"
+        QString title; ///< "Pyramid of scene.tif"
         /// Runs on the worker; polls and reports through the control.
         /// @return false with a sentence, which may stay empty after a stop
         std::function<bool(const tagXSaveControl& control, QString& message)> work;

@@ -31,6 +31,7 @@ XJobWidget::XJobWidget(XJobRunner& jobs, QWidget* parent)
     m_bar->setMaximumHeight(fontMetrics().height() + 4);
     m_cancel->setObjectName("status.job.cancel");
     m_cancel->setText("Cancel");
+    m_cancel->setToolTip("Cancel (Esc)");
     m_cancel->setAccessibleName("Cancel the job");
     QObject::connect(m_cancel, &QToolButton::clicked, this, [this] {
         m_cancel->setEnabled(false); // it takes a moment

@@ -25,6 +25,25 @@ QString FolderOf(const XString& path)
     return QFileInfo(XfnToQString(path)).path();
 }
 
+QString NameOf(const QString& path)
+{
+    return QFileInfo(path).fileName();
+}
+
+/// Where the sidecar `extension` of an image will be, and that the image stays as it is.
+QString KeepText(const QString& path, const char* extension)
+{
+    const XString beside = XRasterSidecar(XfnFromQString(path)).GetBeside(extension);
+    QString text = "They are kept in your cache. ";
+    if (!beside.IsEmpty() && QFileInfo(FolderOf(beside)).isWritable())
+        text =
+            QString("They are kept in \"%1\" beside the file. ").arg(NameOf(XfnToQString(beside)));
+    else if (!beside.IsEmpty())
+        text = QString("They are kept in your cache, since nothing can be written in \"%1\". ")
+                   .arg(FolderOf(beside));
+    return text + "The file itself is not changed.";
+}
+
 } // namespace
 
 XLevelActions::XLevelActions(XHWND handle, XLayerStack& layers, XMainActions& actions,
@@ -37,7 +56,7 @@ XLevelActions::XLevelActions(XHWND handle, XLayerStack& layers, XMainActions& ac
       m_settings(settings)
 {
     m_actions.Connect("image.pyramid", [this] { AskAndBuild(); });
-    m_actions.Connect("image.statistics", [this] { ComputeStatistics(); });
+    m_actions.Connect("image.statistics", [this] { AskAndCompute(); });
     m_bar.SetAnswered([this](XLevelBar::Answer answer) {
         const QString path = m_offered;
         m_refused.append(path);
@@ -95,28 +114,18 @@ void XLevelActions::AskAndBuild()
 {
     const tagXLayer* layer = m_layers.GetAt(m_layers.GetCurrent());
     if (!layer) return;
-    const XRasterSidecar sidecar(XfnFromQString(layer->path));
-    const XString beside = sidecar.GetBeside(".ovr");
-    QString question =
-        QString("Build a pyramid of %1, so that it is quick to show at every scale?\n\n")
-            .arg(layer->name);
-    if (beside.IsEmpty())
-        question += "It is kept in your cache. ";
-    else if (QFileInfo(FolderOf(beside)).isWritable())
-        question += QString("It is kept as \"%1\" beside the file. ")
-                        .arg(QFileInfo(XfnToQString(beside)).fileName());
-    else
-        question += QString("It is kept in your cache, since nothing can be written in \"%1\". ")
-                        .arg(FolderOf(beside));
-    question += "The file itself is not changed.";
     const QString path = layer->path; // the layer may go while the question stands
+    const QString question =
+        QString("Build the levels of a pyramid of %1, so that it is quick to show at every scale?"
+                "\n\n%2")
+            .arg(layer->name, KeepText(path, ".ovr"));
     if (XPrompts::Get()->AskYesNo(m_handle, XfnFromQString(question))) Build(path);
 }
 
 void XLevelActions::Told(const QString& what, bool isStopped, const QString& message)
 {
     if (isStopped) {
-        if (m_notice) m_notice(what + ": stopped, nothing was kept");
+        if (m_notice) m_notice(what + ": stopped, nothing kept", QString());
     } else {
         XPrompts::Get()->Message(m_handle, XfnFromQString(what + " failed.\n\n" + message),
                                  XPrompts::XIcon::Warning, "tqlview");
@@ -137,7 +146,7 @@ void XLevelActions::Build(const QString& path)
 {
     m_refused.append(path); // no offer while it is being built
     Offer();
-    const QString what = "Building the pyramid of " + QFileInfo(path).fileName();
+    const QString what = "Pyramid of " + NameOf(path);
     const auto made = std::make_shared<XString>();
     m_jobs.Add({what,
                 [path, made](const tagXSaveControl& control, QString& message) {
@@ -153,16 +162,29 @@ void XLevelActions::Build(const QString& path)
                     ForLayersOf(path, [](const tagXLayer& layer) {
                         XRSFileIO::TakeUpLevels(layer.file.get());
                     });
-                    if (m_notice) m_notice("The pyramid is kept in " + XfnToQString(*made));
+                    TellKept("Pyramid", *made);
                 }});
 }
 
-void XLevelActions::ComputeStatistics()
+void XLevelActions::TellKept(const QString& what, const XString& made)
+{
+    const QString path = XfnToQString(made);
+    if (m_notice) m_notice(QString("%1 kept in %2").arg(what, NameOf(path)), path);
+}
+
+void XLevelActions::AskAndCompute()
 {
     const tagXLayer* layer = m_layers.GetAt(m_layers.GetCurrent());
     if (!layer) return;
-    const QString path = layer->path;
-    const QString what = "Computing the statistics of " + layer->name;
+    const QString path = layer->path; // the layer may go while the question stands
+    const QString question = QString("Count every pixel of %1 for its exact statistics?\n\n%2")
+                                 .arg(layer->name, KeepText(path, ".aux.xml"));
+    if (XPrompts::Get()->AskYesNo(m_handle, XfnFromQString(question))) ComputeStatistics(path);
+}
+
+void XLevelActions::ComputeStatistics(const QString& path)
+{
+    const QString what = "Statistics of " + NameOf(path);
     struct tagResult
     {
         std::vector<tagXBandStatistics> statistics;
@@ -201,10 +223,10 @@ void XLevelActions::ComputeStatistics()
                      if (XDMBand* band = layer.file->GetBandAt(static_cast<int>(i)))
                          band->SetBandStatistics(result->statistics[i]);
              });
-             if (m_notice)
-                 m_notice(result->made.IsEmpty()
-                              ? "The statistics hold until the image is closed. " +
-                                    XfnToQString(result->unkept)
-                              : "The statistics are kept in " + XfnToQString(result->made));
+             if (!result->made.IsEmpty())
+                 TellKept("Statistics", result->made);
+             else if (m_notice)
+                 m_notice("Statistics hold until the image is closed",
+                          XfnToQString(result->unkept));
          }});
 }

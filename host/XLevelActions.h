@@ -12,6 +12,7 @@ class XLayerStack;
 class XLevelBar;
 class XMainActions;
 class XSessionSettings;
+class XString;
 struct tagXLayer;
 
 /// Pyramids and exact statistics of the open files: offers, commands, and what becomes of them.
@@ -24,8 +25,11 @@ public:
     XLevelActions(XHWND handle, XLayerStack& layers, XMainActions& actions, XJobRunner& jobs,
                   XLevelBar& bar, XSessionSettings& settings);
 
-    /// Receives what is worth a line in the status bar.
-    void SetNotice(std::function<void(const QString&)> notice) { m_notice = std::move(notice); }
+    /// Receives what is worth a line in the status bar, and what a tip adds to it.
+    void SetNotice(std::function<void(const QString& text, const QString& detail)> notice)
+    {
+        m_notice = std::move(notice);
+    }
     void EnableActions();
 
 private:
@@ -33,7 +37,9 @@ private:
     void Offer();
     void AskAndBuild();
     void Build(const QString& path);
-    void ComputeStatistics();
+    void AskAndCompute();
+    void ComputeStatistics(const QString& path);
+    void TellKept(const QString& what, const XString& made);
     void Told(const QString& what, bool isStopped, const QString& message);
     void ForLayersOf(const QString& path, const std::function<void(const tagXLayer&)>& change);
 
@@ -43,7 +49,7 @@ private:
     XJobRunner& m_jobs;
     XLevelBar& m_bar;
     XSessionSettings& m_settings;
-    std::function<void(const QString&)> m_notice;
+    std::function<void(const QString&, const QString&)> m_notice;
     QString m_offered;     // the path that the bar is about
     QStringList m_refused; // paths that are not offered again in this session
 };

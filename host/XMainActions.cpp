@@ -12,16 +12,17 @@
 
 namespace {
 
-// Lets pointer and keys rest on disabled entries, so that the status line can say why they are.
+// Lets pointer and keys rest on disabled entries, so that the status line can say why they are. A
+// letter chooses by mnemonic, never by the beginning of a text: that may be a disabled entry's.
 class XReachableMenuStyle final : public QProxyStyle
 {
 public:
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override
     {
-        return hint == SH_Menu_AllowActiveAndDisabled
-                   ? 1
-                   : QProxyStyle::styleHint(hint, option, widget, data);
+        if (hint == SH_Menu_AllowActiveAndDisabled) return 1;
+        if (hint == SH_Menu_KeyboardSearch) return 0;
+        return QProxyStyle::styleHint(hint, option, widget, data);
     }
 };
 

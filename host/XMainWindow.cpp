@@ -4,6 +4,7 @@
 #include "foundation/platform/XQtText.h"
 #include "foundation/raster/XDMCompManager.h"
 #include "foundation/raster/XDMComposite.h"
+#include "foundation/raster/XRSFile.h"
 #include "host/XActionTable.h"
 #include "host/XBandsWidget.h"
 #include "host/XFileActions.h"
@@ -17,6 +18,7 @@
 #include "host/XLevelActions.h"
 #include "host/XLevelBar.h"
 #include "host/XMainActions.h"
+#include "host/XNoticeBar.h"
 #include "host/XReadOut.h"
 #include "host/XStatusWidget.h"
 #include "host/XViewActions.h"
@@ -33,7 +35,6 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -94,6 +95,8 @@ XMainWindow::XMainWindow(const QString& version)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     m_levelBar = new XLevelBar(middle);
+    m_noticeBar = new XNoticeBar(middle);
+    column->addWidget(m_noticeBar);
     column->addWidget(m_levelBar);
     column->addWidget(m_view, 1);
     setCentralWidget(middle);
@@ -162,7 +165,8 @@ void XMainWindow::MakeJobs()
     m_jobs->SetChanged([shown] { shown->Follow(); });
     m_levelActions = std::make_unique<XLevelActions>(GetHWND(), *m_layers, *m_actions, *m_jobs,
                                                      *m_levelBar, m_settings);
-    m_levelActions->SetNotice([this](const QString& text) { Notice(text); });
+    m_levelActions->SetNotice(
+        [this](const QString& text, const QString& detail) { Notice(text, detail); });
 }
 
 void XMainWindow::MakeMenus()
@@ -192,11 +196,12 @@ void XMainWindow::MakeMenus()
 
 void XMainWindow::ConnectOthers()
 {
-    m_files->SetBusy([](bool isBusy) {
-        if (isBusy)
-            QApplication::setOverrideCursor(Qt::WaitCursor);
-        else
+    m_files->SetOpening([this](const QString& name) {
+        m_status->SetOpening(name);
+        if (name.isEmpty())
             QApplication::restoreOverrideCursor();
+        else if (!QApplication::overrideCursor())
+            QApplication::setOverrideCursor(Qt::WaitCursor);
     });
     m_actions->Connect("file.quit", [this] { close(); });
     const auto copy = [this](const QString& text) {
@@ -222,24 +227,36 @@ void XMainWindow::ConnectOthers()
     });
 }
 
-void XMainWindow::Notice(const QString& text)
+void XMainWindow::Notice(const QString& text, const QString& detail)
 {
-    m_status->showMessage(text, kNoticeMs);
+    m_status->ShowNotice(text, detail, kNoticeMs);
+}
+
+// What Escape ends when no tool has taken it: the job at hand, then the full screen.
+bool XMainWindow::StopOnEscape()
+{
+    if (!m_jobs->IsBusy()) return m_viewActions->LeaveFullScreen();
+    m_jobs->Cancel();
+    return true;
 }
 
 void XMainWindow::ShowHint()
 {
-    const char* hint = "Drag with the right or the middle button to move the view";
+    const char* hint = "Right button moves the view";
     if (m_layers->GetCount() == 0)
         hint = "Open an image with Ctrl+O, or drop one here";
     else if (m_view->GetMode() == XGVMessageManager::kModeZoomRect)
-        hint = "Drag a rectangle open with the left button; Esc leaves";
+        hint = "Drag a rectangle; Esc leaves";
     m_status->SetHint(hint);
 }
 
 void XMainWindow::FollowLayers()
 {
     const int count = m_layers->GetCount();
+    QStringList paths;
+    for (int i = 0; i < count; ++i)
+        paths.append(m_layers->GetAt(i)->path);
+    m_noticeBar->KeepOnly(paths);
     const bool isFirst = m_shownLayers == 0 && count > 0;
     const bool isMore = count > m_shownLayers;
     m_shownLayers = count;
@@ -258,9 +275,12 @@ void XMainWindow::FollowLayers()
     m_actions->SetEnabled("edit.copyPosition", layer != nullptr, "Open an image first");
     m_actions->SetEnabled("edit.copyGeographic", layer && !m_readOut->GetGeographicText().isEmpty(),
                           "The image has no known coordinate system");
-    if (!isMore || isFirst || !layer) return;
+    if (!isMore || !layer) return;
     QStringList notices;
-    const QString placement = XfnPlacementText(layer->miss);
+    const QString notes =
+        XfnToQString(layer->file->GetNotes()).remove("\"" + layer->path + "\": ").trimmed();
+    if (!notes.isEmpty()) notices.append(layer->name + ": " + notes.section('\n', 0, 0));
+    const QString placement = isFirst ? QString() : XfnPlacementText(layer->miss);
     if (!placement.isEmpty()) notices.append(layer->name + ": " + placement);
     double box[4] = {0, 0, 0, 0};
     double minX = 0;
@@ -268,10 +288,10 @@ void XMainWindow::FollowLayers()
     double minY = 0;
     double maxY = 0;
     m_view->GetBound(minX, maxX, minY, maxY);
-    if (m_layers->GetExtent(m_layers->GetCurrent(), box) &&
+    if (!isFirst && m_layers->GetExtent(m_layers->GetCurrent(), box) &&
         (box[2] < minX || box[0] > maxX || box[3] < minY || box[1] > maxY))
         notices.append(layer->name + " lies outside the view; View > Fit Layer shows it");
-    if (!notices.isEmpty()) Notice(notices.join(". "));
+    if (!notices.isEmpty()) Notice(notices.join(". "), notes);
 }
 
 XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM lParam)
@@ -286,15 +306,19 @@ XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM 
     case XViewReport::KeyDown:
         if (reinterpret_cast<const tagXKeyReport*>(lParam)->character == kKeyEscape &&
             !m_view->WasToolAtWork())
-            m_viewActions->LeaveFullScreen();
+            StopOnEscape();
+        break;
+    case XViewReport::ZoomIn:
+    case XViewReport::ZoomOut:
+        m_view->KeepInLimits();
+        m_viewActions->OnZoomCommand();
         break;
     case XViewReport::ZoomFit:
-    case XViewReport::ZoomIn:
     case XViewReport::ZoomOneToOne:
-    case XViewReport::ZoomOut:
         m_viewActions->OnZoomCommand();
         break;
     case XViewReport::ZoomRect:
+        m_view->KeepInLimits();
         m_viewActions->OnZoomCommand();
         m_viewActions->OnToolEnded();
         ShowHint();
@@ -313,14 +337,12 @@ XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM 
 void XMainWindow::TellUnread()
 {
     for (int i = 0; i < m_layers->GetCount(); ++i) {
-        const QString why = XfnToQString(m_layers->GetAt(i)->composite->GetDrawMessage());
-        if (why.isEmpty() || m_toldUnread.contains(m_layers->GetAt(i)->path)) continue;
-        m_toldUnread.append(m_layers->GetAt(i)->path);
-        // after the paint: a box within its report would be drawn over a half-made picture
-        QTimer::singleShot(0, this, [this, why] {
-            XPrompts::Get()->Message(GetHWND(), XfnFromQString(why), XPrompts::XIcon::Warning,
-                                     "tqlview");
-        });
+        const tagXLayer& layer = *m_layers->GetAt(i);
+        const QString why = XfnToQString(layer.composite->GetDrawMessage()).trimmed();
+        if (why.isEmpty()) continue;
+        m_noticeBar->Tell(
+            layer.path,
+            QString("A part of %1 cannot be read and is left out. (%2)").arg(layer.name, why));
     }
 }
 
@@ -393,7 +415,8 @@ void XMainWindow::dropEvent(QDropEvent* event)
 void XMainWindow::closeEvent(QCloseEvent* event)
 {
     const bool isPlain = !isMaximized() && !isFullScreen();
-    m_settings.SetWindow(isPlain ? geometry() : normalGeometry(), isMaximized(), saveState());
+    m_settings.SetWindow(isPlain ? geometry() : normalGeometry(), isMaximized(),
+                         m_viewActions->GetLayout());
     m_levelActions->SetNotice(nullptr);
     m_jobs->CancelAll();
     QMainWindow::closeEvent(event);
@@ -402,7 +425,6 @@ void XMainWindow::closeEvent(QCloseEvent* event)
 void XMainWindow::keyPressEvent(QKeyEvent* event)
 {
     // Escape while a panel has the focus; the view reports its own
-    if (event->key() == Qt::Key_Escape && !m_view->hasFocus() && m_viewActions->LeaveFullScreen())
-        return;
+    if (event->key() == Qt::Key_Escape && !m_view->hasFocus() && StopOnEscape()) return;
     QMainWindow::keyPressEvent(event);
 }

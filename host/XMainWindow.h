@@ -17,6 +17,7 @@ class XJobWidget;
 class XLayerStack;
 class XLevelActions;
 class XLevelBar;
+class XNoticeBar;
 class XMainActions;
 class XReadOut;
 class XStatusWidget;
@@ -66,7 +67,8 @@ private:
     void ShowHint();
     void ResetLayout();
     void ShareHeight();
-    void Notice(const QString& text);
+    void Notice(const QString& text, const QString& detail = QString());
+    bool StopOnEscape();
     void TellUnread();
 
     QString m_version;
@@ -80,10 +82,10 @@ private:
     std::unique_ptr<XViewActions> m_viewActions;
     std::unique_ptr<XLayerActions> m_layerActions;
     XLevelBar* m_levelBar = nullptr;
+    XNoticeBar* m_noticeBar = nullptr;
     std::unique_ptr<XJobRunner> m_jobs;
     std::unique_ptr<XLevelActions> m_levelActions;
     QByteArray m_firstLayout;
-    QStringList m_toldUnread; // paths whose unread parts were told of
     int m_shownLayers = 0;
     bool m_isFirstShow = true;
 };

@@ -1,5 +1,8 @@
 #include "host/XRasterFilters.h"
 
+#include "foundation/platform/XQtText.h"
+#include "foundation/raster/XRSFileIO.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -39,6 +42,29 @@ QString Patterns(const tagXFormat& format)
     return patterns.join(';');
 }
 
+// What GDAL reads besides, such as NetCDF and HDF. Endings that mostly stand for something else than a
+// raster are left out: such a file opens by its name or a drop all the same.
+const QStringList& OtherSuffixes()
+{
+    static const QStringList suffixes = [] {
+        const QStringList ambiguous = {"txt", "xml", "json", "html", "csv", "log", "db", "sqlite",
+                                       "zip", "gz",  "tar",  "tgz",  "pdf", "ovr", "aux"};
+        QStringList found;
+        for (const XString& extension : XRSFileIO::GetRasterExtensions()) {
+            const QString suffix = XfnToQString(extension).toLower();
+            bool isListed =
+                suffix.isEmpty() || ambiguous.contains(suffix) || found.contains(suffix);
+            for (const tagXFormat& format : Formats())
+                for (const char* known : format.suffixes)
+                    isListed = isListed || suffix == known;
+            if (!isListed) found.append(suffix);
+        }
+        found.sort();
+        return found;
+    }();
+    return suffixes;
+}
+
 } // namespace
 
 QString XfnRasterFilter()
@@ -50,6 +76,12 @@ QString XfnRasterFilter()
         all.append(patterns);
         each += QString("%1 (%2)|%2|").arg(format.label, patterns);
     }
+    QStringList others;
+    for (const QString& suffix : OtherSuffixes())
+        others.append("*." + suffix);
+    all += others;
+    // their endings are too many for a label
+    if (!others.isEmpty()) each += QString("Other formats|%1|").arg(others.join(';'));
     return QString("All supported rasters|%1|").arg(all.join(';')) + each + "All files (*)|*||";
 }
 
@@ -59,7 +91,7 @@ bool XfnHasRasterSuffix(const QString& path)
     for (const tagXFormat& format : Formats())
         for (const char* known : format.suffixes)
             if (suffix == known) return true;
-    return false;
+    return OtherSuffixes().contains(suffix);
 }
 
 tagXDroppedPaths XfnSortDroppedPaths(const QStringList& paths)

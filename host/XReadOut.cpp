@@ -51,6 +51,8 @@ QString XfnSystemText(const tagXWorldSystem& system)
 
 namespace {
 
+constexpr int kNameLetters = 20; // of a layer behind its samples
+
 bool IsInside(const XDMComposite& composite, double x, double y)
 {
     for (int ch = 0; ch < 3; ++ch) {
@@ -186,7 +188,7 @@ QString XReadOut::MakeSamples(double x, double y)
     if (!m_view.ShowPosValue(m_xPx, m_yPx, values, layer->composite))
         return m_samplesPx[0] == m_xPx && m_samplesPx[1] == m_yPx ? m_samples : QString("\u2026");
     QString text = SamplesText(*layer->composite, values);
-    if (m_layers.GetCount() > 1) text += "  in " + layer->name;
+    if (m_layers.GetCount() > 1) text += "  in " + XfnShortName(layer->name, kNameLetters);
     m_samples = text;
     m_samplesPx[0] = m_xPx;
     m_samplesPx[1] = m_yPx;

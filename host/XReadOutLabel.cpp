@@ -1,5 +1,7 @@
 #include "host/XReadOutLabel.h"
 
+#include <algorithm>
+
 XReadOutLabel::XReadOutLabel(const QString& widest, QWidget* parent)
     : QLabel(parent), m_widest(widest)
 {
@@ -10,8 +12,9 @@ XReadOutLabel::XReadOutLabel(const QString& widest, QWidget* parent)
 QSize XReadOutLabel::sizeHint() const
 {
     const QFontMetrics metrics = fontMetrics();
-    return QSize(metrics.horizontalAdvance(m_widest) + metrics.averageCharWidth(),
-                 QLabel::sizeHint().height());
+    int text = metrics.horizontalAdvance(m_widest);
+    if (m_isNumber) text = std::max(text, metrics.horizontalAdvance(m_full));
+    return QSize(text + metrics.averageCharWidth(), QLabel::sizeHint().height());
 }
 
 QSize XReadOutLabel::minimumSizeHint() const
@@ -37,6 +40,7 @@ void XReadOutLabel::SetFullText(const QString& text)
 {
     if (text == m_full) return;
     m_full = text;
+    if (m_isNumber) updateGeometry();
     setToolTip(text.isEmpty() ? accessibleName() : accessibleName() + ": " + text);
     Cut();
 }
@@ -45,7 +49,6 @@ void XReadOutLabel::Cut()
 {
     const int room = contentsRect().width();
     QString shown = fontMetrics().elidedText(m_full, Qt::ElideRight, room);
-    // a few letters of a sentence tell nothing; a number keeps what there is room for
-    if (m_widest.isEmpty() && room * 3 < fontMetrics().horizontalAdvance(m_full)) shown.clear();
+    if (m_widest.isEmpty() && shown != m_full) shown.clear();
     if (shown != text()) setText(shown);
 }

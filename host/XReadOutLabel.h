@@ -2,15 +2,16 @@
 
 #include <QLabel>
 
-/// A label as wide as a given text, whatever it shows; it may be narrower, never wider. A text that
-/// does not fit is cut with dots, the whole one is the tool tip. Without a given text it takes what
-/// is left, and shows nothing rather than a few letters of a sentence.
+/// A label as wide as a given text, whatever it shows; a number makes it wider, since a part of one
+/// is another one. A text that does not fit is cut with dots, the whole one is the tool tip. Without a
+/// given text it takes what is left, and shows nothing rather than a part of a sentence.
 class XReadOutLabel : public QLabel
 {
 public:
     /// @param widest  the text that decides the width
     XReadOutLabel(const QString& widest, QWidget* parent);
 
+    void SetNumber() { m_isNumber = true; } ///< it shows numbers, which are never cut
     /// The text whose width it takes from now on.
     void SetWidest(const QString& text);
     void SetFullText(const QString& text);
@@ -27,4 +28,5 @@ private:
 
     QString m_widest;
     QString m_full;
+    bool m_isNumber = false;
 };

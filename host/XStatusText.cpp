@@ -46,6 +46,12 @@ QString XfnSampleText(double value)
     return QString::number(value, 'g', 7);
 }
 
+QString XfnShortName(const QString& name, int letters)
+{
+    if (name.size() <= letters) return name;
+    return name.left(letters / 2) + QChar(0x2026) + name.right(letters - letters / 2 - 1);
+}
+
 QString XfnSamplesText(const double (&values)[3], bool isColour)
 {
     if (!isColour) return XfnSampleText(values[0]);
@@ -90,7 +96,9 @@ QString XfnZoomText(double worldPerPixel, double metresPerWorld, double rasterPi
     if (format == ZoomFormat::Ratio && metresPerWorld > 0 && screenDpi > 0) {
         const double ratio = worldPerPixel * metresPerWorld * screenDpi / 0.0254;
         if (!(ratio < 1e15)) return QString();
-        if (ratio < 10) return "1:" + Fixed(ratio, 2);
+        // two digits that count, however large the image is shown
+        const int decimals = ratio < 0.1 ? 1 - static_cast<int>(std::floor(std::log10(ratio))) : 2;
+        if (ratio < 10) return decimals < 10 ? "1:" + Fixed(ratio, decimals) : QString();
         return "1:" + Grouped(std::llround(ratio));
     }
     return rasterPixelSize > 0 ? PercentText(100.0 * rasterPixelSize / worldPerPixel) : QString();

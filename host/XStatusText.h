@@ -17,6 +17,9 @@ enum class WorldUnit { Pixel, Linear, Degree, Unknown };
 /// not-set marks, "NaN" and "Inf" as such.
 QString XfnSampleText(double value);
 
+/// A name with its middle replaced by dots where it has more letters: both ends tell files apart.
+QString XfnShortName(const QString& name, int letters);
+
 /// The samples under the pointer: "123" for one channel, "R 12  G 34  B 56" for three.
 /// @param values  red, green, blue; only the first counts when `isColour` is false
 QString XfnSamplesText(const double (&values)[3], bool isColour);

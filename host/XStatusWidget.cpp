@@ -2,11 +2,16 @@
 
 #include "host/XBusyWidget.h"
 #include "host/XReadOutLabel.h"
+#include "host/XStatusText.h"
 
 #include <QAction>
+#include <QEvent>
 
 namespace {
 constexpr const char* kSamples = "R 65535  G 65535  B 65535";
+constexpr int kGap = 8;     // around each part
+constexpr int kMargin = 28; // of the bar, with the grip
+constexpr int kNameLetters = 60;
 } // namespace
 
 XStatusWidget::XStatusWidget(QWidget* parent) : QStatusBar(parent)
@@ -26,6 +31,69 @@ XStatusWidget::XStatusWidget(QWidget* parent) : QStatusBar(parent)
         AddReadOut("status.geographic", "Geographic position", "88888'88.88\"N  188888'88.88\"W");
     m_scale = AddReadOut("status.scale", "Scale", "1:888 888 888");
     m_system = AddReadOut("status.system", "Coordinate system", "EPSG:88888 WGS 84 / UTM");
+    for (XReadOutLabel* label : {m_samples, m_position, m_geographic, m_scale})
+        label->SetNumber();
+    QObject::connect(this, &QStatusBar::messageChanged, this, [this](const QString& text) {
+        setToolTip(text);
+        Arrange();
+    });
+}
+
+bool XStatusWidget::event(QEvent* event)
+{
+    const bool isTaken = QStatusBar::event(event);
+    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize) Arrange();
+    return isTaken;
+}
+
+void XStatusWidget::Arrange()
+{
+    int room = width() - kMargin;
+    for (const QWidget* part : findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        if (!part->isHidden() && !part->inherits("QSizeGrip") &&
+            !dynamic_cast<const XReadOutLabel*>(part))
+            room -= part->sizeHint().width() + kGap;
+    const QString message = currentMessage();
+    const int words = message.isEmpty() ? 0 : fontMetrics().horizontalAdvance(message) + 2 * kGap;
+    // a message takes no room from the numbers at the pointer
+    const struct
+    {
+        XReadOutLabel* label;
+        bool yields;
+    } rows[] = {{m_position, false},
+                {m_samples, false},
+                {m_geographic, true},
+                {m_scale, true},
+                {m_system, true}};
+    bool isFull = false;
+    for (const auto& row : rows) {
+        room -= row.label->sizeHint().width() + kGap;
+        isFull = isFull || room < (row.yields ? words : 0);
+        row.label->setVisible(!isFull || row.label == m_position);
+    }
+}
+
+void XStatusWidget::ShowNotice(const QString& text, const QString& detail, int ms)
+{
+    m_noticed = text;
+    m_noticedDetail = detail;
+    m_noticedMs = ms;
+    showMessage(text, ms);
+    setToolTip(detail.isEmpty() ? text : detail);
+}
+
+void XStatusWidget::SetOpening(const QString& name)
+{
+    const QString before = m_opening;
+    m_opening = name.isEmpty() ? QString() : "Opening " + XfnShortName(name, kNameLetters) + "...";
+    if (before.isEmpty()) m_noticed.clear();
+    if (!name.isEmpty()) {
+        showMessage(m_opening);
+        repaint();
+    } else if (!before.isEmpty() && currentMessage() == before) {
+        clearMessage();
+        if (!m_noticed.isEmpty()) ShowNotice(m_noticed, m_noticedDetail, m_noticedMs);
+    }
 }
 
 XReadOutLabel* XStatusWidget::AddReadOut(const char* objectName, const QString& accessibleName,

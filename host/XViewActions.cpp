@@ -10,7 +10,11 @@
 #include "host/XSessionSettings.h"
 
 #include <QAction>
+#include <QDockWidget>
 #include <QMainWindow>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QToolBar>
 
 #include <chrono>
 
@@ -52,8 +56,8 @@ void XViewActions::Connect()
     m_actions.Connect("view.fitAll", [this] { m_view.FitAll(); });
     m_actions.Connect("view.fitLayer", [this] { FitLayer(m_layers.GetCurrent()); });
     m_actions.Connect("view.oneToOne", [this] { m_view.ZoomOneToOne(); });
-    m_actions.Connect("view.zoomIn", [this] { m_view.ZoomIn(); });
-    m_actions.Connect("view.zoomOut", [this] { m_view.ZoomOut(); });
+    m_actions.Connect("view.zoomIn", [this] { m_view.ZoomStep(true); });
+    m_actions.Connect("view.zoomOut", [this] { m_view.ZoomStep(false); });
     m_actions.Connect("view.zoomRect", [this] {
         if (m_actions.Get("view.zoomRect")->isChecked())
             m_view.ZoomRect();
@@ -171,13 +175,37 @@ void XViewActions::SetFullScreen(bool isOn)
     if (isOn == m_window.isFullScreen()) return;
     if (isOn) {
         m_wasMaximized = m_window.isMaximized();
+        m_layout = m_window.saveState();
+        ShowFurniture(false);
         m_window.showFullScreen();
     } else if (m_wasMaximized) {
         m_window.showMaximized();
     } else {
         m_window.showNormal();
     }
+    if (!isOn) ShowFurniture(true);
     m_actions.SetChecked("view.fullScreen", isOn);
+}
+
+// The whole screen is for the image. The menu bar loses its height, not its keys: a hidden one would
+// not answer to them.
+void XViewActions::ShowFurniture(bool isOn)
+{
+    m_window.menuBar()->setMaximumHeight(isOn ? QWIDGETSIZE_MAX : 0);
+    m_window.statusBar()->setVisible(isOn);
+    if (isOn) {
+        m_window.restoreState(m_layout);
+        return;
+    }
+    for (QDockWidget* dock : m_window.findChildren<QDockWidget*>())
+        dock->hide();
+    for (QToolBar* bar : m_window.findChildren<QToolBar*>())
+        bar->hide();
+}
+
+QByteArray XViewActions::GetLayout() const
+{
+    return m_window.isFullScreen() ? m_layout : m_window.saveState();
 }
 
 bool XViewActions::LeaveFullScreen()
@@ -198,7 +226,7 @@ void XViewActions::EnableActions()
                          "There is no earlier view");
     m_actions.SetEnabled("view.next", hasLayer && m_history.CanGoForward(),
                          "There is no later view");
-    const QString unbound = "This build has no such window";
+    const QString unbound = "Not available yet";
     m_actions.SetEnabled("view.overview", hasLayer && m_view.CanShowThumbView(),
                          hasLayer ? unbound : noLayer);
     m_actions.SetEnabled("image.stretch", hasLayer && m_view.CanShowStretchDlg(),

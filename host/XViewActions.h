@@ -3,6 +3,7 @@
 #include "foundation/platform/XWindowMessages.h"
 #include "host/XViewHistory.h"
 
+#include <QByteArray>
 #include <QSize>
 
 class QMainWindow;
@@ -25,6 +26,9 @@ public:
     void Forget();          ///< all layers went: so does the history
     bool LeaveFullScreen(); ///< false when the window was not in full screen
 
+    /// Where panels and toolbar stand, in full screen those of the window that comes back after it.
+    QByteArray GetLayout() const;
+
     /// Shows the whole layer `index`.
     void FitLayer(int index);
     void EnableActions();
@@ -34,6 +38,7 @@ private:
     void GoTo(const tagXViewState& state);
     void ChooseBackground();
     void SetFullScreen(bool isOn);
+    void ShowFurniture(bool isOn);
     void SetProgressive(bool isOn);
     tagXViewState GetState() const;
 
@@ -48,4 +53,5 @@ private:
     bool m_isJump = true;
     QSize m_paintedSize;
     bool m_wasMaximized = false;
+    QByteArray m_layout; // before full screen
 };

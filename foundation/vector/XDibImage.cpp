@@ -79,6 +79,19 @@ bool HasFreeFourthBytes(const tagXvcDib& dib)
     return false;
 }
 
+// An image of the same bytes that takes a palette of its own. A copy of the image would copy the
+// bytes with its first change, and one bit a pixel takes no opacity.
+QImage ShareIndices(const QImage& image)
+{
+    if (image.depth() == 1) return image.convertToFormat(QImage::Format_Indexed8);
+    auto held = std::make_unique<QImage>(image);
+    QImage shared(
+        image.constBits(), image.width(), image.height(), image.bytesPerLine(), image.format(),
+        [](void* kept) { delete static_cast<QImage*>(kept); }, held.get());
+    if (!shared.isNull()) held.release();
+    return shared;
+}
+
 } // namespace
 
 QImage XfnMakeDibImage(const tagXvcDib& dib)
@@ -103,13 +116,11 @@ QImage XfnMakeSeeThrough(const QImage& image, tagXColor colour)
              static_cast<int>(XfnGetBlue(colour)));
     const auto isKey = [key](QRgb pixel) { return (pixel & 0xFFFFFFu) == (key & 0xFFFFFFu); };
     if (image.colorCount() > 0) {
-        QImage keyed = image;
         QList<QRgb> table = image.colorTable();
         for (QRgb& entry : table) {
             if (isKey(entry)) entry = 0;
         }
-        // a mono image takes no opacity, a byte a pixel does
-        if (keyed.depth() == 1) keyed = keyed.convertToFormat(QImage::Format_Indexed8);
+        QImage keyed = ShareIndices(image);
         keyed.setColorTable(table);
         return keyed;
     }

@@ -16,7 +16,7 @@ struct tagXvcDib;
 XAPI QImage XfnMakeDibImage(const tagXvcDib& dib);
 
 /// The same image with the pixels of one colour (its opacity does not count) see-through. An image
-/// with a palette keeps its bytes, others are copied.
+/// of 8 bits a pixel shares its bytes, others are copied.
 XAPI QImage XfnMakeSeeThrough(const QImage& image, tagXColor colour);
 
 /// Makes a picture of an image, the lower row first: 8 bits a pixel for a gray one, else 24.

@@ -14,8 +14,8 @@ struct tagXvcDib;
 /// Pixels: a device independent bitmap, immutable once it is set and shared by count. Assignment
 /// and CloneWithoutBits share them, so a copy costs the same for a picture of any size; the last
 /// object that has them frees them, and recordings of a vertex buffer count as one. Drawing
-/// uses the same bytes, without a copy, save for pictures of 4 bits a pixel and transparent ones
-/// above 8 bits.
+/// uses the same bytes, without a copy, save for pictures of 4 bits a pixel, of 32 whose fourth
+/// bytes are free and not all 255, and transparent ones of other than 4 and 8 bits.
 /// Transparency: the opacity (SetAlpha) holds for the whole picture. SetTransparent leaves out the
 /// pixels whose colour is that of the back colour (its opacity does not count). An opacity in the
 /// file counts as well.

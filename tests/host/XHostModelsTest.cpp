@@ -155,7 +155,7 @@ TEST(XRasterFiltersTest, AllSupportedFirstThenEachThenEveryFile)
     for (int i = 1; i + 1 < filter.GetCount(); ++i)
         patterns += filter.GetAt(i).patterns.size();
     EXPECT_EQ(filter.GetAt(0).patterns.size(), patterns);
-    for (const char* name : {"a.TIF", "b.img", "c.Dt2", "d.xdm", "e.jp2"}) {
+    for (const char* name : {"a.TIF", "b.img", "c.Dt2", "d.xdm", "e.jp2", "f.nc", "g.HDF"}) {
         EXPECT_TRUE(XfnHasRasterSuffix(name)) << name;
         EXPECT_EQ(filter.FindEntry(name), 0) << name;
     }

@@ -82,6 +82,11 @@ TEST_F(XLevelActionsTest, CommandsOfTheMenu)
     Run("image.pyramid");
     EXPECT_NE(prompts.GetQuestions().back().text.find("scene.img.ovr"), std::string::npos);
     EXPECT_FALSE(window->GetJobs().IsBusy());
+    prompts.AnswerNo();
+    Run("image.statistics");
+    EXPECT_NE(prompts.GetQuestions().back().text.find("scene.img.aux.xml"), std::string::npos);
+    EXPECT_FALSE(window->GetJobs().IsBusy());
+    prompts.AnswerYes();
     prompts.AnswerYes();
     Run("image.pyramid");
     Run("image.statistics"); // waits for the other
@@ -106,10 +111,15 @@ TEST_F(XLevelActionsTest, JobsFollowEachOtherAndStopWhenAsked)
     auto* cancel = Find<QToolButton>("status.job.cancel");
     EXPECT_TRUE(cancel->isVisible());
     EXPECT_EQ(jobs.GetWaiting(), 1);
-    cancel->click();
+    Run("view.fullScreen");
+    QTest::keyClick(&window->GetView(), Qt::Key_Escape); // the job before the full screen
     ASSERT_TRUE(QTest::qWaitFor([&] { return started == 2; }, 10000));
     EXPECT_EQ(ends, QStringList{"01"});
+    EXPECT_TRUE(window->isFullScreen());
+    Run("view.fullScreen");
     EXPECT_TRUE(cancel->isEnabled());
+    cancel->click();
+    EXPECT_FALSE(cancel->isEnabled());
     window->close(); // waits until the job has ended
     EXPECT_FALSE(jobs.IsBusy());
     EXPECT_EQ(ends, (QStringList{"01", "01"}));

@@ -15,6 +15,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QSlider>
 #include <QSpinBox>
@@ -199,11 +200,14 @@ TEST_F(XMainWindowTest, AFileEmptiedWhileShownSaysSoOnce)
     ASSERT_TRUE(QFile::resize(path, 10));
     XTileCache::Get().Clear();
     Run("view.zoomIn");
-    EXPECT_NE(prompts.GetLastMessage().find("emptied.dat"), std::string::npos)
-        << prompts.GetLastMessage();
-    const int told = static_cast<int>(prompts.GetMessages().size());
+    auto* notice = Find<QFrame>("notice");
+    EXPECT_TRUE(notice->isVisible());
+    EXPECT_EQ(Text("notice.text").count("\n"), 0);
+    EXPECT_TRUE(Text("notice.text").startsWith("A part of emptied.dat"));
+    EXPECT_TRUE(prompts.GetMessages().empty()) << "nothing stands in the way of the work";
+    Find<QPushButton>("notice.dismiss")->click();
     Run("view.zoomIn");
-    EXPECT_EQ(static_cast<int>(prompts.GetMessages().size()), told);
+    EXPECT_FALSE(notice->isVisible());
     EXPECT_EQ(window->GetLayers().GetCount(), 1) << "what was open stays open";
 }
 
@@ -345,13 +349,90 @@ TEST_F(XMainWindowTest, HistoryGoesBackAndForward)
 TEST_F(XMainWindowTest, FullScreenKeepsTheKeysAndEscapeLeaves)
 {
     ASSERT_EQ(Open({MakeRaster("a.dat", 30, 20, 1)}), 1);
+    const auto shown = [this] {
+        QStringList names;
+        for (const char* name : {"dock.layers", "dock.bands", "toolbar.main", "status"})
+            if (Find<QWidget>(name)->isVisible()) names.append(name);
+        return names;
+    };
+    Find<QWidget>("dock.bands")->hide();
+    const QStringList before = shown();
+    ASSERT_EQ(before.size(), 3);
     Run("view.fullScreen");
     EXPECT_TRUE(window->isFullScreen());
+    EXPECT_EQ(shown(), QStringList());
+    EXPECT_EQ(window->GetView().size(), window->size());
+    QTest::keyClick(window.get(), Qt::Key_F, Qt::AltModifier); // the menus still answer
+    auto* menu = Find<QMenu>("menu.file");
+    EXPECT_TRUE(menu->isVisible());
+    menu->close();
     window->GetView().setFocus();
     QTest::keyClick(&window->GetView(), Qt::Key_Escape);
     Settle();
     EXPECT_FALSE(window->isFullScreen());
     EXPECT_FALSE(Action("view.fullScreen")->isChecked());
+    EXPECT_EQ(shown(), before);
+    Run("view.fullScreen");
+    window->close();
+    Restart();
+    EXPECT_EQ(shown(), before) << "the full screen is not what is remembered";
+}
+
+TEST_F(XMainWindowTest, ZoomingEndsBeforeThereIsNothingToSee)
+{
+    ASSERT_EQ(Open({MakeRaster("a.dat", 300, 200, 1)}), 1);
+    const auto wheel = [this](int delta) {
+        const tagXLook before = Look();
+        const QPoint at = window->GetView().mapToGlobal(QPoint(80, 60));
+        window->GetView().OnMouseWheel(0, delta, at.x(), at.y());
+        Settle();
+        return !(Look() == before);
+    };
+    for (const int delta : {-120, 120}) {
+        int steps = 0;
+        while (steps < 60 && wheel(delta))
+            ++steps;
+        EXPECT_LT(steps, 30);
+        const tagXLook end = Look();
+        Run(end.perX < 30 ? "view.zoomIn" : "view.zoomOut");
+        EXPECT_EQ(Look(), end);
+        EXPECT_GE(end.perX, 30.0 / 256);
+        EXPECT_LE(end.perX, 300 * 30.0 * 64 / window->GetView().width());
+    }
+}
+
+TEST_F(XMainWindowTest, TheStatusBarCutsNoNumberAndGivesMessagesRoom)
+{
+    ASSERT_EQ(Open({MakeRaster("a.dat", 300, 200, 3, 300000, 41912345)}), 1);
+    for (const int width : {700, 1000}) {
+        window->resize(width, 500);
+        Settle();
+        PointAt({window->GetView().width() / 2, window->GetView().height() / 2});
+        Settle();
+        for (const char* name : {"status.position", "status.samples", "status.geographic"}) {
+            const QLabel* label = Find<QLabel>(name);
+            EXPECT_TRUE(label->isHidden() || label->text() == Text(name)) << name << width;
+        }
+        EXPECT_TRUE(Find<QLabel>("status.position")->isVisible());
+        EXPECT_EQ(Find<QLabel>("status.system")->isVisible(), width == 1000);
+        window->statusBar()->showMessage(QString(60, 'm'));
+        Settle();
+        EXPECT_FALSE(Find<QLabel>("status.system")->isVisible());
+        EXPECT_TRUE(Find<QLabel>("status.position")->isVisible());
+        window->statusBar()->clearMessage();
+    }
+}
+
+TEST_F(XMainWindowTest, NoMnemonicStandsTwiceInAMenu)
+{
+    for (const QMenu* menu : window->menuBar()->findChildren<QMenu*>()) {
+        std::set<int> seen;
+        for (const QAction* action : menu->actions()) {
+            const QKeySequence key = QKeySequence::mnemonic(action->text());
+            EXPECT_TRUE(key.isEmpty() || seen.insert(key[0].toCombined()).second)
+                << action->text().toStdString();
+        }
+    }
 }
 
 TEST_F(XMainWindowTest, ResizingKeepsScaleAndCentreAndAFittedViewStaysFitted)

@@ -8,6 +8,8 @@
 
 #include <QAbstractItemModelTester>
 #include <QComboBox>
+#include <QDataStream>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -269,6 +271,36 @@ TEST_F(XPanelsTest, PartsOfFilesOpenByTheirOwnNames)
         EXPECT_NE(value, "gone since");
     }
     EXPECT_TRUE(isNamed);
+}
+
+TEST_F(XPanelsTest, AFileOfTwoImagesSaysThatOneIsShown)
+{
+    const QString path = Path("pages.tif");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    QDataStream bytes(&file);
+    bytes.setByteOrder(QDataStream::LittleEndian);
+    constexpr quint32 kHead = 8, kDirectory = 2 + 8 * 12 + 4, kSide = 4;
+    bytes << quint16(0x4949) << quint16(42) << kHead;
+    for (const quint32 next : {kHead + kDirectory, 0U}) { // both share the strip behind them
+        bytes << quint16(8);
+        for (const auto& [tag, value] :
+             {std::pair{256, kSide}, std::pair{257, kSide}, std::pair{258, 8U}, std::pair{259, 1U},
+              std::pair{262, 1U}, std::pair{273, kHead + 2 * kDirectory}, std::pair{278, kSide},
+              std::pair{279, kSide * kSide}})
+            bytes << quint16(tag) << quint16(4) << quint32(1) << value;
+        bytes << next;
+    }
+    file.write(QByteArray(kSide * kSide, 'x'));
+    file.close();
+    ASSERT_EQ(Open({Sample(), path, Sample()}), 3);
+    EXPECT_TRUE(window->statusBar()->currentMessage().startsWith(
+        "pages.tif: this is 1 of 2 images in the file."))
+        << "told of though another was opened since";
+    EXPECT_TRUE(XfnLayerReport(*window->GetLayers().GetAt(1)).back().second.contains("1 of 2"));
+    Run("file.closeAll");
+    ASSERT_EQ(Open({Sample()}), 1);
+    EXPECT_FALSE(window->statusBar()->currentMessage().contains(" of "));
 }
 
 TEST_F(XPanelsTest, TheTipOfAPresetFollowsItsState)

@@ -78,6 +78,7 @@ TEST(XStatusTextTest, Scales)
         {"30 m pixels at 96 dpi", 30, 1, 30, ZoomFormat::Ratio, "1:113" + thin + "386"},
         {"feet", 30 / 0.3048, 0.3048, 30, ZoomFormat::Ratio, "1:113" + thin + "386"},
         {"enlarged beyond nature", 1e-4, 1, 30, ZoomFormat::Ratio, "1:0.38"},
+        {"enlarged without end", 1e-6, 1, 30, ZoomFormat::Ratio, "1:0.0038"},
         {"no metres known", 0.5, 0, 1, ZoomFormat::Ratio, "200 %"},
         {"one to one", 28.5, 1, 28.5, ZoomFormat::Percent, "100 %"},
         {"small", 1000, 1, 30, ZoomFormat::Percent, "3.00 %"},

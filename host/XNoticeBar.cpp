@@ -1,0 +1,53 @@
+#include "host/XNoticeBar.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+XNoticeBar::XNoticeBar(QWidget* parent) : QFrame(parent), m_text(new QLabel(this))
+{
+    setObjectName("notice");
+    setAccessibleName("Notice");
+    setFrameShape(QFrame::StyledPanel);
+    setAutoFillBackground(true);
+    setBackgroundRole(QPalette::AlternateBase);
+    m_text->setObjectName("notice.text");
+    m_text->setWordWrap(true);
+    m_text->setTextFormat(Qt::PlainText);
+    auto* dismiss = new QPushButton("&Dismiss", this);
+    dismiss->setObjectName("notice.dismiss");
+    dismiss->setAutoDefault(false);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(8, 4, 8, 4);
+    row->addWidget(m_text, 1);
+    row->addWidget(dismiss, 0, Qt::AlignTop);
+    QObject::connect(dismiss, &QPushButton::clicked, this, [this] {
+        for (auto& line : m_lines)
+            line.second.clear();
+        ShowLines();
+    });
+    hide();
+}
+
+void XNoticeBar::Tell(const QString& path, const QString& text)
+{
+    for (const auto& line : m_lines)
+        if (line.first == path) return;
+    m_lines.append({path, text});
+    ShowLines();
+}
+
+void XNoticeBar::KeepOnly(const QStringList& paths)
+{
+    const auto gone = [&](const auto& line) { return !paths.contains(line.first); };
+    if (m_lines.removeIf(gone) > 0) ShowLines();
+}
+
+void XNoticeBar::ShowLines()
+{
+    QStringList texts;
+    for (const auto& line : m_lines)
+        if (!line.second.isEmpty()) texts.append(line.second);
+    m_text->setText(texts.join('\n'));
+    setVisible(!texts.isEmpty());
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QFrame>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <utility>
+
+class QLabel;
+
+/// The bar above the image for what went wrong with a file that is shown. It takes no focus and stops
+/// nothing; it stands until it is dismissed or the files it is about are closed.
+class XNoticeBar : public QFrame
+{
+public:
+    explicit XNoticeBar(QWidget* parent);
+
+    /// Adds a line about a file. A file has one line in all, even after that was dismissed.
+    void Tell(const QString& path, const QString& text);
+    /// Forgets the files that are not among these: opened again, they are told of again.
+    void KeepOnly(const QStringList& paths);
+
+private:
+    void ShowLines();
+
+    QLabel* m_text;
+    QList<std::pair<QString, QString>> m_lines; // path and text, empty once dismissed
+};
