@@ -8,7 +8,7 @@
 namespace {
 
 // decoded tiles have a cache of their own; this one only has to hold a row of blocks
-constexpr GIntBig kBlockCacheBytes = GIntBig(48) << 20;
+constexpr GIntBig kBlockCacheBytes = GIntBig(32) << 20;
 
 void CPL_STDCALL Collect(CPLErr level, CPLErrorNum, const char* text)
 {

@@ -17,7 +17,7 @@ XTile::XTile(int dataType, int width, int height, const unsigned char* data,
 
 XTile::XTile(int dataType, int width, int height) : XTile(dataType, width, height, nullptr, nullptr)
 {
-    m_memory = std::make_unique_for_overwrite<unsigned char[]>(m_byteSize);
+    m_memory = XfnNewTileMemory(m_byteSize);
     m_data = m_memory.get();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/base/XApi.h"
+#include "foundation/raster/XTileMemory.h"
 
 #include <cstddef>
 #include <memory>
@@ -48,7 +49,7 @@ private:
     int m_height;
     int m_sampleSize;
     std::size_t m_byteSize;
-    std::unique_ptr<unsigned char[]> m_memory;
+    XTileMemory m_memory;
     const unsigned char* m_data;
     std::shared_ptr<const XFileMap> m_map;
 };
