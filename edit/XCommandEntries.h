@@ -1,0 +1,41 @@
+#pragma once
+
+#include "foundation/base/XApi.h"
+
+#include <memory>
+#include <vector>
+
+class XvcLayer;
+class XvcObj;
+struct tagCommandSet;
+
+/// A command set in the making. Entries come in the order of the events, so that a step of many
+/// objects costs a step of one each; the set made of them has the newest first.
+class XAPI XCommandEntries
+{
+public:
+    struct Entry
+    {
+        int index;
+        XvcObj* clone; ///< null for a class that cannot be cloned
+        XvcLayer* layer;
+    };
+
+    explicit XCommandEntries(int type) : m_type(type) {}
+
+    void Add(int index, XvcObj* clone, XvcLayer* layer)
+    {
+        m_entries.push_back({index, clone, layer});
+    }
+    void RaiseCount(int by = 1) { m_count += by; }
+    int GetCount() const { return m_count; }
+    const std::vector<Entry>& GetEntries() const { return m_entries; }
+
+    /// The clones pass to the set.
+    std::unique_ptr<tagCommandSet> MakeSet() const;
+
+private:
+    int m_type;
+    int m_count = 0;
+    std::vector<Entry> m_entries;
+};

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "foundation/base/XApi.h"
+
+#include <cstddef>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+struct __POSITION;
+class XObject;
+class XvcLayer;
+class XvcObj;
+
+/// The places of a layer's elements by index and by address, for the time of one command.
+///
+/// Neighbouring places are found by walking from the one asked for last, which is how selections
+/// and command sets come. When the walks add up to more than a few passes over the layer, a table
+/// of short runs takes over, so that no order of objects makes a command quadratic: each question
+/// then costs the square root of the layer's size at most.
+/// While one lives, the layer is changed through it alone. Threads: the user interface thread.
+class XAPI XLayerIndex
+{
+public:
+    explicit XLayerIndex(XvcLayer& layer);
+    ~XLayerIndex();
+    XLayerIndex(const XLayerIndex&) = delete;
+    XLayerIndex& operator=(const XLayerIndex&) = delete;
+
+    XvcLayer& GetLayer() { return m_layer; }
+    __POSITION* PositionAt(int index); ///< null when there is no such index
+    /// @return null when the object is not in the layer; `index` is then -1
+    __POSITION* Find(const XObject* object, int& index);
+
+    void InsertAt(int index, XvcObj* object); ///< index up to the count; null inserts nothing
+    void RemoveAt(int index);                 ///< the object stays alive
+    void SetAt(int index, XvcObj* object);    ///< what stood there is not destroyed
+
+private:
+    struct Run
+    {
+        std::vector<__POSITION*> places;
+    };
+
+    XObject* ObjectAt(__POSITION* place) const;
+    bool MayWalk(std::size_t steps);
+    void Build();
+    void SplitRun(std::size_t run);
+    Run* FindRun(int index, std::size_t& run, std::size_t& offset);
+
+    XvcLayer& m_layer;
+    __POSITION* m_cursor = nullptr; // the place asked for last, null for none
+    int m_cursorIndex = 0;
+    std::size_t m_walked = 0;
+    bool m_built = false;
+    std::vector<std::unique_ptr<Run>> m_runs;
+    std::unordered_map<const XObject*, Run*> m_runOf;
+};
