@@ -1,0 +1,89 @@
+#include "foundation/raster/XStretchPreset.h"
+
+#include "foundation/raster/XDMBand.h"
+#include "foundation/raster/XDMCompManager.h"
+#include "foundation/raster/XDMComposite.h"
+#include "foundation/raster/XGaussianRange.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int kChannels = 3;
+constexpr int kClassMap = 8;
+
+constexpr tagXStretchPreset kPresets[] = {
+    {40046, "Whole Region - MinMax - Linear", 0, 1, 1},
+    {40047, "Whole Region - MinMax - Equalize", 0, 1, 5},
+    {40048, "Whole Region - MinMax - SqureRoot", 0, 1, 7},
+    {40049, "Whole Region - Gaussian95% - Linear", 0, 3, 1},
+    {40050, "Whole Region - Gaussian95% - Equalize", 0, 3, 5},
+    {40051, "Whole Region - Gaussian95% - SquareRoot", 0, 3, 7},
+    {40052, "Whole Region - Gaussian98% - Linear", 0, 2, 1},
+    {40053, "Whole Region - Gaussian98% - Equalize", 0, 2, 5},
+    {40054, "Whole Region - Gaussian98% - SquareRoot", 0, 2, 7},
+    {40055, "Visible Region - MinMax - Linear", 1, 1, 1},
+    {40056, "Visible Region - MinMax - Equalize", 1, 1, 5},
+    {40057, "Visible Region - MinMax - SquareRoot", 1, 1, 7},
+    {40058, "Visible Region - Gaussian95% - Linear", 1, 3, 1},
+    {40059, "Visible Region - Gaussian95% - Eqaulize", 1, 3, 5},
+    {40060, "Visible Region - Gaussian95% - SquareRoot", 1, 1, 7},
+    {40061, "Visible Region - Gaussian98% - Linear", 1, 2, 1},
+    {40062, "Visible Region - Gaussian98% - Equalize", 1, 2, 5},
+    {40063, "Visible Region - Gaussian98% - SquareRoot", 1, 1, 7},
+};
+
+template <class Change>
+void ForEachEnhanced(XDMCompManager& manager, Change change)
+{
+    for (int i = 0; i < manager.GetNumberOfXDMComposite(); ++i) {
+        XDMComposite* composite = manager.GetXDMCompositeAt(i);
+        composite->UpdateNeeded();
+        const XDMBand* first = composite->GetFirstBand();
+        if (!first || composite->GetMode() == 3 || first->GetBandType() == kClassMap) continue;
+        for (int ch = 0; ch < kChannels; ++ch)
+            change(*composite, ch);
+    }
+}
+
+} // namespace
+
+std::span<const tagXStretchPreset> XfnGetStretchPresets()
+{
+    return kPresets;
+}
+
+const tagXStretchPreset* XfnFindStretchPreset(int command)
+{
+    const auto* found = std::ranges::find(kPresets, command, &tagXStretchPreset::command);
+    return found == std::end(kPresets) ? nullptr : found;
+}
+
+void XfnEnhance(XDMCompManager& manager, int cutType, int stretchType)
+{
+    ForEachEnhanced(manager, [&](XDMComposite& composite, int ch) {
+        composite.SetCutType(cutType, ch);
+        composite.SetStretchType(stretchType, ch);
+    });
+}
+
+void XfnEnhanceEx(XDMCompManager& manager, int coverage, int cutType, int stretchType)
+{
+    ForEachEnhanced(manager, [&](XDMComposite& composite, int ch) {
+        composite.SetStretchCoverage(coverage, ch);
+        composite.SetCutType(cutType, ch);
+        const XDMBand* band = composite.GetBand(ch);
+        if (coverage == 0 && band) {
+            double low = band->GetBandMin();
+            double high = band->GetBandMax();
+            if (cutType == 2 || cutType == 3) {
+                const auto calcRange =
+                    cutType == 3 ? &XfnCalcGaussianRange95 : &XfnCalcGaussianRange98;
+                calcRange(band->GetBandMin(), band->GetBandMax(), band->GetBandMean(),
+                          band->GetBandStdDev(), band->GetHistogram(), low, high);
+            }
+            composite.SetCutRange(low, high, ch);
+        }
+        composite.SetStretchType(stretchType, ch);
+    });
+}
