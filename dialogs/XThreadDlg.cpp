@@ -1,0 +1,191 @@
+#include "dialogs/XThreadDlg.h"
+
+#include "foundation/platform/XQtText.h"
+#include "foundation/platform/XTempFolder.h"
+#include "foundation/platform/XThread.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int kBarWidth = 320;
+
+} // namespace
+
+XThreadDlg::XThreadDlg(QWidget* parent)
+    : QDialog(parent),
+      m_messageLabel(new QLabel(this)),
+      m_bar(new QProgressBar(this)),
+      m_percentLabel(new QLabel(this)),
+      m_unitLabel(new QLabel(this)),
+      m_cancel(new QPushButton(tr("Cancel"), this))
+{
+    setObjectName("thread");
+    m_messageLabel->setObjectName("thread.message");
+    m_bar->setObjectName("thread.bar");
+    m_percentLabel->setObjectName("thread.percent");
+    m_unitLabel->setObjectName("thread.unit");
+    m_cancel->setObjectName("thread.cancel");
+    m_messageLabel->setTextFormat(Qt::PlainText);
+    m_messageLabel->setMinimumWidth(kBarWidth);
+    m_bar->setTextVisible(false);
+    m_bar->setRange(0, 100);
+    m_percentLabel->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    // room for three digits, so that the bar does not change its length on the way
+    m_percentLabel->setMinimumWidth(m_percentLabel->fontMetrics().horizontalAdvance("100"));
+
+    auto* row = new QHBoxLayout;
+    row->addWidget(m_bar, 1);
+    row->addWidget(m_percentLabel);
+    row->addWidget(m_unitLabel);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(m_cancel);
+    auto* column = new QVBoxLayout(this);
+    column->addWidget(m_messageLabel);
+    column->addLayout(row);
+    column->addLayout(buttons);
+    column->setSizeConstraint(QLayout::SetFixedSize);
+    connect(m_cancel, &QPushButton::clicked, this, [this] { reject(); });
+}
+
+XThreadDlg::~XThreadDlg()
+{
+    DestroyHandle();
+}
+
+int XThreadDlg::DoModal()
+{
+    XfnMakeTempFolder();
+    setModal(true);
+    m_isReady = 1;
+    m_percent = 0;
+    m_bar->setRange(0, m_isMarquee ? 0 : 100);
+    if (m_isMarquee) m_unit = "";
+    ShowState();
+    show();
+    StartWork();
+    const int result = exec() == QDialog::Accepted ? kOk : kCancel;
+    m_isReady = 0;
+    m_thread->Terminate();
+    m_thread->Wait();
+    return result;
+}
+
+void XThreadDlg::StartWork()
+{
+    m_thread = std::make_unique<XThread>();
+    XThread* const thread = m_thread.get();
+    const auto work = [this, thread](void*) -> unsigned {
+        XString error;
+        if (ThreadProcess(m_processOwner, error, thread)) {
+            thread->CallbackSuccess();
+        } else {
+            thread->CallbackFail(error);
+        }
+        return 0;
+    };
+    if (thread->Create(this, GetHWND(), work, this)) return;
+    OnCallbackFail(m_processOwner, "There is no thread to work on.");
+    QMetaObject::invokeMethod(
+        this, [this] { reject(); }, Qt::QueuedConnection);
+}
+
+XLRESULT XThreadDlg::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM lParam)
+{
+    if (message != kXThreadMessage) return XMessageWindow::OnWindowMessage(message, wParam, lParam);
+    const XThread* const thread = m_thread.get();
+    if (!thread || reinterpret_cast<XWPARAM>(thread) != wParam) return 0;
+    switch (thread->GetStatus()) {
+    case kXThreadSuccess:
+        OnCallbackSuccess(m_processOwner);
+        Terminate();
+        accept();
+        break;
+    case kXThreadFail:
+        OnCallbackFail(m_processOwner, thread->GetText());
+        reject();
+        break;
+    case kXThreadPercent:
+        OnCallbackPercent(m_processOwner, static_cast<int>(lParam));
+        break;
+    case kXThreadText:
+        OnCallbackText(m_processOwner, thread->GetText());
+        break;
+    default:
+        break;
+    }
+    return 0;
+}
+
+void XThreadDlg::reject()
+{
+    Terminate();
+    QDialog::reject();
+}
+
+void XThreadDlg::OnCallbackFail(void*, const XString&) {}
+
+void XThreadDlg::OnCallbackSuccess(void*) {}
+
+void XThreadDlg::OnCallbackPercent(void*, int percent)
+{
+    SetPercent(percent);
+}
+
+void XThreadDlg::OnCallbackText(void*, const XString& text)
+{
+    SetMessage(text);
+}
+
+void XThreadDlg::ShowState()
+{
+    if (!m_isReady) return;
+    m_messageLabel->setText(XfnToQString(m_message));
+    m_percentLabel->setText(QString::number(m_percent));
+    m_unitLabel->setText(XfnToQString(m_unit));
+    if (!m_isMarquee) m_bar->setValue(m_percent);
+}
+
+void XThreadDlg::SetTitle(const XString& title)
+{
+    m_title = title;
+    setWindowTitle(XfnToQString(title));
+}
+
+void XThreadDlg::SetMessage(const XString& text)
+{
+    m_message = text;
+    ShowState();
+}
+
+void XThreadDlg::SetPercent(int percent)
+{
+    m_percent = percent;
+    ShowState();
+}
+
+void XThreadDlg::SetUnit(const XString& unit)
+{
+    m_unit = unit;
+    ShowState();
+}
+
+void XThreadDlg::Suspend()
+{
+    if (m_thread) m_thread->Suspend();
+}
+
+void XThreadDlg::Resume()
+{
+    if (m_thread) m_thread->Resume();
+}
+
+void XThreadDlg::Terminate()
+{
+    if (m_thread) m_thread->Terminate();
+}
