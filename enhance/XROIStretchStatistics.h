@@ -21,6 +21,7 @@ struct tagXROIPolygon
 /// @param sources  channels that were not computed hold no numbers
 /// @param thread   receives percents and is asked for its stop flag between polygons; may be null
 /// @return 0 after a stop; then `sources` is as it was
-XAPI int XfnCalcROIStretchStatistics(
-    const XDMCompManager& manager, const std::vector<tagXROIPolygon>& polygons, XThread* thread,
-    std::array<tagXStretchSource, XStretchModel::kChannels>& sources);
+XAPI int
+XfnCalcROIStretchStatistics(const XDMCompManager& manager,
+                            const std::vector<tagXROIPolygon>& polygons, XThread* thread,
+                            std::array<tagXStretchSource, XStretchModel::kChannels>& sources);

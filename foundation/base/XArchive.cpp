@@ -1,5 +1,6 @@
 #include "foundation/base/XArchive.h"
 
+#include "foundation/base/XCodePage.h"
 #include "foundation/base/XFile.h"
 #include "foundation/base/XFileException.h"
 #include "foundation/base/XIndexException.h"
@@ -111,19 +112,18 @@ void XArchive::Close()
     m_file = nullptr;
 }
 
-std::int64_t XArchive::GetBytesLeft() const
+std::uint64_t XArchive::GetBytesLeft() const
 {
     const std::int64_t behind =
         std::max<std::int64_t>(m_file->GetLength() - m_file->GetPosition(), 0);
-    return behind + static_cast<std::int64_t>(m_end - m_begin);
+    return static_cast<std::uint64_t>(behind) + (m_end - m_begin);
 }
 
 std::uint32_t XArchive::ReadCount(std::size_t bytesPerElement)
 {
     std::uint32_t count = 0;
     *this >> count;
-    const std::uint64_t left = static_cast<std::uint64_t>(GetBytesLeft());
-    if (count > left / std::max<std::size_t>(bytesPerElement, 1)) {
+    if (count > GetBytesLeft() / std::max<std::size_t>(bytesPerElement, 1)) {
         XFileException::Throw(XFileException::kEndOfFile, m_file->GetFilePath());
     }
     return count;
@@ -131,8 +131,9 @@ std::uint32_t XArchive::ReadCount(std::size_t bytesPerElement)
 
 XArchive& XArchive::operator<<(const XString& text)
 {
-    *this << static_cast<std::uint32_t>(text.GetLength());
-    Write(text.GetString(), static_cast<std::size_t>(text.GetLength()));
+    const XString bytes = m_isUtf8 ? XfnTextToUtf8(text) : text;
+    *this << static_cast<std::uint32_t>(bytes.GetLength());
+    Write(bytes.GetString(), static_cast<std::size_t>(bytes.GetLength()));
     return *this;
 }
 
@@ -143,6 +144,7 @@ XArchive& XArchive::operator>>(XString& text)
     XString read;
     ReadExactly(read.GetBuffer(static_cast<int>(count)), count);
     read.ReleaseBuffer(static_cast<int>(count));
+    if (m_isUtf8) read = XfnTextFromUtf8(read);
     text.Swap(read);
     return *this;
 }

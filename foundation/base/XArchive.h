@@ -13,7 +13,7 @@ class XFile;
 /// A stream of binary values over a file, in one direction.
 ///
 /// Numbers are stored in little-endian order, reals by their IEEE bits, an XString as a 32-bit
-/// count and its bytes. The file is lent and must outlive the archive; until Flush or Close its
+/// count and its bytes; UseUtf8 has them in UTF-8 whatever the code page of narrow text is. The file is lent and must outlive the archive; until Flush or Close its
 /// position runs ahead of what was written or read here.
 /// Failure: every operation throws XFileException: kEndOfFile when the file ends within a value,
 /// kInvalidFile for a write while loading and the reverse, otherwise what the file throws.
@@ -31,6 +31,7 @@ public:
     int IsStoring() const { return m_mode == kStore; }
     int IsLoading() const { return m_mode == kLoad; }
     XFile* GetFile() const { return m_file; }
+    void UseUtf8() { m_isUtf8 = true; } ///< for files that other machines read
 
     /// Up to `count` bytes; fewer only at the end of the file.
     std::size_t Read(void* data, std::size_t count);
@@ -50,6 +51,8 @@ public:
     /// A count of elements that follow, each at least `bytesPerElement` bytes long in the file. A
     /// count that the rest of the file cannot hold throws kEndOfFile, before anything is allocated.
     std::uint32_t ReadCount(std::size_t bytesPerElement);
+    std::uint64_t
+    GetBytesLeft() const; ///< while loading, from the next byte to the end of the file
 
     template <class T>
     requires(std::is_arithmetic_v<T> && !std::is_same_v<T, bool> && sizeof(T) <= 8) XArchive&
@@ -73,10 +76,10 @@ public:
 
 private:
     void Require(Mode mode) const;
-    std::int64_t GetBytesLeft() const;
 
     XFile* m_file;
     Mode m_mode;
+    bool m_isUtf8 = false;
     std::size_t m_bufferSize;
     std::unique_ptr<unsigned char[]> m_buffer;
     std::size_t m_begin = 0; // loading: next byte to hand out; storing: always 0

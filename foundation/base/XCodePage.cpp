@@ -1,9 +1,11 @@
 #include "foundation/base/XCodePage.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cwchar>
 #include <iconv.h>
+#include <iterator>
 #include <string_view>
 
 namespace {
@@ -14,6 +16,14 @@ bool IsOffered(int codePage)
 {
     return codePage == kXCodePageUtf8 || codePage == kXCodePageKorean ||
            (codePage >= 1250 && codePage <= 1258);
+}
+
+// Those of files, which need not be those that a process may run in.
+constexpr int kFilePages[] = {437, 850, 852, 866, 874, 932, 936, 950, 1361, 10000};
+
+bool IsKnown(int codePage)
+{
+    return IsOffered(codePage) || std::ranges::find(kFilePages, codePage) != std::end(kFilePages);
 }
 
 /// One conversion descriptor of the C library, for one thread.
@@ -64,7 +74,10 @@ private:
 
 XString GetName(int codePage)
 {
-    return codePage == kXCodePageUtf8 ? XString("UTF-8") : XfnFormat("CP%d", codePage);
+    if (codePage == kXCodePageUtf8) return "UTF-8";
+    if (codePage == 1361) return "JOHAB";
+    if (codePage == 10000) return "MACINTOSH";
+    return XfnFormat("CP%d", codePage);
 }
 
 bool IsContinuation(char ch)
@@ -120,9 +133,14 @@ XString XfnTextFromUtf8(const XString& utf8)
     return XfnUtf8ToCodePage(XfnGetCodePage(), utf8);
 }
 
+int XfnIsCodePageKnown(int codePage)
+{
+    return IsKnown(codePage) ? 1 : 0;
+}
+
 XString XfnCodePageToUtf8(int codePage, const XString& text)
 {
-    if (codePage == kXCodePageUtf8 || !IsOffered(codePage)) return text;
+    if (codePage == kXCodePageUtf8 || !IsKnown(codePage)) return text;
     XConverter converter("UTF-8", GetName(codePage));
     if (!converter.IsOpen()) return text;
     return converter.Convert(text, "\xEF\xBF\xBD",
@@ -131,7 +149,7 @@ XString XfnCodePageToUtf8(int codePage, const XString& text)
 
 XString XfnUtf8ToCodePage(int codePage, const XString& utf8)
 {
-    if (codePage == kXCodePageUtf8 || !IsOffered(codePage)) return utf8;
+    if (codePage == kXCodePageUtf8 || !IsKnown(codePage)) return utf8;
     XConverter converter(GetName(codePage), "UTF-8");
     if (!converter.IsOpen()) return utf8;
     return converter.Convert(utf8, "?", [](const char* at, std::size_t left) {

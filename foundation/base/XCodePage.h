@@ -22,7 +22,10 @@ XAPI int XfnGetCodePage();
 XAPI XString XfnTextToUtf8(const XString& text);
 XAPI XString XfnTextFromUtf8(const XString& utf8);
 
-/// The same with the code page named, for files whose encoding is fixed.
+/// The same with the code page named, for files whose encoding is fixed. Files may be in more code
+/// pages than a process may run in: 437, 850, 852, 866, 874, 932, 936, 950, 1361 and 10000 too. In a
+/// code page that is not known the bytes pass unchanged.
+XAPI int XfnIsCodePageKnown(int codePage);
 XAPI XString XfnCodePageToUtf8(int codePage, const XString& text);
 XAPI XString XfnUtf8ToCodePage(int codePage, const XString& utf8);
 

@@ -70,17 +70,26 @@ bool IsPredefined(int index)
     return index >= 0 && index < Style::kPredefinedCount && kNames[index];
 }
 
+struct Patterns
+{
+    unsigned char bytes[Style::kPredefinedCount][Style::kPatternBytes] = {};
+
+    Patterns()
+    {
+        for (int style = 0; style < Style::kPredefinedCount; ++style)
+            for (int y = 0; y < 32; ++y)
+                for (int x = 0; x < 32; ++x)
+                    if (IsDrawn(style, x, y)) bytes[style][y * 4 + x / 8] |= 0x80 >> x % 8;
+    }
+};
+
 } // namespace
 
 void tagXFillStyle::SetStyle(int index)
 {
+    static const Patterns patterns; // files set the style of each object anew
     style = IsPredefined(index) ? index : kNone;
-    std::memset(pattern, 0, sizeof pattern);
-    for (int y = 0; y < 32; ++y) {
-        for (int x = 0; x < 32; ++x) {
-            if (IsDrawn(style, x, y)) pattern[y * 4 + x / 8] |= 0x80 >> x % 8;
-        }
-    }
+    std::memcpy(pattern, patterns.bytes[style], sizeof pattern);
 }
 
 void tagXFillStyle::SetStyle(const unsigned char* newPattern)

@@ -49,6 +49,9 @@ public:
     int GetCount() const { return m_nCount; }
     int GetSize() const { return m_nCount; }
     int IsEmpty() const { return m_nCount == 0; }
+    /// Rises whenever an element is added, removed or set, but not when one is written through a
+    /// reference.
+    unsigned GetChangeCount() const { return m_changeCount; }
     __POSITION* GetHeadPosition() const { return m_pNodeHead; }
     __POSITION* GetTailPosition() const { return m_pNodeTail; }
 
@@ -74,7 +77,11 @@ public:
     const T& GetPrev(__POSITION*& pos) const { return const_cast<XList*>(this)->GetPrev(pos); }
     T& GetAt(__POSITION* pos) { return Require(pos)->m_data; }
     const T& GetAt(__POSITION* pos) const { return Require(pos)->m_data; }
-    void SetAt(__POSITION* pos, ARG value) { Require(pos)->m_data = value; }
+    void SetAt(__POSITION* pos, ARG value)
+    {
+        Require(pos)->m_data = value;
+        ++m_changeCount;
+    }
 
     /// All return the position of the new element. A null position inserts before the head
     /// (InsertBefore) or behind the tail (InsertAfter).
@@ -123,6 +130,7 @@ public:
         (node->m_pPrev ? node->m_pPrev->m_pNext : m_pNodeHead) = node->m_pNext;
         (node->m_pNext ? node->m_pNext->m_pPrev : m_pNodeTail) = node->m_pPrev;
         --m_nCount;
+        ++m_changeCount;
         XfnDestructElements(&node->m_data, 1);
         m_pool.Give(node);
     }
@@ -147,6 +155,7 @@ public:
         }
         m_pNodeHead = m_pNodeTail = nullptr;
         m_nCount = 0;
+        ++m_changeCount;
         m_pool.Clear();
     }
 
@@ -177,8 +186,10 @@ private:
         (prev ? prev->m_pNext : m_pNodeHead) = node;
         (next ? next->m_pPrev : m_pNodeTail) = node;
         ++m_nCount;
+        ++m_changeCount;
         return node;
     }
 
     XNodePool<Node> m_pool;
+    unsigned m_changeCount = 0;
 };

@@ -11,6 +11,7 @@ QSettings OpenSettings()
 }
 
 const QString kInvertWheelKey = QStringLiteral("view/invertMouseWheelZoomDir");
+const QString kAskForNewKey = QStringLiteral("edit/askForNewObject");
 
 } // namespace
 
@@ -22,4 +23,14 @@ bool XfnGetInvertMouseWheelZoomDir()
 void XfnSetInvertMouseWheelZoomDir(bool isInverted)
 {
     OpenSettings().setValue(kInvertWheelKey, isInverted);
+}
+
+bool XfnGetAskForNewObject()
+{
+    return OpenSettings().value(kAskForNewKey, false).toBool();
+}
+
+void XfnSetAskForNewObject(bool isAsked)
+{
+    OpenSettings().setValue(kAskForNewKey, isAsked);
 }

@@ -8,3 +8,8 @@
 /// True when turning the wheel forward zooms in; by default it zooms out.
 XAPI bool XfnGetInvertMouseWheelZoomDir();
 XAPI void XfnSetInvertMouseWheelZoomDir(bool isInverted);
+
+/// True when the properties of an object are asked for as soon as it is drawn; by default they are
+/// not.
+XAPI bool XfnGetAskForNewObject();
+XAPI void XfnSetAskForNewObject(bool isAsked);

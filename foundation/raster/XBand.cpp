@@ -163,7 +163,7 @@ std::shared_ptr<const tagXBandStatistics> XBand::Need(int withHistogram,
                                                       const std::atomic<int>* abort) const
 {
     static const auto kNone = std::make_shared<const tagXBandStatistics>();
-    constexpr auto kPollPause = std::chrono::milliseconds(20);
+    constexpr auto kPollPause = std::chrono::microseconds(200); // as XGdalSource
     std::unique_lock lock(m_stateMutex);
     for (;;) {
         if (m_statistics && (m_statistics->hasHistogram || !withHistogram)) return m_statistics;

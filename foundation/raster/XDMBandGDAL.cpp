@@ -1,10 +1,10 @@
 #include "foundation/raster/XDMBandGDAL.h"
 
 #include "foundation/raster/XGdalDescription.h"
-#include "foundation/raster/XGdalErrors.h"
 #include "foundation/raster/XGdalSource.h"
 #include "foundation/raster/XGdalTileReader.h"
 #include "foundation/raster/XRasterTypes.h"
+#include "foundation/reference/XGdalErrors.h"
 
 #include <gdal_priv.h>
 

@@ -14,6 +14,7 @@ class XDMBand;
 class XDMBandSpatialFilter;
 class XDMCompManager;
 class XDMVand;
+class XDrawHelpers;
 class XDrawTableCache;
 class XThread;
 class XVertBuffer;
@@ -279,6 +280,10 @@ public:
     /// Why the last Draw left a part as it was: the sentence of its first tile that failed, with the
     /// file's name. Empty when everything was drawn, after an abort, and before any Draw.
     const XString& GetDrawMessage() const { return m_drawMessage; }
+    /// Lends threads that decode ahead of drawings; null (at first): every Draw has its own. With
+    /// lent ones Draw may leave a tile of its bands in hand, so bands and abort word stay
+    /// until XDrawHelpers' Wait. Copies have none.
+    void SetDrawHelpers(XDrawHelpers* helpers) { m_helpers = helpers; }
 
     XBackBuffer* GetBackBuffer() { return m_backBuffer.get(); }
     int GetDIBits(tagBITMAPINFO& info) const; ///< pixels of the own back buffer
@@ -359,6 +364,7 @@ private:
     int m_isUpdateNeeded = 1;
     double m_drawRange[4] = {kXNotSet, kXNotSet, kXNotSet, kXNotSet};
     XString m_drawMessage;
+    XDrawHelpers* m_helpers = nullptr;
     std::unique_ptr<XVertBuffer> m_vertexBuffer;
     std::unique_ptr<XVertBuffer> m_boundaryBuffer;
     int m_isVectorStale = 1;

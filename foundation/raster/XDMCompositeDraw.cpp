@@ -122,6 +122,7 @@ void XDMComposite::SetUpChannel(int ch, const XBackBuffer& buffer, tagXDrawJob& 
     if (XfnGetDataTypeSize(settings.band->GetDataType()) == 0) return;
     XDMBand* band = GetDrawnBand(ch);
     channel.band = band;
+    if (band == m_filtered[ch].get()) channel.keeper = m_filtered[ch];
     channel.dataType = band->GetDataType();
     channel.level = GetDrawnLevel(ch, buffer);
     band->GetLevelSize(channel.level, channel.levelWidth, channel.levelHeight);
@@ -242,6 +243,7 @@ int XDMComposite::DrawRaster(XBackBuffer& buffer, const std::atomic<int>* abort)
     job.alpha = m_alpha;
     job.abort = abort;
     job.message = &m_drawMessage;
+    job.helpers = m_helpers;
     if (!CalcClip(buffer.GetMapping(), m_drawRange, job)) return 1; // the range lies elsewhere
     int isStraight = 1;
     int isAny = 0;

@@ -1,7 +1,7 @@
 #include "foundation/raster/XDMFileCatalogue.h"
 
+#include "foundation/base/XChecksum.h"
 #include "foundation/base/XFile.h"
-#include "foundation/raster/XDMFileChecksum.h"
 #include "foundation/raster/XDMFileMeta.h"
 #include "foundation/raster/XDMFileTile.h"
 
@@ -128,7 +128,7 @@ int XDMFileCatalogue::ReadHeader(const XFile& file, tagXDMFileHeader& header, XS
                            int(header.majorVersion), int(kXDMFileMajorVersion));
         return 0;
     }
-    if (!XfnIsXDMFileChecksum(header.headerChecksum, start, sizeof header - 4)) {
+    if (!XfnIsChecksum(header.headerChecksum, start, sizeof header - 4)) {
         reason = "The header of the file is damaged";
         return 0;
     }
@@ -165,8 +165,8 @@ int XDMFileCatalogue::ReadDirectory(const XFile& file, const tagXDMFileHeader& h
                              static_cast<std::size_t>(header.directoryBytes), reason)) {
         return 0;
     }
-    if (!XfnIsXDMFileChecksum(header.directoryChecksum, m_directory.data(),
-                              static_cast<std::size_t>(header.directoryBytes))) {
+    if (!XfnIsChecksum(header.directoryChecksum, m_directory.data(),
+                       static_cast<std::size_t>(header.directoryBytes))) {
         reason = "The directory is damaged";
         return 0;
     }
@@ -226,7 +226,7 @@ int XDMFileCatalogue::ReadBlock(const XFile& file, const tagXDMFileDirectoryEntr
 {
     bytes.resize(static_cast<std::size_t>(entry.bytes));
     if (!XfnReadXDMFileBytes(file, entry.offset, bytes.data(), bytes.size(), reason)) return 0;
-    if (!XfnIsXDMFileChecksum(entry.checksum, bytes.data(), bytes.size())) {
+    if (!XfnIsChecksum(entry.checksum, bytes.data(), bytes.size())) {
         reason = XfnFormat("The %s is damaged", GetBlockName(entry.type));
         return 0;
     }
@@ -385,7 +385,7 @@ int XDMFileCatalogue::ReadTable(const XFile& file, const tagXDMFileInfo& info, i
             static_cast<std::size_t>(table.place.bytes / sizeof(tagXDMFileTileEntry)));
         const std::size_t bytes = static_cast<std::size_t>(table.place.bytes);
         if (!XfnReadXDMFileBytes(file, table.place.offset, entries.data(), bytes, reason)) return 0;
-        if (!XfnIsXDMFileChecksum(table.place.checksum, entries.data(), bytes)) {
+        if (!XfnIsChecksum(table.place.checksum, entries.data(), bytes)) {
             reason = "The tile table of " + NameLevel(band, level) + " is damaged";
             return 0;
         }

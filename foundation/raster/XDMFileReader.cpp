@@ -1,9 +1,9 @@
 #include "foundation/raster/XDMFileReader.h"
 
+#include "foundation/base/XChecksum.h"
 #include "foundation/base/XFile.h"
 #include "foundation/platform/XFileMap.h"
 #include "foundation/raster/XDMFileCatalogue.h"
-#include "foundation/raster/XDMFileChecksum.h"
 #include "foundation/raster/XDMFileTile.h"
 
 #include <sys/stat.h>
@@ -200,7 +200,7 @@ int XDMFileReader::ReadTile(int band, int level, int tx, int ty, void* out, std:
     if (!XfnReadXDMFileBytes(*m_state->file, entry->offset, payload, entry->bytes, reason)) {
         return IsIntact(message) ? fail(reason) : 0;
     }
-    if (!XfnIsXDMFileChecksum(entry->checksum, payload, entry->bytes)) {
+    if (!XfnIsChecksum(entry->checksum, payload, entry->bytes)) {
         return fail(NameTile(band, level, tx, ty) + " is damaged");
     }
     if (!isPlain && !XfnDecodeXDMFileTile(encoding, static_cast<unsigned char*>(payload),
@@ -229,7 +229,7 @@ int XDMFileReader::ViewTile(int band, int level, int tx, int ty, tagXDMFileView&
     const unsigned char* samples = m_state->map->GetData() + offset;
     if (!catalogue.IsVerified(m_state->info, band, level, tx, ty)) {
         m_state->map->Prefetch(offset, entry->bytes);
-        const bool isGood = XfnIsXDMFileChecksum(entry->checksum, samples, entry->bytes);
+        const bool isGood = XfnIsChecksum(entry->checksum, samples, entry->bytes);
         if (!IsIntact(message)) return 0;
         if (!isGood) return m_state->Fail(NameTile(band, level, tx, ty) + " is damaged", message);
         catalogue.MarkVerified(m_state->info, band, level, tx, ty);

@@ -1,7 +1,7 @@
 #include "foundation/raster/XDMFileWriter.h"
 
+#include "foundation/base/XChecksum.h"
 #include "foundation/base/XSafeFile.h"
-#include "foundation/raster/XDMFileChecksum.h"
 #include "foundation/raster/XDMFileMeta.h"
 #include "foundation/raster/XDMFileTile.h"
 
@@ -133,7 +133,7 @@ int XDMFileWriter::tagState::AppendBlock(XDMFileBlock type, std::uint32_t band, 
     entry.band = band;
     entry.level = level;
     entry.bytes = count;
-    entry.checksum = XfnGetXDMFileChecksum(bytes, count);
+    entry.checksum = XfnGetChecksum(bytes, count);
     if (!Append(bytes, count, entry.offset)) return 0;
     directory.push_back(entry);
     return 1;
@@ -213,10 +213,10 @@ int XDMFileWriter::tagState::WriteDirectoryAndHeader()
     header.minorVersion = kXDMFileMinorVersion;
     header.requiredFeatures = features;
     header.directoryBytes = directory.size() * sizeof(tagXDMFileDirectoryEntry);
-    header.directoryChecksum = XfnGetXDMFileChecksum(directory.data(), header.directoryBytes);
+    header.directoryChecksum = XfnGetChecksum(directory.data(), header.directoryBytes);
     if (!Append(directory.data(), header.directoryBytes, header.directoryOffset)) return 0;
     header.fileBytes = end;
-    header.headerChecksum = XfnGetXDMFileChecksum(&header, sizeof header - 4);
+    header.headerChecksum = XfnGetChecksum(&header, sizeof header - 4);
     try {
         file.GetFile().SeekToBegin();
     } catch (XFileException& e) {
@@ -293,7 +293,7 @@ int XDMFileWriter::WriteTile(int band, int level, int tx, int ty, const void* sa
         entry.encoding = static_cast<std::uint32_t>(encoding);
         entry.bytes =
             static_cast<std::uint32_t>(encoding == XDMFileEncoding::Plain ? size : packed.size());
-        entry.checksum = XfnGetXDMFileChecksum(payload, entry.bytes);
+        entry.checksum = XfnGetChecksum(payload, entry.bytes);
     }
 
     const std::lock_guard lock(state.mutex);
@@ -366,7 +366,7 @@ int XDMFileWriter::ReadTile(int band, int level, int tx, int ty, void* out, std:
                            static_cast<std::size_t>(XfnGetXDMFileSampleSize(shape.dataType)));
         return 1;
     }
-    if (!XfnIsXDMFileChecksum(entry.checksum, packed ? packed.get() : out, entry.bytes) ||
+    if (!XfnIsChecksum(entry.checksum, packed ? packed.get() : out, entry.bytes) ||
         (packed && !XfnDecodeXDMFileTile(static_cast<XDMFileEncoding>(entry.encoding), packed.get(),
                                          entry.bytes, shape, out)))
         return fail("A tile was changed by another program while the file is written");

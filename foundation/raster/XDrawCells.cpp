@@ -7,6 +7,7 @@
 #include "foundation/raster/XTile.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -42,14 +43,14 @@ private:
     void MakeWords(const void* const src[3], const int* index, int n, std::uint32_t* words) const;
 
     const tagXDrawJob& m_job;
-    const XDrawGrid m_grid;
+    const std::shared_ptr<const XDrawGrid> m_grid;
     std::vector<tagSource> m_sources; // the channels that have a band
     XDrawRowWriter m_writer;
     int m_isComplete = 1;
 };
 
 XDrawCells::XDrawCells(const tagXDrawJob& job)
-    : m_job(job), m_grid(job), m_writer(job, job.x1 - job.x0)
+    : m_job(job), m_grid(std::make_shared<const XDrawGrid>(job)), m_writer(job, job.x1 - job.x0)
 {
     m_sources.reserve(3);
     for (int ch = 0; ch < 3; ++ch) {
@@ -59,8 +60,8 @@ XDrawCells::XDrawCells(const tagXDrawJob& job)
         source.channel = &channel;
         source.tiles.emplace(channel.band, channel.level, job.abort);
         source.tiles->SetMessage(job.message);
-        source.columns = &m_grid.GetColumns(ch);
-        source.rows = &m_grid.GetRows(ch);
+        source.columns = &m_grid->GetColumns(ch);
+        source.rows = &m_grid->GetRows(ch);
         source.stateRow = XfnGetStateRow(channel.dataType, 0);
         source.stateIndexedRow = XfnGetStateRow(channel.dataType, 1);
         source.sampleSize = static_cast<std::size_t>(XfnGetDataTypeSize(channel.dataType));
@@ -169,7 +170,7 @@ void XDrawCells::ComposeRow(std::size_t row, tagXDrawSpan columns)
 void XDrawCells::DrawCell(tagXDrawSpan columns, tagXDrawSpan rows)
 {
     const int n = static_cast<int>(columns.end - columns.begin);
-    const bool isShort = m_job.shortcut != XDrawShortcut::None && m_grid.IsShared();
+    const bool isShort = m_job.shortcut != XDrawShortcut::None && m_grid->IsShared();
     for (std::size_t row = rows.begin; row < rows.end; ++row) {
         if (row % 16 == 0 && m_job.IsAborted()) return; // a coarse cell may fill the screen
         std::uint32_t* surface = m_job.bits +
@@ -196,8 +197,8 @@ int XDrawCells::Run()
     if (m_sources.empty()) return 1;
     XDrawAhead ahead(m_job, m_grid);
     int cell = 0;
-    for (const tagXDrawSpan& rows : m_grid.GetRowSpans()) {
-        for (const tagXDrawSpan& columns : m_grid.GetColumnSpans()) {
+    for (const tagXDrawSpan& rows : m_grid->GetRowSpans()) {
+        for (const tagXDrawSpan& columns : m_grid->GetColumnSpans()) {
             if (m_job.IsAborted()) return 0;
             ahead.Arrive(cell++);
             if (OpenTiles(columns.begin, rows.begin)) DrawCell(columns, rows);

@@ -8,8 +8,10 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 class XDMBand;
+class XDrawHelpers;
 
 /// Which loop leads straight from samples to words, when every sample of every channel has data.
 enum class XDrawShortcut { None, Gray8, Rgb8, Gray16, Rgb16 };
@@ -17,7 +19,8 @@ enum class XDrawShortcut { None, Gray8, Rgb8, Gray16, Rgb16 };
 /// One channel of a drawing: what to read and how to cut it.
 struct tagXDrawChannel
 {
-    XDMBand* band = nullptr; ///< null: the channel shows its default value
+    XDMBand* band = nullptr;         ///< null: the channel shows its default value
+    std::shared_ptr<XDMBand> keeper; ///< of a band made for the drawing; null: it is lent
     int dataType = 0;
     int level = 0;
     int levelWidth = 0;
@@ -42,7 +45,8 @@ struct tagXDrawJob
     const std::uint32_t* words8[3] = {};      ///< for 8 bits: pattern to word
     const std::uint8_t* components16[3] = {}; ///< for 16 bits: pattern to component, or to level
     const std::atomic<int>* abort = nullptr;
-    XString* message = nullptr; ///< receives why the first tile that failed did
+    XDrawHelpers* helpers = nullptr; ///< decode ahead and may outlive the drawing; null: its own
+    XString* message = nullptr;      ///< receives why the first tile that failed did
 
     int IsAborted() const { return abort && abort->load(std::memory_order_relaxed); }
 };

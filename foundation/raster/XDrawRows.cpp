@@ -34,9 +34,12 @@ int XfnDrawRows(const tagXDrawJob& job, int isBilinear)
         states[ch] = rows[ch].data();
     }
     // which tiles a turned picture needs is known only row by row: it decodes by itself
-    std::optional<XDrawGrid> grid;
+    std::shared_ptr<const XDrawGrid> grid;
     std::optional<XDrawAhead> ahead;
-    if (IsSeparable(job)) ahead.emplace(job, grid.emplace(job));
+    if (IsSeparable(job)) {
+        grid = std::make_shared<const XDrawGrid>(job);
+        ahead.emplace(job, grid);
+    }
     std::size_t span = 0;
     XDrawRowWriter writer(job, n);
     for (int y = job.y0; y < job.y1; ++y) {

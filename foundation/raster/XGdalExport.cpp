@@ -4,11 +4,11 @@
 #include "foundation/raster/XDMBandGDAL.h"
 #include "foundation/raster/XGdalBandDataset.h"
 #include "foundation/raster/XGdalDescription.h"
-#include "foundation/raster/XGdalErrors.h"
 #include "foundation/raster/XGdalSource.h"
 #include "foundation/raster/XRSFile.h"
 #include "foundation/raster/XRasterTypes.h"
 #include "foundation/raster/XScratchFolder.h"
+#include "foundation/reference/XGdalErrors.h"
 
 #include <gdal_priv.h>
 

@@ -1,7 +1,7 @@
 #include "foundation/raster/XGdalSource.h"
 
-#include "foundation/raster/XGdalErrors.h"
 #include "foundation/raster/XRasterSidecar.h"
+#include "foundation/reference/XGdalErrors.h"
 
 #include <gdal_pam.h>
 #include <gdal_priv.h>
@@ -12,7 +12,8 @@
 
 namespace {
 
-constexpr auto kPollPause = std::chrono::milliseconds(20);
+// an abort word wakes nobody: whoever waits looks at it often, for a stopped drawing must end soon
+constexpr auto kPollPause = std::chrono::microseconds(200);
 constexpr std::size_t kFewBands = 4;
 constexpr std::int64_t kRecentMisses = 16;
 

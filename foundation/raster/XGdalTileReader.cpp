@@ -1,8 +1,8 @@
 #include "foundation/raster/XGdalTileReader.h"
 
 #include "foundation/raster/XDMBand.h"
-#include "foundation/raster/XGdalErrors.h"
 #include "foundation/raster/XRasterTypes.h"
+#include "foundation/reference/XGdalErrors.h"
 
 #include <gdal_priv.h>
 

@@ -2,6 +2,7 @@
 
 #include "foundation/base/XFile.h"
 #include "foundation/base/XFileException.h"
+#include "foundation/base/XInputFile.h"
 #include "foundation/base/XPath.h"
 #include "foundation/base/XSystem.h"
 #include "foundation/platform/XThread.h"
@@ -12,21 +13,21 @@
 #include "foundation/raster/XDMBandJPG.h"
 #include "foundation/raster/XDMBandXDM.h"
 #include "foundation/raster/XDMFileModel.h"
+#include "foundation/raster/XDMVand.h"
 #include "foundation/raster/XGdalDescription.h"
-#include "foundation/raster/XGdalErrors.h"
 #include "foundation/raster/XGdalSource.h"
 #include "foundation/raster/XGdalTileReader.h"
 #include "foundation/raster/XRSFile.h"
 #include "foundation/raster/XSidecarStatistics.h"
+#include "foundation/reference/XGdalErrors.h"
+#include "foundation/vector/XVectorIO.h"
+#include "foundation/vector/XvcBase.h"
 
 #include <gdal_priv.h>
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <new>
 #include <set>
@@ -63,40 +64,12 @@ const tagExtension kExtensions[] = {
     {"XVC", kXFormatXVC}, {"DXF", kXFormatDXF},  {"SHP", kXFormatSHP}, {"DGN", kXFormatDGN},
 };
 
-/// What can be said about a path before any reader sees it; fifos and the like would block one.
+/// What can be said about a path before any reader sees it.
 int CheckPath(const XString& path, XString& error)
 {
-    if (path.IsEmpty()) {
-        error = "There is no file name.";
-        return 0;
-    }
-    if (!XRSFileIO::IsPlainPath(path)) return 1; // the reader knows whether there is such a thing
-    struct stat status = {};
-    if (::stat(path, &status) != 0) {
-        const int code = errno;
-        XString name, text;
-        XfnGetErrorString(code, name, text);
-        error = code == ENOENT ? XfnFormat("\"%s\" does not exist.", path)
-                               : XfnFormat("\"%s\" cannot be opened: %s.", path, text);
-        return 0;
-    }
-    if (S_ISDIR(status.st_mode)) {
-        error = XfnFormat("\"%s\" is a folder, not a file.", path);
-        return 0;
-    }
-    if (!S_ISREG(status.st_mode)) {
-        error = XfnFormat("\"%s\" is a device or a pipe, not a file.", path);
-        return 0;
-    }
-    if (status.st_size == 0) {
-        error = XfnFormat("\"%s\" is empty.", path);
-        return 0;
-    }
-    if (::faccessat(AT_FDCWD, path, R_OK, AT_EACCESS) != 0) {
-        error = XfnFormat("\"%s\" may not be read: permission denied.", path);
-        return 0;
-    }
-    return 1;
+    // of other names the reader knows whether there is such a thing
+    if (!path.IsEmpty() && !XRSFileIO::IsPlainPath(path)) return 1;
+    return XfnCheckInputFile(path, error);
 }
 
 bool HoldsVectors(const XString& path)
@@ -470,6 +443,46 @@ int XRSFileIO::LoadFileRaster(XRSFile* file, int id, const XString& path, XStrin
     else
         error = XfnFormat("\"%s\": there is no raster format %d.", path, id);
     return 0;
+}
+
+int XRSFileIO::LoadFileVector(XRSFile* file, int id, const XString& path,
+                              const XSpatialReference* reference, XString& error, XThread* thread)
+{
+    auto* import = id == kXFormatXVC           ? &XfnImportXVC
+                   : id == kXFormatDXF         ? &XfnImportDXF
+                   : id == kXFormatSHP         ? &XfnImportSHP
+                   : id == kXFormatDGN         ? &XfnImportDGN
+                   : id == kXFormatOtherVector ? &XfnImportVector
+                                               : nullptr;
+    error.Empty();
+    if (!file) error = "There is no file to load into.";
+    if (!import) error = XfnFormat("\"%s\": there is no vector format %d.", path, id);
+    if (!error.IsEmpty()) return 0;
+    try {
+        XRSFile made;
+        auto vand = std::make_unique<XDMVand>();
+        auto* base = new XvcBase;
+        vand->SetDeleteBaseFlag(1);
+        vand->SetBase(base);
+        std::vector<XString> notes;
+        if (!import(path, base, error, thread, nullptr, nullptr, &notes)) return 0;
+        const bool isPlaced = !base->GetSR()->IsEmpty();
+        if (!isPlaced && reference) base->SetSR(reference);
+        vand->SetSR(base->GetSR());
+        constexpr int kUnknownCoordinates = 2;
+        if (vand->GetSR()->GetCoordType() == 0) vand->GetSR()->SetCoordType(kUnknownCoordinates);
+        SetFileOf(made, path);
+        made.SetName(base->GetName());
+        made.SetFormatName(XfnGetFileExt(path).MakeUpper());
+        for (const XString& note : notes)
+            made.AddNote(note);
+        made.AddVand(vand.release());
+        file->Swap(made);
+        return 1;
+    } catch (const std::bad_alloc&) {
+        error = XfnFormat("\"%s\": there is not enough memory to open it.", path);
+        return 0;
+    }
 }
 
 int XRSFileIO::LoadFileBMP(XRSFile* file, const XString& path, XString& error, int useLevels,

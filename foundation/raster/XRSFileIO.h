@@ -8,6 +8,7 @@
 
 class XDMBand;
 class XRSFile;
+class XSpatialReference;
 class XThread;
 struct tagXSaveControl;
 
@@ -72,6 +73,12 @@ public:
 
     /// Always 0 with a sentence: the layout of these files was never published.
     static int LoadFilePBI(XRSFile* file, const XString& path, XString& error, XThread* thread);
+
+    /// Loads a vector file of format `id` (1001 to 1005; XVectorIO.h) as a vand that owns its base, the
+    /// only one of `file`.
+    /// @param reference  of the vand when the file tells none; may be null
+    static int LoadFileVector(XRSFile* file, int id, const XString& path,
+                              const XSpatialReference* reference, XString& error, XThread* thread);
 
     /// Chooses the reader itself: by the extension, and when that one refuses, by the content. A file
     /// of the native format is known by its content alone.

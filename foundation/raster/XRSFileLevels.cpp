@@ -1,12 +1,12 @@
 #include "foundation/raster/XDMBandGDAL.h"
 #include "foundation/raster/XDMLevelKernels.h"
-#include "foundation/raster/XGdalErrors.h"
 #include "foundation/raster/XGdalSource.h"
 #include "foundation/raster/XGdalTileReader.h"
 #include "foundation/raster/XRSFile.h"
 #include "foundation/raster/XRSFileIO.h"
 #include "foundation/raster/XRasterTypes.h"
 #include "foundation/raster/XSaveControl.h"
+#include "foundation/reference/XGdalErrors.h"
 
 #include <cpl_conv.h>
 #include <cpl_string.h>

@@ -2,7 +2,7 @@
 
 #include "foundation/base/XNumber.h"
 #include "foundation/base/XString.h"
-#include "foundation/raster/XGdalErrors.h"
+#include "foundation/reference/XGdalErrors.h"
 
 #include <cpl_minixml.h>
 #include <cpl_string.h>

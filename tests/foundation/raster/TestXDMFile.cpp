@@ -1,7 +1,7 @@
 #include "TestXDMFileSamples.h"
 
+#include "foundation/base/XChecksum.h"
 #include "foundation/base/XCodePage.h"
-#include "foundation/raster/XDMFileChecksum.h"
 
 #include <algorithm>
 #include <bit>
@@ -40,11 +40,11 @@ TEST(XDMFileChecksum, IsThePublishedOne)
         up[i] = i;
         down[i] = static_cast<unsigned char>(31 - i);
     }
-    EXPECT_EQ(XfnGetXDMFileChecksum("123456789", 9), 0xE3069283u);
-    EXPECT_EQ(XfnGetXDMFileChecksum(XDMFileBytes(32, 0).data(), 32), 0x8A9136AAu);
-    EXPECT_EQ(XfnGetXDMFileChecksum(XDMFileBytes(32, 255).data(), 32), 0x62A8AB43u);
-    EXPECT_EQ(XfnGetXDMFileChecksum(up.data(), 32), 0x46DD794Eu);
-    EXPECT_EQ(XfnGetXDMFileChecksum(down.data(), 32), 0x113FDB5Cu);
+    EXPECT_EQ(XfnGetChecksum("123456789", 9), 0xE3069283u);
+    EXPECT_EQ(XfnGetChecksum(XDMFileBytes(32, 0).data(), 32), 0x8A9136AAu);
+    EXPECT_EQ(XfnGetChecksum(XDMFileBytes(32, 255).data(), 32), 0x62A8AB43u);
+    EXPECT_EQ(XfnGetChecksum(up.data(), 32), 0x46DD794Eu);
+    EXPECT_EQ(XfnGetChecksum(down.data(), 32), 0x113FDB5Cu);
 }
 
 TEST(XDMFileChecksum, FastAndPlainFormAgree)
@@ -55,8 +55,8 @@ TEST(XDMFileChecksum, FastAndPlainFormAgree)
         byte = static_cast<unsigned char>(noise() >> 8);
     for (const std::size_t count : {0, 1, 7, 8, 9, 1023, 3071, 3072, 3073, 6144, 6151, 19990}) {
         for (const std::size_t start : {0, 3}) {
-            EXPECT_EQ(XfnGetXDMFileChecksum(bytes.data() + start, count),
-                      XfnGetXDMFileChecksumByTable(bytes.data() + start, count))
+            EXPECT_EQ(XfnGetChecksum(bytes.data() + start, count),
+                      XfnGetChecksumByTable(bytes.data() + start, count))
                 << count << " bytes from " << start;
         }
     }

@@ -1,6 +1,6 @@
 #include "TestXDMFileSamples.h"
 
-#include "foundation/raster/XDMFileChecksum.h"
+#include "foundation/base/XChecksum.h"
 #include "foundation/raster/XDMFileLayout.h"
 
 #include <functional>
@@ -68,7 +68,7 @@ public:
     {
         const auto sum = [&](std::uint64_t offset, std::uint64_t count, std::uint32_t& out) {
             if (offset <= m_bytes.size() && count <= m_bytes.size() - offset) {
-                out = XfnGetXDMFileChecksum(m_bytes.data() + offset, count);
+                out = XfnGetChecksum(m_bytes.data() + offset, count);
             }
         };
         tagXDMFileHeader& header = Header();
@@ -320,7 +320,7 @@ const tagLie kLies[] = {
      [](DamagedFile& f) {
          tagXDMFileTileEntry& tile = f.Tile(0, 1);
          ++f.Byte(tile.offset);
-         tile.checksum = XfnGetXDMFileChecksum(&f.Byte(tile.offset), tile.bytes);
+         tile.checksum = XfnGetChecksum(&f.Byte(tile.offset), tile.bytes);
      }},
     {"a packed tile larger than the tile", "decompressed",
      [](DamagedFile& f) { SetTileWidth(f, 15); }},

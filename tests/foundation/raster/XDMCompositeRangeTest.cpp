@@ -251,8 +251,8 @@ TEST(XDMCompositeRange, TheOwnBufferTheBoundaryAndPixelBase)
     ASSERT_TRUE(composite.Draw(nullptr, -100, -100, 100, 100, 1, nullptr, nullptr));
     EXPECT_EQ(own->GetRow(0)[0], 0xFFFF0000u);
     EXPECT_EQ(own->GetRow(3)[4], 0xFF000000u);
-    EXPECT_EQ(XfnPixelGrid(own->GetImage()).substr(3 * 9, 9), "RG...GRR\n")
-        << "left and right edge";
+    EXPECT_EQ(XfnPixelGrid(own->GetImage()).substr(3 * 9, 9), "RRG...GR\n")
+        << "left and right edge, each on the pixel right of it";
     tagBITMAPINFO info;
     EXPECT_TRUE(composite.GetDIBits(info));
     EXPECT_EQ(info.bmiHeader.biWidth, 8);

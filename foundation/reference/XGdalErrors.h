@@ -4,7 +4,7 @@
 
 inline constexpr const char* kXNoReader = "No reader knows its format.";
 
-/// For the sources of this folder only. While it lives, what GDAL complains about in this thread is
+/// For the sources of foundation/ only. While it lives, what GDAL complains about in this thread is
 /// collected here and printed nowhere. Objects nest; the innermost one hears.
 class XGdalErrors
 {

@@ -1,4 +1,4 @@
-#include "foundation/raster/XDMFileChecksum.h"
+#include "foundation/base/XChecksum.h"
 
 #include <array>
 #include <cstring>
@@ -94,7 +94,7 @@ __attribute__((target("sse4.2"))) std::uint32_t ChecksumByInstruction(const unsi
 
 } // namespace
 
-std::uint32_t XfnGetXDMFileChecksumByTable(const void* bytes, std::size_t count)
+std::uint32_t XfnGetChecksumByTable(const void* bytes, std::size_t count)
 {
     const unsigned char* p = static_cast<const unsigned char*>(bytes);
     std::uint32_t crc = 0xFFFFFFFFu;
@@ -110,7 +110,7 @@ std::uint32_t XfnGetXDMFileChecksumByTable(const void* bytes, std::size_t count)
     return ~crc;
 }
 
-std::uint32_t XfnGetXDMFileChecksum(const void* bytes, std::size_t count)
+std::uint32_t XfnGetChecksum(const void* bytes, std::size_t count)
 {
 #if defined(__x86_64__)
     static const bool hasInstruction = __builtin_cpu_supports("sse4.2");
@@ -118,5 +118,5 @@ std::uint32_t XfnGetXDMFileChecksum(const void* bytes, std::size_t count)
         return ChecksumByInstruction(static_cast<const unsigned char*>(bytes), count);
     }
 #endif
-    return XfnGetXDMFileChecksumByTable(bytes, count);
+    return XfnGetChecksumByTable(bytes, count);
 }

@@ -7,14 +7,14 @@
 /// ones. Published values: RFC 3720, B.4; "123456789" gives 0xE3069283.
 /// Uses the processor's instruction where there is one, about 15 GB/s; otherwise tables, about
 /// 2 GB/s. Any thread.
-std::uint32_t XfnGetXDMFileChecksum(const void* bytes, std::size_t count);
+std::uint32_t XfnGetChecksum(const void* bytes, std::size_t count);
 
 /// The same by tables on every processor: the yardstick of the fast form.
-std::uint32_t XfnGetXDMFileChecksumByTable(const void* bytes, std::size_t count);
+std::uint32_t XfnGetChecksumByTable(const void* bytes, std::size_t count);
 
 /// 1 when the bytes have this checksum. A build for fuzzing takes every checksum as right, so that
 /// changed bytes reach the parser behind it.
-inline int XfnIsXDMFileChecksum(std::uint32_t checksum, const void* bytes, std::size_t count)
+inline int XfnIsChecksum(std::uint32_t checksum, const void* bytes, std::size_t count)
 {
 #ifdef TQL_FUZZING
     (void)checksum;
@@ -22,6 +22,6 @@ inline int XfnIsXDMFileChecksum(std::uint32_t checksum, const void* bytes, std::
     (void)count;
     return 1;
 #else
-    return XfnGetXDMFileChecksum(bytes, count) == checksum;
+    return XfnGetChecksum(bytes, count) == checksum;
 #endif
 }

@@ -1,4 +1,4 @@
-#include "foundation/raster/XGdalErrors.h"
+#include "foundation/reference/XGdalErrors.h"
 
 #include <cpl_error.h>
 #include <gdal.h>
