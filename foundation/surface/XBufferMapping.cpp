@@ -145,6 +145,20 @@ void XBufferMapping::ConvWorldToPixelCoord(double& x, double& y) const
     y = m_height / 2.0 + (down * m_cos - right * m_sin);
 }
 
+int XBufferMapping::GetWorldToPixel(double (&a)[8]) const
+{
+    if (m_isBent) return 0;
+    a[0] = m_planeX;
+    a[1] = m_planeY;
+    a[2] = m_width / 2.0;
+    a[3] = m_cos / m_lengthX;
+    a[4] = -m_sin / m_lengthY;
+    a[5] = m_height / 2.0;
+    a[6] = -m_sin / m_lengthX;
+    a[7] = -m_cos / m_lengthY;
+    return 1;
+}
+
 void XBufferMapping::ConvPixelToWorldLength(double& x, double& y) const
 {
     x *= m_lengthX;

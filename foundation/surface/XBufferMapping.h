@@ -68,6 +68,12 @@ public:
     void ConvPixelToWorldLength(double& x, double& y) const;
     void ConvWorldToPixelLength(double& x, double& y) const;
 
+    /// The map from the world to pixels as eight numbers, exact about the world point in the middle:
+    /// with u = x - a[0] and v = y - a[1], pixelX = a[2] + a[3] u + a[4] v and
+    /// pixelY = a[5] + a[6] u + a[7] v.
+    /// @return 0 when warps bend the world; then there is no such map
+    int GetWorldToPixel(double (&a)[8]) const;
+
     /// Centres on the box and takes the smallest length that shows all of it, turned and bent as
     /// the mapping is. A box without width or height is fitted by the other side; a single point is
     /// centred at the length of before. An empty box (a maximum below its minimum) or one that is

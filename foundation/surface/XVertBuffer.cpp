@@ -24,7 +24,9 @@ void XVertBuffer::Start()
 
 void XVertBuffer::End()
 {
-    if (m_growing) m_recording = std::move(m_growing);
+    if (!m_growing) return;
+    m_growing->Seal();
+    m_recording = std::move(m_growing);
     m_growing.reset();
 }
 
@@ -69,11 +71,16 @@ void XVertBuffer::AddImage(const QImage& image, const tagXVector3& upperLeft,
     if (m_growing) m_growing->AddImage(image, upperLeft, upperRight, lowerLeft, opacity);
 }
 
+void XVertBuffer::AddPart(std::shared_ptr<const XVertRecording> part)
+{
+    if (m_growing) m_growing->AddPart(std::move(part));
+}
+
 int XVertBuffer::Draw(XBackBuffer* buffer, const std::atomic<int>* abort) const
 {
     if (!buffer || buffer->GetImage().isNull()) return 0;
     if (IsEmpty()) return 1;
-    XVertReplay replay(*m_recording, buffer->GetMapping(), buffer->GetImage());
+    XVertReplay replay(buffer->GetMapping(), buffer->GetImage(), abort);
     replay.SetSmooth(m_isSmooth != 0);
-    return replay.Run(abort) ? 1 : 0;
+    return replay.Run(*m_recording) ? 1 : 0;
 }

@@ -41,8 +41,11 @@ public:
     void AddImage(const QImage& image, const tagXVector3& upperLeft, const tagXVector3& upperRight,
                   const tagXVector3& lowerLeft, double opacity = 1.0);
 
+    /// A recording as a part of this one. It is shared, not copied.
+    void AddPart(std::shared_ptr<const XVertRecording> part);
+
     /// Replays the recording into the buffer, clipped to it.
-    /// @param abort  polled between primitives; a non-zero word ends the replay; may be null
+    /// @param abort  polled all the time; a non-zero word ends the replay; may be null
     /// @return 0 when it was aborted or there is nothing to draw on
     int Draw(XBackBuffer* buffer, const std::atomic<int>* abort = nullptr) const;
 

@@ -1,95 +1,197 @@
 #include "foundation/surface/XVertReplay.h"
 
-#include "foundation/surface/XFillBrush.h"
-#include "foundation/surface/XLineClip.h"
 #include "foundation/surface/XPen.h"
-#include "foundation/surface/XPointShape.h"
-#include "foundation/surface/XQtColor.h"
-#include "foundation/surface/XTextLayout.h"
-
-#include <QPainterPath>
 
 #include <algorithm>
 #include <cmath>
 
 namespace {
 
-constexpr double kMaxSizePx = 20000.0;
-constexpr double kDefaultMarkPx = 9.0;
-constexpr int kThickMarkPx = 20;        // larger marks get thicker strokes
-constexpr double kMinTextPx = 2.0;      // smaller is not read by anybody
-constexpr double kMergeDistance = 0.25; // vertices nearer than this in pixels are one
+constexpr std::size_t kBlock = 8192;    // vertices from one look at the abort word to the next
+constexpr double kMergeDistance = 0.25; // clipped, vertices nearer than this in pixels are one
+constexpr double kNearPx = 1e6;         // whole primitives within are taken as sub-pixel places
 constexpr int kFillSide = 32;
-
-constexpr double kMaxPixel = 1e150; // differences and squares of far pixels stay finite
 
 bool IsFinite(const QPointF& p)
 {
     return std::isfinite(p.x()) && std::isfinite(p.y());
 }
 
-double PositiveRemainder(double value, double period)
+int PositiveRemainder(double value, int period)
 {
     const double rest = std::fmod(value, period);
-    return rest < 0.0 ? rest + period : rest;
+    return static_cast<int>(std::floor(rest < 0.0 ? rest + period : rest));
 }
 
 } // namespace
 
-XVertReplay::XVertReplay(const XVertRecording& recording, const XBufferMapping& mapping,
-                         QImage& target)
-    : m_recording(recording), m_mapping(mapping), m_painter(&target)
-{
-    SetSmooth(false);
-}
+XVertReplay::XVertReplay(const XBufferMapping& mapping, QImage& target,
+                         const std::atomic<int>* abort)
+    : m_mapping(mapping),
+      m_projection(mapping),
+      m_abort(abort),
+      m_target(target),
+      m_pixels(target),
+      m_fill(m_pixels),
+      m_thin(m_pixels)
+{}
 
 void XVertReplay::SetSmooth(bool isSmooth)
 {
     m_isSmooth = isSmooth;
-    m_painter.setRenderHint(QPainter::Antialiasing, isSmooth);
+    m_fill.SetSmooth(isSmooth);
 }
 
-bool XVertReplay::Run(const std::atomic<int>* abort)
+// Only texts and pictures need one.
+QPainter& XVertReplay::Painter()
 {
-    for (const tagCommand& command : m_recording.GetCommands()) {
-        if (abort && abort->load(std::memory_order_relaxed)) return false;
-        switch (command.kind) {
-        case XVertRecording::XKind::Points:
-            DrawPoints(command);
-            break;
-        case XVertRecording::XKind::Polyline:
-            SetLine(command.line);
-            StrokeLine(Project(command.first, command.count));
-            break;
-        case XVertRecording::XKind::Polygon:
-            DrawPolygon(command);
-            break;
-        case XVertRecording::XKind::Text:
-            DrawText(m_recording.GetText(command.extra));
-            break;
-        case XVertRecording::XKind::Image:
-            DrawImage(command);
-            break;
+    if (!m_painter) {
+        m_painter.emplace(&m_target);
+        m_painter->setRenderHint(QPainter::Antialiasing, m_isSmooth);
+    }
+    return *m_painter;
+}
+
+QRectF XVertReplay::GetBox(double margin) const
+{
+    return QRectF(-margin, -margin, m_pixels.width + 2.0 * margin, m_pixels.height + 2.0 * margin);
+}
+
+bool XVertReplay::Run(const XVertRecording& recording)
+{
+    const XVertRecording* const outer = m_recording;
+    const auto enter = [this](const XVertRecording* next) {
+        m_recording = next;
+        m_lineIndex = m_fillIndex = XVertRecording::kNoStyle;
+    };
+    enter(&recording);
+    XVertRecording::tagBox shown;
+    const bool isCulling = m_projection.IsAffine();
+    if (isCulling) {
+        double lengthX = 1.0, lengthY = 1.0;
+        m_mapping.GetWorldPerPixel(lengthX, lengthY);
+        const double length = std::min(lengthX, lengthY);
+        shown = m_projection.GetShownBox(recording.GetMarginPx() + 4.0 +
+                                         recording.GetMarginWorld() / length);
+    }
+    const XVertRecording::tagBox* box = recording.GetBoxes();
+    for (const tagCommand& command : recording.GetCommands()) {
+        if (IsAborted()) return false;
+        const XVertRecording::tagBox& at = *box++;
+        if (isCulling && !(at.minX <= shown.maxX && at.maxX >= shown.minX &&
+                           at.minY <= shown.maxY && at.maxY >= shown.minY)) {
+            continue;
         }
+        if (command.kind != XVertRecording::XKind::Part) {
+            Draw(command, at);
+        } else {
+            if (!Run(*recording.GetPart(command.extra))) return false;
+            enter(&recording);
+        }
+    }
+    m_recording = outer;
+    return !IsAborted();
+}
+
+void XVertReplay::Draw(const tagCommand& command, const XVertRecording::tagBox& box)
+{
+    using XKind = XVertRecording::XKind;
+    if (command.kind == XKind::Points) return DrawPoints(command);
+    if (command.kind == XKind::Text) return DrawText(m_recording->GetText(command.extra));
+    if (command.kind == XKind::Image) return DrawImage(command);
+
+    const bool hasLine = command.line != XVertRecording::kNoStyle;
+    const bool hasFill = command.fill != XVertRecording::kNoStyle;
+    if (hasLine) SetLine(command.line);
+    if (hasFill) SetFill(command.fill);
+    bool isInside = false;
+    if (!m_projection.IsAffine()) {
+        m_places.clear();
+    } else {
+        const tagPixelBox at = m_projection.ToPixels(box);
+        const bool isNear =
+            at.minX > -kNearPx && at.minY > -kNearPx && at.maxX < kNearPx && at.maxY < kNearPx;
+        const double side = std::max(at.maxX - at.minX, at.maxY - at.minY);
+        if (isNear && side < 1.0 && !(hasLine && !IsThin())) {
+            PlotPixel(at, hasLine ? m_linePaint : m_fillPaint);
+            return;
+        }
+        if (!Project(command, isNear)) return;
+        isInside = isNear && at.minX >= 0.0 && at.minY >= 0.0 && at.maxX < m_pixels.width - 0.01 &&
+                   at.maxY < m_pixels.height - 0.01;
+        if (hasFill) FillPolygon(command);
+        if (hasFill && !hasLine && !m_fill.HasPainted() && side < 2.0) PlotPixel(at, m_fillPaint);
+        if (hasLine) DrawLines(command, isInside);
+        return;
+    }
+    if (hasFill) FillPolygon(command);
+    if (hasLine) DrawLines(command, isInside);
+}
+
+void XVertReplay::SetLine(std::uint32_t index)
+{
+    if (index == m_lineIndex) return;
+    m_lineIndex = index;
+    const tagXVertLine& line = m_recording->GetLine(index);
+    m_lineWidth = std::max(m_projection.ToPixelSize(line.thick, 1.0), 1.0);
+    m_linePaint = tagXPixelPaint::FromColour(line.colour);
+    m_dashLengths = XfnGetDashLengths(line.style, m_dashOffset);
+    m_dashPattern = line.style.GetPattern();
+}
+
+void XVertReplay::SetFill(std::uint32_t index)
+{
+    if (index == m_fillIndex) return;
+    m_fillIndex = index;
+    const tagXVertFill& fill = m_recording->GetFill(index);
+    m_fillPaint = tagXPixelPaint::FromColour(fill.foreColour);
+    if (fill.style.GetStyle() == tagXFillStyle::kSolid) return;
+    m_fillPaint.kind = tagXPixelPaint::XKind::Pattern;
+    m_fillPaint.back = tagXPixelPaint::FromColour(fill.backColour).fore;
+    m_fillPaint.style = &fill.style;
+    // the pattern hangs on the world, so that it moves with the picture
+    const double origin[2] = {0.0, 0.0};
+    const QPointF at = m_projection.ToPixel(origin);
+    if (!IsFinite(at)) return;
+    m_fillPaint.originX = PositiveRemainder(at.x(), kFillSide);
+    m_fillPaint.originY = PositiveRemainder(at.y(), kFillSide);
+}
+
+void XVertReplay::PlotPixel(const tagPixelBox& box, const tagXPixelPaint& paint)
+{
+    const double x = std::floor((box.minX + box.maxX) / 2.0);
+    const double y = std::floor((box.minY + box.maxY) / 2.0);
+    if (!(x >= 0.0 && y >= 0.0 && x < m_pixels.width && y < m_pixels.height)) return;
+    std::uint32_t& pixel = m_pixels.Row(static_cast<int>(y))[static_cast<int>(x)];
+    // of a pattern the colour that shows, wherever the pixel falls in it
+    const std::uint32_t word = paint.fore >> 24 ? paint.fore : paint.back;
+    pixel = tagXPixelPaint::Over(word, pixel);
+}
+
+/// The vertices as sub-pixel places, or none of them when the primitive reaches too far for that.
+/// @return false when it was aborted
+bool XVertReplay::Project(const tagCommand& command, bool isNear)
+{
+    m_places.resize(isNear ? command.count : 0);
+    for (std::size_t first = 0; first < m_places.size(); first += kBlock) {
+        if (first > 0 && IsAborted()) return false;
+        m_projection.ToSubPixels(m_recording->GetVertices(command.first + first),
+                                 std::min(kBlock, m_places.size() - first),
+                                 m_places.data() + first);
     }
     return true;
 }
 
-QPointF XVertReplay::ToPixel(const double* vertex) const
-{
-    double x = vertex[0];
-    double y = vertex[1];
-    m_mapping.ConvWorldToPixelCoord(x, y);
-    return {std::clamp(x, -kMaxPixel, kMaxPixel), std::clamp(y, -kMaxPixel, kMaxPixel)};
-}
-
-QPolygonF XVertReplay::Project(std::size_t first, std::size_t count) const
+/// The vertices as pixels, without those that are not finite or come too near the one before; fewer
+/// when it was aborted.
+QPolygonF XVertReplay::ProjectFar(std::size_t first, std::size_t count) const
 {
     QPolygonF points;
-    points.reserve(static_cast<qsizetype>(std::min<std::size_t>(count, 4096)));
-    const double* vertices = m_recording.GetVertices(first);
+    points.reserve(static_cast<qsizetype>(std::min(count, kBlock)));
+    const double* vertices = m_recording->GetVertices(first);
     for (std::size_t i = 0; i < count; ++i) {
-        const QPointF point = ToPixel(vertices + 2 * i);
+        if (i % kBlock == kBlock - 1 && IsAborted()) break;
+        const QPointF point = m_projection.ToPixel(vertices + 2 * i);
         if (!IsFinite(point)) continue;
         const bool isLast = i + 1 == count;
         if (!points.isEmpty() && !isLast &&
@@ -101,254 +203,118 @@ QPolygonF XVertReplay::Project(std::size_t first, std::size_t count) const
     return points;
 }
 
-double XVertReplay::ToPixelSize(double size, double sizeOfZero) const
+void XVertReplay::FillPolygon(const tagCommand& command)
 {
-    const double pixels = size > 0.0   ? size / m_mapping.GetWorldPerPixel()
-                          : size < 0.0 ? -size
-                                       : sizeOfZero;
-    return std::min(pixels, kMaxSizePx);
-}
-
-QRectF XVertReplay::GetBox(double margin) const
-{
-    return QRectF(-margin, -margin, m_mapping.GetWidth() + 2.0 * margin,
-                  m_mapping.GetHeight() + 2.0 * margin);
-}
-
-void XVertReplay::SetLine(std::uint32_t index)
-{
-    if (index == m_lineIndex) return;
-    m_lineIndex = index;
-    const tagXVertLine& line = m_recording.GetLine(index);
-    m_lineWidth = std::max(ToPixelSize(line.thick, 1.0), 1.0);
-    m_pen = QPen(XfnToQColor(line.colour), m_lineWidth);
-    m_pen.setJoinStyle(Qt::RoundJoin);
-    m_pen.setCapStyle(m_lineWidth > 2.0 ? Qt::RoundCap : Qt::SquareCap);
-    m_dashPeriod = 0.0;
-    const QList<qreal> lengths = XfnGetDashLengths(line.style, m_dashOffset);
-    if (lengths.isEmpty()) return;
-    m_pen.setCapStyle(Qt::FlatCap);
-    m_pen.setDashPattern(lengths);
-    for (const qreal length : lengths)
-        m_dashPeriod += length;
-}
-
-void XVertReplay::SetFill(std::uint32_t index)
-{
-    if (index == m_fillIndex) return;
-    m_fillIndex = index;
-    const tagXVertFill& fill = m_recording.GetFill(index);
-    m_brush = XfnGetFillBrush(fill.style, fill.foreColour, fill.backColour);
-    // the pattern hangs on the world, so that it moves with the picture
-    const double origin[2] = {0.0, 0.0};
-    const QPointF at = ToPixel(origin);
-    if (!IsFinite(at)) return;
-    m_painter.setBrushOrigin(QPointF(std::floor(PositiveRemainder(at.x(), kFillSide)),
-                                     std::floor(PositiveRemainder(at.y(), kFillSide))));
-}
-
-void XVertReplay::StrokeLine(const QPolygonF& points)
-{
-    // without smoothing the painter takes whole numbers as pixel centres, the mapping takes them
-    // as pixel corners
-    const double shift = m_isSmooth ? 0.0 : -0.5;
-    m_painter.setBrush(Qt::NoBrush);
-    // where the painter clips a thin dashed line itself, it loses the place in the dash pattern
-    const bool isThinDash = m_dashPeriod > 0.0 && m_lineWidth <= 1.0;
-    const double margin = isThinDash ? 0.0 : 2.0 * m_lineWidth + 4.0;
-    for (const tagXLineRun& run : XfnClipLine(points, GetBox(margin))) {
-        QPen pen = m_pen;
-        if (m_dashPeriod > 0.0) {
-            const double start = m_dashOffset + run.start / m_lineWidth;
-            pen.setDashOffset(PositiveRemainder(start, m_dashPeriod));
+    m_fill.Clear();
+    std::size_t first = 0;
+    for (std::size_t ring = 0; ring < m_recording->GetRingCount(command); ++ring) {
+        const std::size_t count = m_recording->GetRingSize(command, ring);
+        if (IsAborted()) return;
+        if (!m_places.empty()) {
+            m_fill.AddRing(m_places.data() + first, count);
+        } else {
+            const QPolygonF part =
+                XfnClipRing(ProjectFar(command.first + first, count), GetBox(4.0));
+            for (qsizetype i = 0; i < part.size(); ++i) {
+                const QPointF& from = part[i > 0 ? i - 1 : part.size() - 1];
+                m_fill.AddEdge(XfnToSubPixel(from), XfnToSubPixel(part[i]));
+            }
         }
-        m_painter.setPen(pen);
-        m_painter.drawPolyline(run.points.translated(shift, shift));
-    }
-}
-
-void XVertReplay::DrawPolygon(const tagCommand& command)
-{
-    const bool hasFill = command.fill != XVertRecording::kNoStyle;
-    const bool hasLine = command.line != XVertRecording::kNoStyle;
-    std::vector<QPolygonF> rings;
-    std::size_t first = command.first;
-    for (std::uint32_t i = 0; i < command.extraCount; ++i) {
-        const std::size_t count = m_recording.GetRingSize(command.extra + i);
-        rings.push_back(Project(first, count));
         first += count;
     }
-    if (hasFill) {
-        SetFill(command.fill);
-        QPainterPath path;
-        path.setFillRule(command.isWinding ? Qt::WindingFill : Qt::OddEvenFill);
-        for (const QPolygonF& ring : rings) {
-            const QPolygonF part = XfnClipRing(ring, GetBox(4.0));
-            if (part.size() < 3) continue;
-            path.addPolygon(part);
-            path.closeSubpath();
-        }
-        if (!path.isEmpty()) {
-            m_painter.setPen(Qt::NoPen);
-            m_painter.setBrush(m_brush);
-            m_painter.drawPath(path);
-        }
-    }
-    if (!hasLine) return;
-    SetLine(command.line);
-    for (QPolygonF& ring : rings) {
-        if (ring.size() < 2) continue;
-        ring.push_back(ring.front());
-        StrokeLine(ring);
-    }
+    m_fill.Fill(m_fillPaint, command.isWinding, m_abort);
 }
 
-void XVertReplay::DrawPoints(const tagCommand& command)
+void XVertReplay::DrawLines(const tagCommand& command, bool isInside)
 {
-    const tagXVertPoint& point = m_recording.GetPoint(command.line);
-    const int size =
-        std::max(1, static_cast<int>(std::lround(ToPixelSize(point.size, kDefaultMarkPx))));
-    const QRectF box = GetBox(size / 2.0 + 2.0);
-    const double strokeWidth = size < kThickMarkPx ? 1.0 : std::floor(size / 10.0);
-    m_painter.setRenderHint(QPainter::Antialiasing, m_isSmooth && point.shape == kXPointCircle);
-    const QColor colour = XfnToQColor(point.lineColour);
-    // with a flat cap a thin line would lack its last pixel
-    const Qt::PenCapStyle cap = strokeWidth > 1.0 ? Qt::FlatCap : Qt::SquareCap;
-    m_painter.setPen(colour.alpha() ? QPen(colour, strokeWidth, Qt::SolidLine, cap)
-                                    : QPen(Qt::NoPen));
-    const QColor inside = XfnToQColor(point.fillColour);
-    m_painter.setBrush(inside.alpha() ? QBrush(inside) : QBrush());
-    const double* vertices = m_recording.GetVertices(command.first);
-    for (std::size_t i = 0; i < command.count; ++i) {
-        const QPointF at = ToPixel(vertices + 2 * i);
-        if (!IsFinite(at) || !box.contains(at)) continue;
-        DrawMark(point.shape,
-                 QPoint(static_cast<int>(std::floor(at.x())), static_cast<int>(std::floor(at.y()))),
-                 size);
-    }
-    m_painter.setRenderHint(QPainter::Antialiasing, m_isSmooth);
-}
-
-void XVertReplay::DrawMark(int shape, const QPoint& centre, int sizePx)
-{
-    const int before = sizePx / 2;         // pixels left of and above the centre
-    const int after = sizePx - 1 - before; // and right of and below it
-    const QPoint upperLeft = centre - QPoint(before, before);
-    const QPoint lowerRight = centre + QPoint(after, after);
-    const QRect outline(upperLeft, QSize(sizePx - 1, sizePx - 1));
-    switch (shape) {
-    case kXPointCircle:
-        if (sizePx < 3) {
-            m_painter.drawPoint(centre);
+    const bool isRing = command.kind == XVertRecording::XKind::Polygon;
+    const std::size_t rings = isRing ? m_recording->GetRingCount(command) : 1;
+    const bool isPlain = isInside && IsThin() && !m_isSmooth && m_dashLengths.isEmpty();
+    std::size_t first = 0;
+    for (std::size_t ring = 0; ring < rings; ++ring) {
+        const std::size_t count =
+            isRing ? m_recording->GetRingSize(command, ring) : std::size_t{command.count};
+        if (IsAborted()) return;
+        if (isPlain) {
+            m_thin.Draw(m_places.data() + first, count, isRing, m_linePaint);
+        } else if (m_isSmooth && IsThin() && m_dashLengths.isEmpty() && !m_places.empty()) {
+            m_thin.DrawSmooth(m_places.data() + first, count, isRing, m_linePaint);
         } else {
-            m_painter.drawEllipse(outline);
+            Stroke(ProjectFar(command.first + first, count), isRing, isInside);
         }
-        break;
-    case kXPointSquare:
-        m_painter.drawRect(outline);
-        break;
-    case kXPointTriangle:
-        if (sizePx < kThickMarkPx) {
-            DrawSmallTriangle(centre, sizePx);
-        } else {
-            m_painter.drawPolygon(QPolygon({QPoint(centre.x(), upperLeft.y()), lowerRight,
-                                            QPoint(upperLeft.x(), lowerRight.y())}));
-        }
-        break;
-    case kXPointPlus:
-        m_painter.drawLine(upperLeft.x(), centre.y(), lowerRight.x(), centre.y());
-        m_painter.drawLine(centre.x(), upperLeft.y(), centre.x(), lowerRight.y());
-        break;
-    case kXPointCross:
-        m_painter.drawLine(upperLeft, lowerRight);
-        m_painter.drawLine(upperLeft.x(), lowerRight.y(), lowerRight.x(), upperLeft.y());
-        break;
-    default:
-        m_painter.drawPoint(centre);
-        break;
+        first += count;
     }
 }
 
-// The painter leaves small triangles lopsided, so this one is set row by row.
-void XVertReplay::DrawSmallTriangle(const QPoint& centre, int sizePx)
+void XVertReplay::Stroke(QPolygonF points, bool isRing, bool isInside)
 {
-    const QPen pen = m_painter.pen();
-    const int half = sizePx / 2;
-    for (int row = 0; row < sizePx; ++row) {
-        const int reach = sizePx > 1 ? (2 * row * half + sizePx - 1) / (2 * (sizePx - 1)) : 0;
-        const QRect span(centre.x() - reach, centre.y() - half + row, 2 * reach + 1, 1);
-        m_painter.fillRect(span, m_painter.brush());
-        if (pen.style() == Qt::NoPen) continue;
-        if (row + 1 == sizePx) {
-            m_painter.fillRect(span, pen.color());
-        } else {
-            m_painter.fillRect(QRect(span.left(), span.top(), 1, 1), pen.color());
-            if (reach > 0) m_painter.fillRect(QRect(span.right(), span.top(), 1, 1), pen.color());
+    if (points.size() < 2) return;
+    if (isRing) points.push_back(points.front());
+    const bool isThin = IsThin() && !m_isSmooth;
+    // the last place on the surface for thin lines; room for the width around it for others
+    constexpr double kLast = 1.0 / tagXSubPixel::kOne;
+    const QRectF box = isThin ? QRectF(0.0, 0.0, m_pixels.width - kLast, m_pixels.height - kLast)
+                              : GetBox(2.0 * m_lineWidth + 4.0);
+    const double width = IsThin() ? 1.0 : m_lineWidth;
+    const XThickLine::XCap cap = !m_dashLengths.isEmpty() ? XThickLine::XCap::Flat
+                                 : width > 2.0            ? XThickLine::XCap::Round
+                                                          : XThickLine::XCap::Square;
+    XThickLine thick(m_fill, width, cap);
+    m_fill.Clear();
+    double length = 0.0; // before the block
+    for (qsizetype begin = 0; begin + 1 < points.size(); begin += kBlock) {
+        if (IsAborted()) return;
+        const qsizetype count = std::min<qsizetype>(kBlock + 1, points.size() - begin);
+        const bool isWhole = count == points.size();
+        const QPolygonF block = isWhole ? points : points.mid(begin, count);
+        const auto runs = isInside ? std::vector<tagXLineRun>{{block}} : XfnClipLine(block, box);
+        for (const tagXLineRun& run : runs) {
+            const bool isClosed = isWhole && isRing && run.points.size() == count;
+            if (isThin) {
+                StrokeThin(run, length, isClosed);
+            } else if (m_dashLengths.isEmpty()) {
+                const qsizetype ends = isClosed ? count - 1 : run.points.size();
+                thick.AddLine(run.points.data(), static_cast<std::size_t>(ends), isClosed);
+            } else {
+                QList<qreal> lengths = m_dashLengths;
+                for (qreal& dash : lengths)
+                    dash *= width;
+                thick.AddDashes(run.points.data(), static_cast<std::size_t>(run.points.size()),
+                                lengths, GetDashStart(length + run.start, width));
+            }
         }
+        for (qsizetype i = 1; !isWhole && i < count; ++i)
+            length += std::hypot(block[i].x() - block[i - 1].x(), block[i].y() - block[i - 1].y());
     }
+    if (!isThin) m_fill.Fill(m_linePaint, true, m_abort);
 }
 
-void XVertReplay::DrawText(const XVertRecording::tagText& record)
+/// Where in the dash lengths a place along the line stands, in pixels.
+double XVertReplay::GetDashStart(double length, double width) const
 {
-    const tagXVertText& text = record.text;
-    const double position[2] = {text.position.x, text.position.y};
-    const QPointF at = ToPixel(position);
-    double unused = 0.0;
-    double height = text.height;
-    if (!record.isHeightInPixels) m_mapping.ConvWorldToPixelLength(unused, height);
-    if (!IsFinite(at) || !(height >= kMinTextPx) || height > kMaxSizePx) return;
-    // no letter is wider than twice the line is high
-    const double reach = height * 2.0 * (text.text.GetLength() + 1.0);
-    if (!GetBox(reach).contains(at)) return;
-
-    const XTextLayout layout(text.text, text.style, height);
-    const QSizeF& size = layout.GetSize();
-    const double left = text.align & kXTextCentre  ? -size.width() / 2.0
-                        : text.align & kXTextRight ? -size.width()
-                                                   : 0.0;
-    const double top = text.align & kXTextMiddle   ? -size.height() / 2.0
-                       : text.align & kXTextBottom ? -size.height()
-                                                   : 0.0;
-    const QRectF box(QPointF(left, top), size);
-    m_painter.save();
-    m_painter.translate(at);
-    m_painter.rotate(-std::remainder(text.angleDeg + m_mapping.GetRotationAngle(), 360.0));
-    if (XfnGetAlpha(text.backColour)) m_painter.fillRect(box, XfnToQColor(text.backColour));
-    if (XfnGetAlpha(text.borderColour)) {
-        m_painter.setBrush(Qt::NoBrush);
-        m_painter.setPen(QPen(XfnToQColor(text.borderColour), 1.0));
-        m_painter.drawRect(box);
-    }
-    if (XfnGetAlpha(text.colour)) {
-        m_painter.setPen(XfnToQColor(text.colour));
-        m_painter.translate(box.topLeft());
-        layout.Paint(m_painter, text.align);
-    }
-    m_painter.restore();
+    double period = 0.0;
+    for (const qreal dash : m_dashLengths)
+        period += dash;
+    const double start = std::fmod(m_dashOffset + length / width, period);
+    return (start < 0.0 ? start + period : start) * width;
 }
 
-void XVertReplay::DrawImage(const tagCommand& command)
+void XVertReplay::StrokeThin(const tagXLineRun& run, double start, bool isClosed)
 {
-    const XVertRecording::tagImage& record = m_recording.GetImage(command.extra);
-    const double* corners = m_recording.GetVertices(command.first);
-    const QPointF origin = ToPixel(corners);
-    const QPointF right = (ToPixel(corners + 2) - origin) / record.image.width();
-    const QPointF down = (ToPixel(corners + 4) - origin) / record.image.height();
-    const QTransform toPixel(right.x(), right.y(), down.x(), down.y(), origin.x(), origin.y());
-    bool isInvertible = false;
-    const QTransform toImage = toPixel.inverted(&isInvertible);
-    if (!isInvertible || !IsFinite(origin) || !IsFinite(right) || !IsFinite(down)) return;
-
-    // only the part that is seen, so that no far away coordinate reaches the painter
-    const QRectF seen = toImage.mapRect(GetBox(1.0)) & QRectF(record.image.rect());
-    if (!(seen.width() > 0.0) || !(seen.height() > 0.0)) return;
-    const QRect part = seen.toAlignedRect() & record.image.rect();
-    m_painter.save();
-    m_painter.setTransform(QTransform::fromTranslate(part.x(), part.y()) * toPixel);
-    m_painter.setOpacity(record.opacity);
-    const double reduction =
-        std::min(std::hypot(right.x(), right.y()), std::hypot(down.x(), down.y()));
-    m_painter.setRenderHint(QPainter::SmoothPixmapTransform, reduction < 1.0);
-    m_painter.drawImage(QPointF(0.0, 0.0), record.image, part);
-    m_painter.restore();
+    std::vector<tagXSubPixel> places;
+    places.reserve(static_cast<std::size_t>(run.points.size()));
+    for (const QPointF& point : run.points)
+        places.push_back(XfnToSubPixel(point));
+    if (m_dashLengths.isEmpty()) {
+        const std::size_t count = places.size() - (isClosed ? 1 : 0);
+        m_thin.Draw(places.data(), count, isClosed, m_linePaint);
+        return;
+    }
+    double length = start + run.start;
+    for (std::size_t i = 1; i < places.size(); ++i) {
+        m_thin.DrawDashes(places[i - 1], places[i], m_dashPattern, length, i == 1, m_linePaint);
+        const QPointF step =
+            run.points[static_cast<qsizetype>(i)] - run.points[static_cast<qsizetype>(i) - 1];
+        length += std::hypot(step.x(), step.y());
+    }
 }

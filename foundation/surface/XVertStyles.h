@@ -52,4 +52,7 @@ struct tagXVertText
     tagXColor colour = kXOpaque;
     tagXColor backColour = 0;   ///< behind the text's box
     tagXColor borderColour = 0; ///< a frame around the text's box, one pixel wide
+    /// Of the text's box, in the unit of the height: letters are stretched or pressed to it, to
+    /// double or half at most. 0: as wide as the font makes it at the size drawn, which hinting changes.
+    double width = 0.0;
 };

@@ -1,13 +1,10 @@
 #include "foundation/surface/XVertBuffer.h"
 
 #include "foundation/surface/XBackBuffer.h"
-#include "foundation/surface/XFillBrush.h"
 #include "foundation/surface/XPointShape.h"
 #include "tests/support/XPixelGrid.h"
 
 #include <gtest/gtest.h>
-
-#include <QPainter>
 
 #include <limits>
 #include <thread>
@@ -154,28 +151,21 @@ TEST(VertBuffer, FillPatternsAndTransparency)
     EXPECT_EQ(hatch(), XfnRows({"RRRR", "WWWW", "RRRR", "WWWW"}));
 }
 
-int s_messages = 0;
-
-TEST(VertBuffer, EveryFillIsItsPatternAndPaintsWithoutAWarning)
+TEST(VertBuffer, EveryFillIsItsPattern)
 {
-    s_messages = 0;
-    const auto previous = qInstallMessageHandler(
-        [](QtMsgType, const QMessageLogContext&, const QString&) { ++s_messages; });
     for (int code = 0; code < tagXFillStyle::kPredefinedCount; ++code) {
         const tagXFillStyle style(code);
-        QImage image(32, 32, QImage::Format_RGB32);
-        image.fill(Qt::black);
-        {
-            QPainter painter(&image);
-            painter.fillRect(image.rect(), XfnGetFillBrush(style, kRed, 0));
-        }
+        const std::string picture = Draw(32, 32, [&](XVertBuffer& b) {
+            const tagXVector3 box[] = {{0, 0}, {32, 0}, {32, 32}, {0, 32}};
+            const tagXVertFill fill{style, kRed, 0};
+            b.AddPolygon(box, 4, nullptr, &fill);
+        });
         for (int i = 0; i < 1024; ++i) {
-            const QRgb expected = style.IsSet(i % 32, i / 32) ? 0xFFFF0000u : 0xFF000000u;
-            ASSERT_EQ(image.pixel(i % 32, i / 32), expected) << code << " at " << i;
+            ASSERT_EQ(picture[static_cast<std::size_t>(i / 32 * 33 + i % 32)],
+                      style.IsSet(i % 32, i / 32) ? 'R' : '.')
+                << code << " at " << i;
         }
     }
-    qInstallMessageHandler(previous);
-    EXPECT_EQ(s_messages, 0);
 }
 
 TEST(VertBuffer, PatternMovesWithThePicture)

@@ -1,0 +1,228 @@
+#include "foundation/surface/XBackBuffer.h"
+#include "foundation/surface/XVertBuffer.h"
+#include "tests/support/XPixelGrid.h"
+
+#include <gtest/gtest.h>
+
+#include <QPainterPath>
+
+#include <random>
+
+namespace {
+
+constexpr tagXColor kWhite = 0xFFFFFFFFu;
+constexpr tagXColor kHalfWhite = 0x80FFFFFFu;
+
+// A black surface of one world unit a pixel, its lower left corner at (0, 0).
+XBackBuffer MakeSurface(int width, int height)
+{
+    XBackBuffer buffer;
+    buffer.Create(nullptr, 2);
+    buffer.Resize(nullptr, width, height);
+    buffer.SetWorldToCenter(width / 2.0, height / 2.0);
+    return buffer;
+}
+
+tagXVertFill Fill(tagXColor colour)
+{
+    tagXVertFill fill;
+    fill.foreColour = colour;
+    return fill;
+}
+
+TEST(VertReplay, AreasThatShareEdgesNeitherOverlapNorLeaveGaps)
+{
+    // a net of triangles with vertices anywhere, each area half opaque
+    constexpr int kCells = 14;
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> jitter(-0.9, 0.9);
+    tagXVector3 net[kCells + 1][kCells + 1];
+    for (int i = 0; i <= kCells; ++i) {
+        for (int j = 0; j <= kCells; ++j)
+            net[i][j] = {4.0 * i + jitter(random), 4.0 * j + jitter(random)};
+    }
+    XVertBuffer buffer;
+    buffer.Start();
+    const tagXVertFill fill = Fill(kHalfWhite);
+    for (int i = 0; i < kCells; ++i) {
+        for (int j = 0; j < kCells; ++j) {
+            const tagXVector3 lower[] = {net[i][j], net[i + 1][j], net[i][j + 1]};
+            const tagXVector3 upper[] = {net[i + 1][j], net[i + 1][j + 1], net[i][j + 1]};
+            buffer.AddPolygon(lower, 3, nullptr, &fill);
+            buffer.AddPolygon(upper, 3, nullptr, &fill);
+        }
+    }
+    buffer.End();
+    XBackBuffer surface = MakeSurface(52, 52);
+    for (const double turn : {0.0, 33.0}) {
+        surface.SetRotationAngle(turn);
+        surface.Clear(kXOpaque);
+        buffer.Draw(&surface);
+        for (int y = 14; y < 38; ++y) {
+            for (int x = 14; x < 38; ++x)
+                ASSERT_EQ(surface.GetRow(y)[x], 0xFF808080u) << x << ", " << y << " at " << turn;
+        }
+    }
+}
+
+TEST(VertReplay, AnyAreaHoldsThePixelsWhoseCentresLieInIt)
+{
+    std::mt19937 random(9);
+    std::uniform_real_distribution<double> place(-8.0, 40.0);
+    for (int run = 0; run < 60; ++run) {
+        const bool isWinding = run % 2 != 0;
+        tagXVector3 ring[9];
+        QPainterPath path;
+        path.setFillRule(isWinding ? Qt::WindingFill : Qt::OddEvenFill);
+        for (int i = 0; i < 9; ++i) {
+            ring[i] = {place(random), place(random)};
+            const QPointF at(ring[i].x, 32.0 - ring[i].y);
+            i == 0 ? path.moveTo(at) : path.lineTo(at);
+        }
+        path.closeSubpath();
+        XVertBuffer buffer;
+        buffer.Start();
+        const tagXVertFill fill = Fill(kWhite);
+        const std::size_t size = 9;
+        buffer.AddPolygon(ring, &size, 1, nullptr, &fill, isWinding);
+        buffer.End();
+        XBackBuffer surface = MakeSurface(32, 32);
+        buffer.Draw(&surface);
+        int differing = 0; // centres within a hair of an edge may fall on either side
+        for (int i = 0; i < 1024; ++i) {
+            const bool isIn = path.contains(QPointF(i % 32 + 0.5, i / 32 + 0.5));
+            differing += isIn != (surface.GetRow(i / 32)[i % 32] == 0xFFFFFFFFu);
+        }
+        EXPECT_LE(differing, 6) << run;
+    }
+}
+
+TEST(VertReplay, SmoothedPixelsGetTheShareThatIsCovered)
+{
+    struct tagCase
+    {
+        std::vector<tagXVector3> ring;
+        int x, y; // pixel
+        int level;
+    };
+    const tagCase cases[] = {
+        {{{1.5, 1}, {3, 1}, {3, 3}, {1.5, 3}}, 1, 1, 128},             // left half
+        {{{1, 1}, {3, 1}, {3, 2.25}, {1, 2.25}}, 2, 1, 64},            // lowest quarter
+        {{{1, 1}, {3, 3}, {1, 3}}, 1, 2, 128},                         // above the diagonal
+        {{{-50, 1.5}, {50, 1.5}, {50, 3}, {-50, 3}}, 0, 2, 128},       // beyond both sides
+        {{{0, 0}, {1, 0}, {1, 1}, {0, 1}}, 3, 0, 0},                   // elsewhere
+        {{{0, 0}, {4, 0}, {4, 4}, {0, 4}}, 2, 2, 255},                 // inside
+        {{{0, 0}, {2, 0}, {2, 4}, {4, 4}, {4, 0}, {0, 4}}, 3, 3, 128}, // crosses itself
+    };
+    for (const tagCase& row : cases) {
+        XVertBuffer buffer;
+        buffer.SetSmooth(1);
+        buffer.Start();
+        const tagXVertFill fill = Fill(kWhite);
+        buffer.AddPolygon(row.ring.data(), row.ring.size(), nullptr, &fill);
+        buffer.End();
+        XBackBuffer surface = MakeSurface(4, 4);
+        buffer.Draw(&surface);
+        EXPECT_NEAR(static_cast<int>(surface.GetRow(row.y)[row.x] & 0xFFu), row.level, 2)
+            << row.x << ", " << row.y;
+    }
+}
+
+TEST(VertReplay, OutlinesPaintEachPixelOnce)
+{
+    // half opaque: what is painted twice comes out brighter
+    const tagXVector3 ring[] = {{3.2, 3.7}, {28.1, 5.0}, {25.5, 26.3}, {14.0, 28.8}, {5.4, 20.1}};
+    for (const double thick : {0.0, -2.0, -7.0}) {
+        XVertBuffer buffer;
+        buffer.Start();
+        const tagXVertLine line{kHalfWhite, thick, {}};
+        buffer.AddPolygon(ring, 5, &line, nullptr);
+        buffer.End();
+        XBackBuffer surface = MakeSurface(32, 32);
+        buffer.Draw(&surface);
+        int painted = 0;
+        for (int i = 0; i < 1024; ++i) {
+            const std::uint32_t pixel = surface.GetRow(i / 32)[i % 32] & 0xFFu;
+            EXPECT_TRUE(pixel == 0 || pixel == 0x80u) << i << " at " << thick;
+            painted += pixel != 0;
+        }
+        EXPECT_GT(painted, thick == 0.0 ? 70 : -thick * 80) << thick;
+    }
+}
+
+TEST(VertReplay, WhatIsSmallerThanAPixelIsOne)
+{
+    const auto draw = [](tagXColor line, tagXColor fill, double x, double size) {
+        XVertBuffer buffer;
+        buffer.Start();
+        const tagXVertLine outline{line, 0.0, {}};
+        const tagXVertFill area = Fill(fill);
+        const tagXVector3 box[] = {
+            {x, 0.1}, {x + size, 0.1}, {x + size, 0.1 + size}, {x, 0.1 + size}};
+        buffer.AddPolygon(box, 4, &outline, &area);
+        buffer.End();
+        XBackBuffer surface = MakeSurface(4, 1);
+        buffer.Draw(&surface);
+        return XfnPixelGrid(surface.GetImage());
+    };
+    EXPECT_EQ(draw(kWhite, 0xFF0000FFu, 1.2, 0.3), ".W..\n");
+    EXPECT_EQ(draw(0, 0xFF0000FFu, 1.6, 0.3), ".R..\n") << "no centre within";
+    EXPECT_EQ(draw(0, 0xFF0000FFu, 3.9, 0.05), "...R\n");
+    EXPECT_EQ(draw(kWhite, kWhite, 4.1, 0.3), "....\n");
+}
+
+TEST(VertReplay, PartsAndBoxesChangeNoPixel)
+{
+    // figures of every kind, flat and in parts, seen from near and far: what is left out is not seen
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> place(0.0, 400.0), size(0.0, 30.0);
+    XVertBuffer flat, parts;
+    flat.Start();
+    parts.Start();
+    for (int i = 0; i < 400; ++i) {
+        XVertBuffer part;
+        part.Start();
+        const tagXVector3 at(place(random), place(random));
+        const tagXVector3 line[] = {at, at + tagXVector3(size(random), size(random)),
+                                    at + tagXVector3(size(random), -size(random))};
+        const tagXVertLine pen{0xFF000000u | static_cast<unsigned>(random() & 0xFFFFFFu),
+                               i % 3 == 0   ? size(random) / 3.0
+                               : i % 3 == 1 ? -3.0
+                                            : 0.0,
+                               tagXLineStyle(i % 2 ? 0 : 3)};
+        const tagXVertFill fill = Fill(0x60000000u | static_cast<unsigned>(random() & 0xFFFFFFu));
+        for (XVertBuffer* buffer : {&flat, &part}) {
+            if (i % 4 == 0) buffer->AddPolyline(line, 3, pen);
+            if (i % 4 == 1) buffer->AddPolygon(line, 3, &pen, &fill);
+            if (i % 4 == 2) buffer->AddPoint(at, {i % 6, i % 8 ? -12.0 : 25.0, kWhite, kXOpaque});
+            if (i % 4 == 3) buffer->AddText({.position = at, .text = "Aj", .height = 12.0});
+        }
+        part.End();
+        parts.AddPart(part.GetRecording());
+    }
+    flat.End();
+    parts.End();
+    for (const double perPixel : {0.1, 1.0, 7.0, 300.0}) {
+        for (const double turn : {0.0, 45.0}) {
+            XBackBuffer surfaces[3] = {MakeSurface(90, 60), MakeSurface(90, 60),
+                                       MakeSurface(270, 180)};
+            for (XBackBuffer& surface : surfaces) {
+                surface.SetWorldToCenter(200.0, 200.0);
+                surface.SetWorldPerPixel(perPixel, perPixel);
+                surface.SetRotationAngle(turn);
+            }
+            flat.Draw(&surfaces[0]);
+            parts.Draw(&surfaces[1]);
+            flat.Draw(&surfaces[2]);
+            EXPECT_EQ(surfaces[0].GetImage(), surfaces[1].GetImage()) << perPixel;
+            // the middle of a larger picture, but for lines that are clipped elsewhere
+            const QImage middle = surfaces[2].GetImage().copy(90, 60, 90, 60);
+            int differing = 0;
+            for (int i = 0; i < 90 * 60; ++i)
+                differing += middle.pixel(i % 90, i / 90) != surfaces[0].GetRow(i / 90)[i % 90];
+            EXPECT_LE(differing, 60) << perPixel << " turned by " << turn;
+        }
+    }
+}
+
+} // namespace
