@@ -1,7 +1,10 @@
 #include "foundation/vector/XLineEnd.h"
 
 #include "foundation/base/XSentinels.h"
+#include "foundation/surface/XVertBuffer.h"
+#include "foundation/vector/XVectorPaint.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <utility>
@@ -9,6 +12,8 @@
 namespace {
 
 constexpr int kCircleSides = 32;
+constexpr double kSizeInThicknesses = 4.0;
+constexpr double kSizeInLengths = 0.1;
 
 struct Place
 {
@@ -94,4 +99,35 @@ std::vector<tagXLineEndPart> XfnMakeLineEnd(int shape, const tagXVector3& from,
         made.push_back(std::move(added));
     }
     return made;
+}
+
+double XfnGetLineEndSize(double size, double thick, double worldPerPixel, double lineLength)
+{
+    double wanted = size;
+    if (size == 0.0 && thick > 0.0) {
+        wanted = kSizeInThicknesses * thick;
+    } else if (size <= 0.0) {
+        const double pixels =
+            size < 0.0 ? -size : std::max(kXLineEndPixels, -thick * kSizeInThicknesses);
+        wanted = worldPerPixel > 0.0 ? pixels * worldPerPixel : kSizeInLengths * lineLength;
+    }
+    return std::min(wanted, lineLength);
+}
+
+void XfnRecordLineEnds(XVertBuffer& buffer, std::vector<tagXLineEndPart> parts, const XWarp2D* warp,
+                       const tagXVertLine& line)
+{
+    if (line.style.IsNone()) return;
+    tagXVertLine stroke = line;
+    stroke.style = tagXLineStyle(tagXLineStyle::kSolid); // a dashed outline is no shape any more
+    tagXVertFill fill;
+    fill.foreColour = stroke.colour;
+    for (auto& part : parts) {
+        XfnWarpVertices(part.vertices, warp);
+        if (part.isFilled) {
+            buffer.AddPolygon(part.vertices.data(), part.vertices.size(), nullptr, &fill);
+        } else {
+            buffer.AddPolyline(part.vertices.data(), part.vertices.size(), stroke);
+        }
+    }
 }

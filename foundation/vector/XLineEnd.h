@@ -5,6 +5,10 @@
 
 #include <vector>
 
+class XVertBuffer;
+class XWarp2D;
+struct tagXVertLine;
+
 /// The shape at an end of a line. The ids are stored in files.
 ///
 /// | id | shape         | tip at the end of the line          | drawn with              |
@@ -35,6 +39,9 @@ enum XLineEndShape {
     kXLineEndCount ///< one past the last id
 };
 
+/// Length of a shape whose size is 0, in pixels.
+constexpr double kXLineEndPixels = 12.0;
+
 /// The English name of a shape for lists; null for an id that there is not.
 XAPI const char* XfnGetLineEndName(int shape);
 
@@ -54,3 +61,14 @@ struct tagXLineEndPart
 XAPI std::vector<tagXLineEndPart> XfnMakeLineEnd(int shape, const tagXVector3& from,
                                                  const tagXVector3& tip, double size,
                                                  double& inset);
+
+/// The length of a shape in the world, from the size that was asked for: a world length; pixels when
+/// negative; 0 for four times the thickness, 12 pixels at least where that is in pixels. Pixels in a
+/// world whose pixel length is not known (0) are a tenth of the line. Never longer than the line.
+/// @param thick  of the line, as XvcObj::SetThick
+XAPI double XfnGetLineEndSize(double size, double thick, double worldPerPixel, double lineLength);
+
+/// Records the parts, carried through `warp`, which may be null, as part of a line drawn with `line`;
+/// nothing where that draws nothing.
+XAPI void XfnRecordLineEnds(XVertBuffer& buffer, std::vector<tagXLineEndPart> parts,
+                            const XWarp2D* warp, const tagXVertLine& line);

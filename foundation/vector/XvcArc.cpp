@@ -9,6 +9,7 @@ X_IMPLEMENT_CLASS(XvcArc, XvcArcObj)
 
 void XvcArc::SetCreateMode(int mode)
 {
+    Touch();
     if (!SetLoadedMode(mode)) return;
     if (XfnIsUsable(m_ptStart) && XfnIsUsable(m_ptEnd)) DefineByPoints();
 }

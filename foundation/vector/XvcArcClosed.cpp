@@ -5,6 +5,7 @@ X_IMPLEMENT_CLASS(XvcArcClosed, XvcArcObj)
 void XvcArcClosed::SetCloseType(int type)
 {
     SetLoadedMode(type);
+    Touch();
 }
 
 bool XvcArcClosed::SetLoadedMode(int mode)

@@ -15,6 +15,7 @@ void XvcArcObj::GetAngle(double& startDeg, double& endDeg) const
 
 void XvcArcObj::SetAngle(double startDeg, double endDeg)
 {
+    Touch();
     if (!std::isfinite(startDeg) || !std::isfinite(endDeg)) return;
     m_startDeg = startDeg;
     m_endDeg = endDeg;

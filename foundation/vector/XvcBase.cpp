@@ -2,6 +2,7 @@
 
 #include "foundation/vector/XVectorWalk.h"
 #include "foundation/vector/XvcLayer.h"
+#include "foundation/vector/XvcSymbolTable.h"
 
 X_IMPLEMENT_CLASS(XvcBase, XObList)
 
@@ -15,6 +16,17 @@ XvcBase::~XvcBase()
 void XvcBase::Adopt(XvcLayer& layer)
 {
     layer.SetParentBase(this);
+}
+
+XvcSymbolTable& XvcBase::GetOwnSymbolTable()
+{
+    if (!m_ownSymbolTable) m_ownSymbolTable = std::make_unique<XvcSymbolTable>();
+    return *m_ownSymbolTable;
+}
+
+void XvcBase::SetSR(const XSpatialReference* sr)
+{
+    m_sr = sr ? *sr : XSpatialReference();
 }
 
 void XvcBase::CalcRange()

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "foundation/reference/XSpatialReference.h"
 #include "foundation/vector/XHitFlag.h"
 #include "foundation/vector/XVectorRange.h"
 #include "foundation/vector/XvcChildList.h"
+
+#include <memory>
 
 class XVertBuffer;
 class XWarp2D;
@@ -17,7 +20,8 @@ struct tagXVector3;
 /// Layers that are added learn their parent base. The base owns its layers: the destructor
 /// destroys them with their objects. Taking a layer out (RemoveAt, RemoveAll and the like) only
 /// unlinks it: it is neither destroyed nor read, so that it may be gone already, and its parent base
-/// stays. The symbol table is lent.
+/// stays. The symbol table that is
+/// set is lent.
 /// Plain lists (class XObList), further bases and objects may stand among the layers or in plain
 /// lists; they count as the layers do in ranges, recordings and hits, and the base owns them too.
 /// Threads: no lock.
@@ -39,6 +43,13 @@ public:
     void SetHideFlag(int flag) { m_hideFlag = flag ? 1 : 0; }
     XvcSymbolTable* GetSymbolTable() const { return m_symbolTable; }
     void SetSymbolTable(XvcSymbolTable* table) { m_symbolTable = table; }
+    /// The base's own table, made when it is first asked for; that of a file lies here.
+    XvcSymbolTable& GetOwnSymbolTable();
+
+    /// The coordinate system of what lies here, as far as it is known; hosts that place the base
+    /// somewhere else need not ask for it.
+    const XSpatialReference* GetSR() const { return &m_sr; }
+    void SetSR(const XSpatialReference* sr); ///< copies; null clears
 
     void CalcRange(); ///< of every element, hidden ones too, and the union
     /// The union of the last CalcRange; an empty one has minima at 1.7e308 and maxima at -1.7e308.
@@ -64,5 +75,7 @@ private:
     XString m_link;
     int m_hideFlag = 0;
     XvcSymbolTable* m_symbolTable = nullptr;
+    std::unique_ptr<XvcSymbolTable> m_ownSymbolTable;
+    XSpatialReference m_sr;
     tagXVectorRange m_range;
 };

@@ -139,6 +139,7 @@ const unsigned char* XvcBitmap::GetBits() const
 
 void XvcBitmap::TakePicture(std::shared_ptr<const tagXvcDib> picture, const XString& fileName)
 {
+    Touch();
     m_picture = std::move(picture);
     m_keyedImage.reset();
     m_fileName = fileName;
@@ -146,6 +147,7 @@ void XvcBitmap::TakePicture(std::shared_ptr<const tagXvcDib> picture, const XStr
 
 int XvcBitmap::SetBitmapInfo(const tagBITMAPINFO* info)
 {
+    Touch();
     if (!info) {
         TakePicture(nullptr, XString());
         return 1;
@@ -159,6 +161,7 @@ int XvcBitmap::SetBitmapInfo(const tagBITMAPINFO* info)
 
 int XvcBitmap::SetBits(const void* bits)
 {
+    Touch();
     if (!m_picture) return 0;
     auto made = std::make_shared<tagSharedDib>();
     made->info = m_picture->info;
@@ -172,6 +175,7 @@ int XvcBitmap::SetBits(const void* bits)
 
 int XvcBitmap::SetDIB(const tagBITMAPINFO* info, const void* bits)
 {
+    Touch();
     XvcBitmap made;
     if (!info || !bits || !made.SetBitmapInfo(info) || !made.SetBits(bits)) return 0;
     TakePicture(std::move(made.m_picture), XString());
@@ -244,12 +248,14 @@ int XvcBitmap::GetColorDepth() const
 
 void XvcBitmap::SetTransparent(int flag)
 {
+    Touch();
     m_transparent = flag ? 1 : 0;
     m_keyedImage.reset();
 }
 
 void XvcBitmap::SetAlpha(double opacity)
 {
+    Touch();
     if (!std::isnan(opacity)) m_alpha = std::clamp(opacity, 0.0, 1.0);
 }
 
@@ -261,6 +267,7 @@ void XvcBitmap::SetBackColor(tagXColor color)
 
 void XvcBitmap::SetInexMap(const tagXVector3* corners)
 {
+    Touch();
     m_hasIndexMap = corners ? 1 : 0;
     for (int i = 0; i < kIndexMapCorners; ++i) {
         m_indexMap[i] = corners ? corners[i] : tagXVector3();
@@ -269,6 +276,7 @@ void XvcBitmap::SetInexMap(const tagXVector3* corners)
 
 void XvcBitmap::SetMapBox(double minX, double minY, double maxX, double maxY)
 {
+    Touch();
     const double box[4] = {minX, minY, maxX, maxY};
     std::copy(std::begin(box), std::end(box), m_mapBox);
 }

@@ -58,7 +58,11 @@ public:
     int GetColorDepth() const; ///< bits a pixel
 
     int GetBorderFlag() const { return m_borderFlag; }
-    void SetBorderFlag(int flag) { m_borderFlag = flag ? 1 : 0; }
+    void SetBorderFlag(int flag)
+    {
+        m_borderFlag = flag ? 1 : 0;
+        Touch();
+    }
     int GetTransparent() const { return m_transparent; }
     void SetTransparent(int flag);
     double GetAlpha() const { return m_alpha; }

@@ -29,12 +29,14 @@ void MoveSide(double& low, double& high, bool isHigh, double step, bool& isCross
 
 void XvcBoxObj::SetLeftTop(const tagXVector3& vertex)
 {
+    Touch();
     m_leftTop = vertex;
     m_isCrossedX = m_isCrossedY = false;
 }
 
 void XvcBoxObj::SetRightBottom(const tagXVector3& vertex)
 {
+    Touch();
     m_rightBottom = vertex;
     m_isCrossedX = m_isCrossedY = false;
 }
@@ -53,6 +55,7 @@ void XvcBoxObj::GetBound(double& left, double& top, double& right, double& botto
 
 void XvcBoxObj::SetBound(double left, double top, double right, double bottom)
 {
+    Touch();
     SetLeftTop({left, top, m_leftTop.z});
     SetRightBottom({right, bottom, m_rightBottom.z});
 }
@@ -66,6 +69,7 @@ tagXVector3 XvcBoxObj::GetPosition() const
 
 void XvcBoxObj::SetPosition(const tagXVector3& position)
 {
+    Touch();
     double left, top, right, bottom;
     GetBound(left, top, right, bottom);
     const bool hadBox = IsSet() && XfnIsUsable(position);
@@ -77,6 +81,7 @@ void XvcBoxObj::SetPosition(const tagXVector3& position)
 
 void XvcBoxObj::SetZ(double z)
 {
+    Touch();
     m_leftTop.z = z;
     m_rightBottom.z = z;
 }
@@ -161,6 +166,7 @@ void XvcBoxObj::AddCtrlPoints(XPtrArray& array)
 
 void XvcBoxObj::MoveObject(double dx, double dy, double dz)
 {
+    Touch();
     const tagXShift shift{dx, dy, dz};
     if (!IsSet() || !shift.CanApply(m_leftTop) || !shift.CanApply(m_rightBottom)) return;
     shift.Apply(m_leftTop);
@@ -169,6 +175,7 @@ void XvcBoxObj::MoveObject(double dx, double dy, double dz)
 
 tagXVector3* XvcBoxObj::MoveVertex(int hitIndex, double dx, double dy, double dz)
 {
+    Touch();
     if (hitIndex < kLowerLeft || hitIndex > kLowerRight || !IsSet()) return nullptr;
     const bool isRight = hitIndex == kUpperRight || hitIndex == kLowerRight;
     const bool isTop = hitIndex == kUpperLeft || hitIndex == kUpperRight;
@@ -185,6 +192,7 @@ tagXVector3* XvcBoxObj::MoveVertex(int hitIndex, double dx, double dy, double dz
 
 void XvcBoxObj::RotateObject(double x, double y, double angle)
 {
+    Touch();
     const tagXTurn turn(x, y, angle);
     if (!IsSet() || !turn.isValid) return;
     tagXVector3 centre{m_leftTop.x / 2.0 + m_rightBottom.x / 2.0,
@@ -197,6 +205,7 @@ void XvcBoxObj::RotateObject(double x, double y, double angle)
 
 void XvcBoxObj::Normalize(double minX, double minY, double maxX, double maxY)
 {
+    Touch();
     const tagXUnitMap map(minX, minY, maxX, maxY);
     if (!IsSet() || !map.isValid || !map.CanApply(m_leftTop) || !map.CanApply(m_rightBottom)) {
         return;

@@ -59,6 +59,7 @@ bool AreKnots(const std::vector<double>& knots)
 
 int XvcBspline::AddKnot(double knot)
 {
+    Touch();
     m_knots.push_back(knot);
     return GetKnotSize() - 1;
 }
@@ -71,6 +72,7 @@ double XvcBspline::GetKnotAt(int index) const
 
 int XvcBspline::SetKnotAt(int index, double knot)
 {
+    Touch();
     if (index < 0 || index >= GetKnotSize()) return 0;
     m_knots[static_cast<std::size_t>(index)] = knot;
     return 1;
@@ -78,6 +80,7 @@ int XvcBspline::SetKnotAt(int index, double knot)
 
 int XvcBspline::InsertKnotAt(int index, double knot)
 {
+    Touch();
     if (index < 0 || index > GetKnotSize()) return 0;
     m_knots.insert(m_knots.begin() + index, knot);
     return 1;
@@ -85,6 +88,7 @@ int XvcBspline::InsertKnotAt(int index, double knot)
 
 int XvcBspline::RemoveKnotAt(int index)
 {
+    Touch();
     if (index < 0 || index >= GetKnotSize()) return 0;
     m_knots.erase(m_knots.begin() + index);
     return 1;
@@ -92,16 +96,19 @@ int XvcBspline::RemoveKnotAt(int index)
 
 void XvcBspline::SetOrder(int order)
 {
+    Touch();
     m_order = std::clamp(order, kMinOrder, kMaxOrder);
 }
 
 void XvcBspline::SetResolution(int steps)
 {
+    Touch();
     m_resolution = std::clamp(steps, 1, kMaxResolution);
 }
 
 void XvcBspline::SetType(int type)
 {
+    Touch();
     if (type >= kClamped && type <= kClosed) m_type = type;
 }
 
@@ -180,6 +187,7 @@ XvcObj* XvcBspline::HitTest(const tagXVector3& point, double toleranceX, double 
 
 int XvcBspline::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XWkbGeometry read;
     if (!read.Read(bytes, size, {XWkbReader::kLineString}, "a line string", error)) return 0;
     m_vertices = std::move(read.parts[0][0]);

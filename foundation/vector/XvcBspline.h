@@ -52,7 +52,11 @@ public:
     int SetKnotAt(int index, double knot);
     int InsertKnotAt(int index, double knot);
     int RemoveKnotAt(int index);
-    void RemoveAllKnots() { m_knots.clear(); }
+    void RemoveAllKnots()
+    {
+        m_knots.clear();
+        Touch();
+    }
     int GetKnotSize() const { return static_cast<int>(m_knots.size()); }
 
     int GetOrder() const { return m_order; }

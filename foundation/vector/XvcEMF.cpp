@@ -69,6 +69,7 @@ int XvcEMF::GetHeight() const
 
 void XvcEMF::SetSize(int width, int height)
 {
+    Touch();
     if (!IsSet()) return;
     SetBoxAbout(GetCenter(), HoldPixels(width) * m_worldPerPixel,
                 HoldPixels(height) * m_worldPerPixel);
@@ -76,6 +77,7 @@ void XvcEMF::SetSize(int width, int height)
 
 void XvcEMF::SetOriginalSize(int width, int height)
 {
+    Touch();
     m_originalWidth = HoldPixels(width);
     m_originalHeight = HoldPixels(height);
     SetSize(width, height);
@@ -83,6 +85,7 @@ void XvcEMF::SetOriginalSize(int width, int height)
 
 void XvcEMF::SetWorldPerPixel(double length)
 {
+    Touch();
     if (!IsLength(length)) return;
     const int width = GetWidth();
     const int height = GetHeight();
@@ -105,12 +108,14 @@ void XvcEMF::SetCenter(double x, double y, double z)
 
 void XvcEMF::SetBoxAbout(const tagXVector3& center, double width, double height)
 {
+    Touch();
     SetLeftTop({center.x - width / 2.0, center.y + height / 2.0, center.z});
     SetRightBottom({center.x + width / 2.0, center.y - height / 2.0, center.z});
 }
 
 int XvcEMF::SetOutline(const XString& text, XString& error)
 {
+    Touch();
     auto made = MakeOutline(text, error);
     if (!made) return 0;
     m_outline = std::move(made);

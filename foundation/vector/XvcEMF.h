@@ -30,7 +30,11 @@ public:
     int GetOriginalHeight() const { return m_originalHeight; }
     void SetOriginalSize(int width, int height); ///< held as the size, which becomes the same
     int GetLock() const { return m_lock; }       ///< editors keep the original proportions
-    void SetLock(int flag) { m_lock = flag ? 1 : 0; }
+    void SetLock(int flag)
+    {
+        m_lock = flag ? 1 : 0;
+        Touch();
+    }
     /// World length of a pixel, 1 at first; others than positive numbers are ignored. The size in
     /// pixels stays.
     double GetWorldPerPixel() const { return m_worldPerPixel; }

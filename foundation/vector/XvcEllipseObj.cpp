@@ -50,34 +50,40 @@ void XvcEllipseObj::GetAxis(double& axisX, double& axisY) const
 
 void XvcEllipseObj::SetAxis(double axisX, double axisY)
 {
+    Touch();
     m_axisX = axisX;
     m_axisY = axisY;
 }
 
 void XvcEllipseObj::SetRotate(double angleDeg)
 {
+    Touch();
     if (std::isfinite(angleDeg)) m_rotateDeg = angleDeg;
 }
 
 void XvcEllipseObj::SetResolution(int chords)
 {
+    Touch();
     m_resolution = std::clamp(chords, kMinResolution, kMaxResolution);
 }
 
 void XvcEllipseObj::SetPtStart(const tagXVector3& corner)
 {
+    Touch();
     m_ptStart = corner;
     if (XfnIsUsable(m_ptStart) && XfnIsUsable(m_ptEnd)) DefineByPoints();
 }
 
 void XvcEllipseObj::SetPtEnd(const tagXVector3& corner)
 {
+    Touch();
     m_ptEnd = corner;
     if (XfnIsUsable(m_ptStart) && XfnIsUsable(m_ptEnd)) DefineByPoints();
 }
 
 void XvcEllipseObj::DefineByPoints()
 {
+    Touch();
     m_center = 0.5 * m_ptStart + 0.5 * m_ptEnd;
     m_axisX = std::fabs(0.5 * m_ptEnd.x - 0.5 * m_ptStart.x);
     m_axisY = std::fabs(0.5 * m_ptEnd.y - 0.5 * m_ptStart.y);
@@ -86,6 +92,7 @@ void XvcEllipseObj::DefineByPoints()
 
 void XvcEllipseObj::ForgetPoints()
 {
+    Touch();
     m_ptStart = kNowhere;
     m_ptEnd = kNowhere;
 }
@@ -226,6 +233,7 @@ void XvcEllipseObj::AddCtrlPoints(XPtrArray& array)
 
 void XvcEllipseObj::MoveObject(double dx, double dy, double dz)
 {
+    Touch();
     const tagXShift shift{dx, dy, dz};
     if (!shift.CanApply(m_center)) return;
     shift.Apply(m_center);
@@ -234,6 +242,7 @@ void XvcEllipseObj::MoveObject(double dx, double dy, double dz)
 
 tagXVector3* XvcEllipseObj::MoveVertex(int hitIndex, double dx, double dy, double)
 {
+    Touch();
     if (hitIndex != 0 && hitIndex != 1) return nullptr;
     const Angle turn(m_rotateDeg + 90.0 * hitIndex);
     double& axis = hitIndex == 0 ? m_axisX : m_axisY;
@@ -249,6 +258,7 @@ tagXVector3* XvcEllipseObj::MoveVertex(int hitIndex, double dx, double dy, doubl
 
 void XvcEllipseObj::RotateObject(double x, double y, double angle)
 {
+    Touch();
     const tagXTurn turn(x, y, angle);
     if (!XfnIsUsable(m_center) || !turn.CanApply(m_center)) return;
     turn.Apply(m_center);
@@ -258,11 +268,13 @@ void XvcEllipseObj::RotateObject(double x, double y, double angle)
 
 void XvcEllipseObj::RotateObject(double angle)
 {
+    Touch();
     RotateObject(m_center.x, m_center.y, angle);
 }
 
 void XvcEllipseObj::Normalize(double minX, double minY, double maxX, double maxY)
 {
+    Touch();
     const tagXUnitMap map(minX, minY, maxX, maxY);
     if (!IsSet() || !map.CanApply(m_center)) return;
     map.Apply(m_center);

@@ -25,8 +25,12 @@ public:
 
     const tagXVector3& GetCenter() const { return m_center; }
     void GetCenter(double& x, double& y, double& z) const;
-    void SetCenter(double x, double y, double z = 0.0) { m_center = {x, y, z}; }
-    void SetCenter(const tagXVector3& center) { m_center = center; }
+    void SetCenter(double x, double y, double z = 0.0) { SetCenter({x, y, z}); }
+    void SetCenter(const tagXVector3& center)
+    {
+        m_center = center;
+        Touch();
+    }
     double GetAxisX() const { return m_axisX; }
     double GetAxisY() const { return m_axisY; }
     void GetAxis(double& axisX, double& axisY) const;

@@ -2,26 +2,34 @@
 
 #include "foundation/vector/XvcArc.h"
 #include "foundation/vector/XvcArcClosed.h"
+#include "foundation/vector/XvcAxis.h"
+#include "foundation/vector/XvcBalloon.h"
 #include "foundation/vector/XvcBitmap.h"
 #include "foundation/vector/XvcBspline.h"
 #include "foundation/vector/XvcEMF.h"
 #include "foundation/vector/XvcEllipse.h"
 #include "foundation/vector/XvcGroup2.h"
+#include "foundation/vector/XvcLeaderLine.h"
+#include "foundation/vector/XvcLegend.h"
 #include "foundation/vector/XvcLine.h"
 #include "foundation/vector/XvcMLine.h"
 #include "foundation/vector/XvcMPoint.h"
 #include "foundation/vector/XvcMPolygon.h"
 #include "foundation/vector/XvcMPolyline.h"
 #include "foundation/vector/XvcMSymbol.h"
+#include "foundation/vector/XvcMText.h"
 #include "foundation/vector/XvcMeasureAngle.h"
 #include "foundation/vector/XvcMeasureArea.h"
 #include "foundation/vector/XvcMeasureDist.h"
 #include "foundation/vector/XvcMeasurePoint.h"
 #include "foundation/vector/XvcMeasureRange.h"
+#include "foundation/vector/XvcNorthArrow.h"
 #include "foundation/vector/XvcPolypoint.h"
 #include "foundation/vector/XvcRaster.h"
 #include "foundation/vector/XvcRectangle.h"
+#include "foundation/vector/XvcScaleBar.h"
 #include "foundation/vector/XvcSymbolDef.h"
+#include "foundation/vector/XvcTextBox.h"
 
 #include <cstring>
 
@@ -65,7 +73,11 @@ constexpr Row kRows[] = {
     X_VECTOR_CLASS(XvcMSymbol),      X_VECTOR_CLASS(XvcSymbolDef),
     X_VECTOR_CLASS(XvcMeasurePoint), X_VECTOR_CLASS(XvcMeasureDist),
     X_VECTOR_CLASS(XvcMeasureArea),  X_VECTOR_CLASS(XvcMeasureAngle),
-    X_VECTOR_CLASS(XvcMeasureRange),
+    X_VECTOR_CLASS(XvcMeasureRange), X_VECTOR_CLASS(XvcNorthArrow),
+    X_VECTOR_CLASS(XvcScaleBar),     X_VECTOR_CLASS(XvcLeaderLine),
+    X_VECTOR_CLASS(XvcLegend),       X_VECTOR_CLASS(XvcAxis),
+    X_VECTOR_CLASS(XvcText),         X_VECTOR_CLASS(XvcMText),
+    X_VECTOR_CLASS(XvcTextBox),      X_VECTOR_CLASS(XvcBalloon),
 };
 #undef X_VECTOR_CLASS
 

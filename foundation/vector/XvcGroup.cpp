@@ -43,6 +43,7 @@ std::unique_ptr<XvcObj> NewForKind(std::uint32_t kind, XWkbReader& reader)
 
 std::unique_ptr<XvcObj> XvcGroup::ReleaseObjAt(int index)
 {
+    Touch();
     if (!GetPartAt(index)) return nullptr;
     auto released = std::move(m_parts[static_cast<std::size_t>(index)]);
     m_parts.erase(m_parts.begin() + index);
@@ -71,6 +72,7 @@ XvcObj* XvcGroup::HitTestMembers(const tagXVector3& point, double toleranceX, do
 
 tagXVector3* XvcGroup::MoveVertex(int hitIndex, double dx, double dy, double dz)
 {
+    Touch();
     const int corner = hitIndex - tagXHitFlag::kFirstCorner;
     if (corner < 0 || corner > 3 || m_range.IsEmpty()) return nullptr;
     const tagXVectorRange box = m_range;
@@ -140,6 +142,7 @@ int XvcGroup::ImportMembers(const unsigned char* bytes, std::size_t& size, int d
 
 int XvcGroup::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XvcGroup read;
     GiveAttributes(read);
     std::size_t used = size;

@@ -2,10 +2,11 @@
 
 #include "foundation/surface/XVertBuffer.h"
 #include "foundation/vector/XVectorWalk.h"
+#include "foundation/vector/XvcLayerChunks.h"
 
 X_IMPLEMENT_CLASS(XvcLayer, XObList)
 
-XvcLayer::XvcLayer() = default;
+XvcLayer::XvcLayer() : m_chunks(std::make_unique<XvcLayerChunks>(*this)) {}
 
 XvcLayer::~XvcLayer()
 {
@@ -24,7 +25,7 @@ void XvcLayer::DestroyAll()
 
 void XvcLayer::CalcRange()
 {
-    m_range = XfnCalcElementRanges(*this);
+    m_range = m_chunks->CalcRange();
 }
 
 void XvcLayer::GetRange(double& minX, double& minY, double& minZ, double& maxX, double& maxY,
@@ -41,7 +42,11 @@ void XvcLayer::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
     const int formerFontSizeFlag = buffer->GetFontSizeFlag();
     if (m_vertBufferType >= 0) buffer->SetType(m_vertBufferType);
     if (m_vertBufferFontSizeFlag >= 0) buffer->SetFontSizeFlag(m_vertBufferFontSizeFlag);
-    XfnRecordElements(*this, buffer, warp, attrs);
+    if (warp || attrs) {
+        XfnRecordElements(*this, buffer, warp, attrs);
+    } else {
+        m_chunks->Record(*buffer);
+    }
     buffer->SetType(formerType);
     buffer->SetFontSizeFlag(formerFontSizeFlag);
 }
@@ -55,5 +60,5 @@ XvcObj* XvcLayer::HitTest(const tagXVector3& point, double toleranceX, double to
                           tagXHitFlag& hitFlag)
 {
     if (m_hideFlag || !m_hitTestable) return nullptr;
-    return XfnHitTestElements(*this, point, toleranceX, toleranceY, hitFlag);
+    return m_chunks->HitTest(point, toleranceX, toleranceY, hitFlag);
 }

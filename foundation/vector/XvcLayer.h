@@ -5,7 +5,12 @@
 #include "foundation/vector/XvcChildList.h"
 #include "foundation/vector/XvcObj.h"
 
+#include <memory>
+#include <utility>
+
+class XAttributeTable;
 class XvcBase;
+class XvcLayerChunks;
 
 /// A list of vector objects in z-order: the head is rearmost, the tail is drawn last.
 ///
@@ -43,6 +48,12 @@ public:
     void SetAttachFlag(int flag) { m_attachFlag = flag ? 1 : 0; }
     XvcBase* GetParentBase() const { return m_parentBase; }
     void SetParentBase(XvcBase* base) { m_parentBase = base; }
+    /// What a file told of the objects, shared and read only; null for none.
+    const std::shared_ptr<const XAttributeTable>& GetAttributes() const { return m_attributes; }
+    void SetAttributes(std::shared_ptr<const XAttributeTable> table)
+    {
+        m_attributes = std::move(table);
+    }
 
     /// Type and font size flag that the layer's objects are recorded with; -1 (at first): those of
     /// the recording itself.
@@ -51,12 +62,16 @@ public:
     int GetVertBufferFontSizeFlag() const { return m_vertBufferFontSizeFlag; }
     void SetVertBufferFontSizeFlag(int flag) { m_vertBufferFontSizeFlag = flag; }
 
-    void CalcRange(); ///< of every element, hidden ones too, and the union
+    /// Of every element, hidden ones too, and the union. Objects that were not touched since the last
+    /// time keep their range.
+    void CalcRange();
     const tagXVectorRange& GetRange() const { return m_range; }
     void GetRange(double& minX, double& minY, double& minZ, double& maxX, double& maxY,
                   double& maxZ) const;
 
-    /// Hidden layers and objects record nothing.
+    /// Hidden layers and objects record nothing. Without warp and attributes the recording is made
+    /// of parts that the layer keeps: only runs of objects in which one was touched, added or taken
+    /// out since are recorded anew.
     void CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp, const tagXDrawAttrs* attrs);
 
     /// The frontmost object hit; null in a layer that is hidden or not to be hit.
@@ -77,5 +92,7 @@ private:
     int m_vertBufferType = -1;
     int m_vertBufferFontSizeFlag = -1;
     XvcBase* m_parentBase = nullptr;
+    std::shared_ptr<const XAttributeTable> m_attributes;
     tagXVectorRange m_range;
+    std::unique_ptr<XvcLayerChunks> m_chunks; // never null
 };

@@ -14,13 +14,6 @@
 
 X_IMPLEMENT_CLASS(XvcLine, XvcVertexObj)
 
-namespace {
-
-constexpr double kSizeInThicknesses = 4.0;
-constexpr double kSizeInLengths = 0.1;
-
-} // namespace
-
 XvcLine::XvcLine() : XvcLine({kXNotSet, kXNotSet, 0.0}, {kXNotSet, kXNotSet, 0.0}) {}
 
 XvcLine::XvcLine(const tagXVector3& start, const tagXVector3& end)
@@ -32,6 +25,7 @@ XvcLine::XvcLine(const tagXVector3& start, const tagXVector3& end)
 
 void XvcLine::SetVertices(const tagXVector3& start, const tagXVector3& end)
 {
+    Touch();
     SetStartVertex(start);
     SetEndVertex(end);
 }
@@ -56,16 +50,19 @@ void XvcLine::GetVertices(double& x0, double& y0, double& z0, double& x1, double
 
 void XvcLine::SetStartSize(double size)
 {
+    Touch();
     if (XfnIsSet(size)) m_startSize = size;
 }
 
 void XvcLine::SetEndSize(double size)
 {
+    Touch();
     if (XfnIsSet(size)) m_endSize = size;
 }
 
 void XvcLine::SetWorldPerPixel(double length)
 {
+    Touch();
     if (length >= 0.0 && XfnIsSet(length)) m_worldPerPixel = length;
 }
 
@@ -75,15 +72,7 @@ double XvcLine::GetShapeSize(double size) const
     const tagXVector3 end = GetEndVertex();
     const double length = std::hypot(end.x - start.x, end.y - start.y);
     const double thick = XfnIsSet(GetThick()) ? GetThick() : 0.0;
-    double wanted = size;
-    if (size == 0.0 && thick > 0.0) {
-        wanted = kSizeInThicknesses * thick;
-    } else if (size <= 0.0) {
-        const double pixels =
-            size < 0.0 ? -size : std::max(kDefaultPixels, -thick * kSizeInThicknesses);
-        wanted = m_worldPerPixel > 0.0 ? pixels * m_worldPerPixel : kSizeInLengths * length;
-    }
-    return std::min(wanted, length);
+    return XfnGetLineEndSize(size, thick, m_worldPerPixel, length);
 }
 
 std::vector<tagXLineEndPart> XvcLine::MakeEnds(tagXVector3& start, tagXVector3& end) const
@@ -129,19 +118,7 @@ void XvcLine::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
         XfnWarpVertices(shaft, map);
         buffer->AddPolyline(shaft.data(), shaft.size(), paint.line);
     }
-    tagXVertLine stroke = paint.line;
-    if (stroke.style.IsNone()) return;
-    stroke.style = tagXLineStyle(tagXLineStyle::kSolid); // a dashed outline is no shape any more
-    tagXVertFill fill;
-    fill.foreColour = stroke.colour;
-    for (auto& part : parts) {
-        XfnWarpVertices(part.vertices, map);
-        if (part.isFilled) {
-            buffer->AddPolygon(part.vertices.data(), part.vertices.size(), nullptr, &fill);
-        } else {
-            buffer->AddPolyline(part.vertices.data(), part.vertices.size(), stroke);
-        }
-    }
+    XfnRecordLineEnds(*buffer, std::move(parts), map, paint.line);
 }
 
 void XvcLine::Normalize(double minX, double minY, double maxX, double maxY)
@@ -157,6 +134,7 @@ void XvcLine::Normalize(double minX, double minY, double maxX, double maxY)
 
 int XvcLine::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XWkbGeometry read;
     std::size_t used = size;
     if (!read.Read(bytes, used, {XWkbReader::kLineString}, "a line string", error)) return 0;

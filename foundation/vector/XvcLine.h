@@ -16,7 +16,7 @@ class XAPI XvcLine : public XvcVertexObj
 {
     X_DECLARE_CLASS(XvcLine)
 public:
-    static constexpr double kDefaultPixels = 12.0;
+    static constexpr double kDefaultPixels = kXLineEndPixels;
 
     XvcLine(); ///< neither vertex is set; nothing is drawn
     XvcLine(const tagXVector3& start, const tagXVector3& end);
@@ -36,9 +36,17 @@ public:
 
     /// Ids of XLineEndShape; others are kept and draw nothing.
     int GetStartShapeID() const { return m_startShape; }
-    void SetStartShapeID(int shape) { m_startShape = shape; }
+    void SetStartShapeID(int shape)
+    {
+        m_startShape = shape;
+        Touch();
+    }
     int GetEndShapeID() const { return m_endShape; }
-    void SetEndShapeID(int shape) { m_endShape = shape; }
+    void SetEndShapeID(int shape)
+    {
+        m_endShape = shape;
+        Touch();
+    }
     double GetStartSize() const { return m_startSize; }
     void SetStartSize(double size); ///< a size that is no number is ignored
     double GetEndSize() const { return m_endSize; }

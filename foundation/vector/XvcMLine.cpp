@@ -7,6 +7,7 @@ X_IMPLEMENT_CLASS(XvcMLine, XvcMultiObj)
 
 int XvcMLine::AddLine(const tagXVector3& start, const tagXVector3& end)
 {
+    Touch();
     AddNewPart<XvcLine>().SetVertices(start, end);
     return GetPartCount() - 1;
 }
@@ -18,6 +19,7 @@ int XvcMLine::AddLine(const XvcLine& line)
 
 int XvcMLine::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XWkbGeometry read;
     if (!read.Read(bytes, size, {XWkbReader::kLineString, XWkbReader::kMultiLineString},
                    "a line string or several", error)) {

@@ -8,6 +8,7 @@ X_IMPLEMENT_CLASS(XvcMPoint, XvcMultiObj)
 
 int XvcMPoint::AddPoint(double x, double y, double z)
 {
+    Touch();
     AddNewPart<XvcPoint>().SetVertex(x, y, z);
     return GetPartCount() - 1;
 }
@@ -19,6 +20,7 @@ int XvcMPoint::AddPoint(const XvcPoint& point)
 
 int XvcMPoint::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XWkbGeometry read;
     if (!read.Read(bytes, size, {XWkbReader::kPoint, XWkbReader::kMultiPoint}, "a point or several",
                    error)) {

@@ -19,6 +19,7 @@ int XvcMPolygon::AddPolygon(const XvcPolygon& polygon)
 
 void XvcMPolygon::SetPolyFillMode(int mode)
 {
+    Touch();
     if (mode == kAlternate || mode == kWinding) m_fillMode = mode;
 }
 
@@ -72,6 +73,7 @@ XvcObj* XvcMPolygon::HitTest(const tagXVector3& point, double toleranceX, double
 
 int XvcMPolygon::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XWkbGeometry read;
     if (!read.Read(bytes, size, {XWkbReader::kPolygon, XWkbReader::kMultiPolygon},
                    "a polygon or several", error)) {

@@ -14,6 +14,7 @@ int XvcMPolyline::AddPolyline(const XvcPolyline& polyline)
 
 int XvcMPolyline::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XWkbGeometry read;
     if (!read.Read(bytes, size, {XWkbReader::kLineString, XWkbReader::kMultiLineString},
                    "a line string or several", error)) {

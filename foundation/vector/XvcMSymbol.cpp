@@ -10,6 +10,7 @@ X_IMPLEMENT_CLASS(XvcMSymbol, XvcMultiObj)
 
 int XvcMSymbol::AddSymbol(int id, double x, double y, double z)
 {
+    Touch();
     XvcSymbol& added = AddNewPart<XvcSymbol>();
     added.SetID(id);
     added.SetCenter(x, y, z);
@@ -23,30 +24,35 @@ int XvcMSymbol::AddSymbol(const XvcSymbol& symbol)
 
 void XvcMSymbol::SetID(int id)
 {
+    Touch();
     for (int i = 0; i < GetNumOfSymbols(); ++i)
         GetSymbolObjAt(i)->SetID(id);
 }
 
 void XvcMSymbol::SetSymbolTable(const XvcSymbolTable* table)
 {
+    Touch();
     for (int i = 0; i < GetNumOfSymbols(); ++i)
         GetSymbolObjAt(i)->SetSymbolTable(table);
 }
 
 void XvcMSymbol::SetRotate(double angleDeg)
 {
+    Touch();
     for (int i = 0; i < GetNumOfSymbols(); ++i)
         GetSymbolObjAt(i)->SetRotate(angleDeg);
 }
 
 void XvcMSymbol::SetScale(double scaleX, double scaleY)
 {
+    Touch();
     for (int i = 0; i < GetNumOfSymbols(); ++i)
         GetSymbolObjAt(i)->SetScale(scaleX, scaleY);
 }
 
 int XvcMSymbol::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XWkbGeometry read;
     if (!read.Read(bytes, size, {XWkbReader::kPoint, XWkbReader::kMultiPoint}, "a point or several",
                    error)) {

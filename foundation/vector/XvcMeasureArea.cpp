@@ -62,6 +62,7 @@ XString XvcMeasureArea::GetLabel() const
 
 int XvcMeasureArea::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XWkbGeometry read;
     std::size_t used = size;
     if (!read.Read(bytes, used, {XWkbReader::kPolygon}, "a polygon", error)) return 0;

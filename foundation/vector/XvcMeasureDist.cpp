@@ -25,6 +25,7 @@ XString XvcMeasureDist::GetLabel() const
 
 int XvcMeasureDist::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XWkbGeometry read;
     if (!read.Read(bytes, size, {XWkbReader::kLineString}, "a line string", error)) return 0;
     m_vertices = std::move(read.parts[0][0]);

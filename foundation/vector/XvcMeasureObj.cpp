@@ -6,6 +6,7 @@
 #include "foundation/base/XWarp2D.h"
 #include "foundation/reference/XGeodesy.h"
 #include "foundation/surface/XVertBuffer.h"
+#include "foundation/vector/XMarkFont.h"
 #include "foundation/vector/XMeasureUnits.h"
 #include "foundation/vector/XVectorPaint.h"
 #include "foundation/vector/XVertexMath.h"
@@ -57,6 +58,7 @@ int XvcMeasureObj::GetMaxVertices() const
 
 void XvcMeasureObj::SetSR(const XSpatialReference* reference)
 {
+    Touch();
     m_reference = reference ? *reference : XSpatialReference();
 }
 
@@ -73,21 +75,25 @@ int XvcMeasureObj::HasGroundUnits() const
 
 void XvcMeasureObj::SetLengthUnit(int unit)
 {
+    Touch();
     if (IsLengthUnit(unit)) m_lengthUnit = unit;
 }
 
 void XvcMeasureObj::SetAreaUnit(int unit)
 {
+    Touch();
     if (IsAreaUnit(unit)) m_areaUnit = unit;
 }
 
 void XvcMeasureObj::SetDecimals(int decimals)
 {
+    Touch();
     m_decimals = std::clamp(decimals, 0, kMaxDecimals);
 }
 
 void XvcMeasureObj::SetFontSize(double height)
 {
+    Touch();
     if (height != 0.0 && XfnIsSet(height)) m_fontSize = height;
 }
 
@@ -106,30 +112,16 @@ void XvcMeasureObj::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
         label.text.Insert(0, " ");
         label.text.Replace("\n", "\n ");
     }
-    label.style = m_textStyle;
-    label.height = std::fabs(m_fontSize);
-    label.colour = m_textColor ? m_textColor : paint.line.colour;
-    if (map) {
-        tagXVector3 above(label.position.x, label.position.y + label.height);
-        map->Warp(label.position.x, label.position.y);
-        map->Warp(above.x, above.y);
-        if (m_fontSize > 0.0) {
-            label.height = std::hypot(above.x - label.position.x, above.y - label.position.y);
-        }
-    }
-    const int flag = buffer->GetFontSizeFlag();
-    if (m_fontSize < 0.0) buffer->SetFontSizeFlag(1);
-    buffer->AddText(label);
-    buffer->SetFontSizeFlag(flag);
+    const XMarkFont font{m_fontSize, m_textColor, m_textStyle};
+    font.Record(*buffer, label, map, paint.line.colour);
 }
 
 void XvcMeasureObj::StoreOwn(XArchive& archive) const
 {
-    XString wkt;
-    m_reference.exportToWkt(wkt);
-    archive << kArchiveVersion << wkt << m_reference.GetCoordType() << m_lengthUnit << m_areaUnit
-            << m_decimals << m_labelFlag << m_fontSize << m_textColor << m_textStyle.word;
-    archive.Write(&m_textStyle.font, sizeof m_textStyle.font);
+    archive << kArchiveVersion;
+    XfnStoreReference(archive, m_reference);
+    archive << m_lengthUnit << m_areaUnit << m_decimals << m_labelFlag << m_fontSize << m_textColor;
+    XfnStoreTextStyle(archive, m_textStyle);
 }
 
 void XvcMeasureObj::LoadOwn(XArchive& archive)
@@ -137,20 +129,12 @@ void XvcMeasureObj::LoadOwn(XArchive& archive)
     std::uint8_t version = 0;
     archive >> version;
     if (version != kArchiveVersion) throw XFileException(XFileException::kInvalidFile);
-    XString wkt;
-    int coordType = 0, lengthUnit = 0, areaUnit = 0, decimals = 0, labelFlag = 0;
+    const XSpatialReference reference = XfnLoadReference(archive);
+    int lengthUnit = 0, areaUnit = 0, decimals = 0, labelFlag = 0;
     double fontSize = 0.0;
     tagXColor textColor = 0;
-    tagXTextStyle style;
-    archive >> wkt >> coordType >> lengthUnit >> areaUnit >> decimals >> labelFlag >> fontSize >>
-        textColor >> style.word;
-    archive.ReadExactly(&style.font, sizeof style.font);
-    style.font.faceName[sizeof style.font.faceName - 1] = '\0';
-    XSpatialReference reference;
-    if (!wkt.IsEmpty() && !reference.importFromWkt(wkt)) {
-        throw XFileException(XFileException::kInvalidFile);
-    }
-    reference.SetCoordType(coordType);
+    archive >> lengthUnit >> areaUnit >> decimals >> labelFlag >> fontSize >> textColor;
+    const tagXTextStyle style = XfnLoadTextStyle(archive);
     if (!IsLengthUnit(lengthUnit) || !IsAreaUnit(areaUnit)) {
         throw XFileException(XFileException::kInvalidFile);
     }

@@ -53,13 +53,25 @@ public:
     void SetDecimals(int decimals);                ///< held within 0 to kMaxDecimals
 
     int GetLabelFlag() const { return m_labelFlag; } ///< the label is drawn; 1 at first
-    void SetLabelFlag(int flag) { m_labelFlag = flag ? 1 : 0; }
+    void SetLabelFlag(int flag)
+    {
+        m_labelFlag = flag ? 1 : 0;
+        Touch();
+    }
     double GetFontSize() const { return m_fontSize; } ///< -14 at first
     void SetFontSize(double height);                  ///< 0 or not finite is ignored
     const tagXTextStyle& GetTextStyle() const { return m_textStyle; }
-    void SetTextStyle(const tagXTextStyle& style) { m_textStyle = style; }
+    void SetTextStyle(const tagXTextStyle& style)
+    {
+        m_textStyle = style;
+        Touch();
+    }
     tagXColor GetTextColor() const { return m_textColor; } ///< 0: the line colour
-    void SetTextColor(tagXColor color) { m_textColor = color; }
+    void SetTextColor(tagXColor color)
+    {
+        m_textColor = color;
+        Touch();
+    }
 
     /// What the label says; empty while there are too few vertices.
     virtual XString GetLabel() const = 0;

@@ -25,6 +25,7 @@ XString FormatDegrees(double degrees, int decimals, const char* positive, const 
 
 void XvcMeasurePoint::SetVertex(double x, double y, double z)
 {
+    Touch();
     if (!SetAt(0, x, y, z)) Add(x, y, z);
 }
 
@@ -43,6 +44,7 @@ XString XvcMeasurePoint::GetLabel() const
 
 int XvcMeasurePoint::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XvcPoint read;
     if (!read.ImportFromWkb(bytes, size, error)) return 0;
     SetVertex(read.GetX(), read.GetY(), read.GetZ());

@@ -16,7 +16,11 @@ public:
     tagXVector3 GetVertex() const { return GetAt(0); }
     void SetVertex(double x, double y, double z = 0.0);
     int GetType() const { return m_type; } ///< XPointShape; 5 at first
-    void SetType(int shape) { m_type = shape; }
+    void SetType(int shape)
+    {
+        m_type = shape;
+        Touch();
+    }
 
     XString GetLabel() const override;
     int ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error) override;

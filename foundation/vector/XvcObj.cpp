@@ -4,77 +4,101 @@
 #include "foundation/base/XFileException.h"
 #include "foundation/surface/XVertBuffer.h"
 #include "foundation/vector/XDrawAttrs.h"
+#include "foundation/vector/XRecordPool.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstring>
-#include <mutex>
-#include <vector>
+#include <utility>
 
 X_IMPLEMENT_CLASS(XvcObj, XObject)
 
 namespace {
 
-using FillStyle = std::shared_ptr<const tagXFillStyle>;
-
 constexpr std::uint16_t kArchiveVersion = 1;
+std::atomic<std::uint32_t> s_lastRevision{0};
 
-// One record for each style in use, however many objects have it. Patterns of one's own are few
-// and come in runs, so a short list of those seen last finds nearly all of them.
-class FillStylePool
-{
-public:
-    FillStyle Get(const tagXFillStyle& style)
-    {
-        if (style.style >= 0 && style.style < tagXFillStyle::kPredefinedCount &&
-            style == *m_predefined[style.style]) {
-            return m_predefined[style.style];
-        }
-        const std::lock_guard lock(m_lock);
-        for (const auto& custom : m_customs) {
-            if (custom && *custom == style) return custom;
-        }
-        m_next = (m_next + 1) % kRemembered;
-        m_customs[m_next] = std::make_shared<const tagXFillStyle>(style);
-        return m_customs[m_next];
-    }
-
-    static FillStylePool& Instance()
-    {
-        static FillStylePool pool;
-        return pool;
-    }
-
-private:
-    FillStylePool()
-    {
-        for (int i = 0; i < tagXFillStyle::kPredefinedCount; ++i) {
-            m_predefined[i] = std::make_shared<const tagXFillStyle>(i);
-        }
-    }
-
-    static constexpr int kRemembered = 32;
-    FillStyle m_predefined[tagXFillStyle::kPredefinedCount];
-    std::mutex m_lock;
-    FillStyle m_customs[kRemembered];
-    int m_next = 0;
+// What most objects have alike is not written: a bit tells what follows.
+enum Stored : std::uint16_t {
+    kStoredName = 1,
+    kStoredLink = 2,
+    kStoredValue = 4,
+    kStoredPattern = 8, // the fill pattern is not that of the style's number
+    kStoredTexts = 16,
+    kStoredRange = 32,
+    kStoredAll = 63,
 };
 
-void StoreFillStyle(XArchive& archive, const tagXFillStyle& style)
+bool HasOwnPattern(const tagXFillStyle& style)
 {
-    archive << style.style;
-    archive.Write(style.pattern, tagXFillStyle::kPatternBytes);
-}
-
-FillStyle LoadFillStyle(XArchive& archive)
-{
-    tagXFillStyle style;
-    archive >> style.style;
-    archive.ReadExactly(style.pattern, tagXFillStyle::kPatternBytes);
-    return FillStylePool::Instance().Get(style);
+    return style.style < 0 || style.style >= tagXFillStyle::kPredefinedCount ||
+           !(style == tagXFillStyle(style.style));
 }
 
 } // namespace
 
-XvcObj::XvcObj() : m_fillStyle(FillStylePool::Instance().Get(tagXFillStyle())) {}
+class XvcObj::StylePool
+{
+public:
+    static XSharedRecord<tagStyles> Get(const tagStyles& styles)
+    {
+        static XRecordPool<tagStyles> pool;
+        return pool.Find(styles);
+    }
+};
+
+std::atomic<std::uint32_t> XvcObjRange::s_touchCount{0};
+std::atomic<std::uint32_t> XvcObjRange::s_epoch{0};
+
+void XvcObjRange::Forget()
+{
+    m_revision = 0;
+    s_touchCount.fetch_add(1, std::memory_order_relaxed);
+}
+
+void XvcObjRange::Settle()
+{
+    while (!m_revision)
+        m_revision = s_lastRevision.fetch_add(1, std::memory_order_relaxed) + 1;
+}
+
+void XvcObjRange::TouchAll()
+{
+    s_epoch.fetch_add(1, std::memory_order_relaxed);
+}
+
+bool XvcObj::tagRare::IsEmpty() const
+{
+    return std::bit_cast<std::uint64_t>(reservedValue) == 0 && link.IsEmpty() && !warp &&
+           !HasTexts();
+}
+
+bool XvcObj::tagRare::HasTexts() const
+{
+    return std::any_of(reserved.begin(), reserved.end(),
+                       [](const XString& text) { return !text.IsEmpty(); });
+}
+
+const XvcObj::tagRare& XvcObj::GetNoRare()
+{
+    static const tagRare none;
+    return none;
+}
+
+template <class Change>
+void XvcObj::ChangeRare(const Change& change)
+{
+    tagRare changed = GetRare();
+    change(changed);
+    m_rare = changed.IsEmpty() ? XSharedRecord<tagRare>() : XSharedRecord<tagRare>(changed);
+    Touch();
+}
+
+XvcObj::XvcObj()
+{
+    static const XSharedRecord<tagStyles> styles = StylePool::Get(tagStyles());
+    m_styles = styles;
+}
 
 XvcObj::XvcObj(const XvcObj& other) : XObject(other)
 {
@@ -88,14 +112,10 @@ XvcObj& XvcObj::operator=(const XvcObj& other)
     m_lineColor = other.m_lineColor;
     m_foreColor = other.m_foreColor;
     m_backColor = other.m_backColor;
-    m_hideFlag = other.m_hideFlag;
-    m_reservedValue = other.m_reservedValue;
+    m_record = other.m_record;
     m_thick = other.m_thick;
-    m_fillStyle = other.m_fillStyle;
-    m_lineStyle = other.m_lineStyle;
-    m_link = other.m_link;
-    m_reserved = other.m_reserved;
-    m_warp = other.m_warp;
+    m_styles = other.m_styles;
+    m_rare = other.m_rare;
     return *this;
 }
 
@@ -109,113 +129,158 @@ void XvcObj::GetRange(double& minX, double& minY, double& minZ, double& maxX, do
 
 XString XvcObj::GetReserved(int index) const
 {
-    if (index < 0 || index >= kReservedCount || !m_reserved) return XString();
-    return (*m_reserved)[static_cast<std::size_t>(index)];
+    if (index < 0 || index >= kReservedCount) return XString();
+    return GetRare().reserved[static_cast<std::size_t>(index)];
 }
 
 void XvcObj::Serialize(XArchive& archive)
 {
     if (archive.IsStoring()) {
-        archive << kArchiveVersion << m_name << m_link << m_lineColor << m_foreColor << m_backColor
-                << m_hideFlag << m_reservedValue << m_thick;
-        StoreFillStyle(archive, *m_fillStyle);
-        archive << m_lineStyle.pattern << m_lineStyle.style << m_lineStyle.words[0]
-                << m_lineStyle.words[1];
-        for (int i = 0; i < kReservedCount; ++i)
+        const tagXVectorRange empty;
+        const tagXVectorRange& range = m_range;
+        const tagRare& rare = GetRare();
+        const tagXFillStyle& fill = m_styles->fill;
+        const tagXLineStyle& line = m_styles->line;
+        const bool hasValue = std::bit_cast<std::uint64_t>(rare.reservedValue) != 0;
+        const bool hasPattern = HasOwnPattern(fill);
+        const bool hasTexts = rare.HasTexts();
+        const bool hasRange = std::memcmp(&range, &empty, sizeof empty) != 0;
+        const int stored = (m_name.IsEmpty() ? 0 : kStoredName) |
+                           (rare.link.IsEmpty() ? 0 : kStoredLink) | (hasValue ? kStoredValue : 0) |
+                           (hasPattern ? kStoredPattern : 0) | (hasTexts ? kStoredTexts : 0) |
+                           (hasRange ? kStoredRange : 0);
+        archive << kArchiveVersion << static_cast<std::uint16_t>(stored) << m_lineColor
+                << m_foreColor << m_backColor << m_range.hideFlag << m_thick << fill.style
+                << line.pattern << line.style << line.words[0] << line.words[1];
+        if (stored & kStoredName) archive << m_name;
+        if (stored & kStoredLink) archive << rare.link;
+        if (hasValue) archive << rare.reservedValue;
+        if (hasPattern) archive.Write(fill.pattern, tagXFillStyle::kPatternBytes);
+        for (int i = 0; hasTexts && i < kReservedCount; ++i)
             archive << GetReserved(i);
-        archive << m_range.minX << m_range.minY << m_range.minZ << m_range.maxX << m_range.maxY
-                << m_range.maxZ;
+        if (hasRange) archive.Write(&range, sizeof range);
         return;
     }
-    std::uint16_t version = 0;
-    archive >> version;
-    if (version != kArchiveVersion) throw XFileException(XFileException::kInvalidFile);
+    std::uint16_t version = 0, stored = 0;
+    archive >> version >> stored;
     XvcObj loaded;
-    archive >> loaded.m_name >> loaded.m_link >> loaded.m_lineColor >> loaded.m_foreColor >>
-        loaded.m_backColor >> loaded.m_hideFlag >> loaded.m_reservedValue >> loaded.m_thick;
-    loaded.m_fillStyle = LoadFillStyle(archive);
-    archive >> loaded.m_lineStyle.pattern >> loaded.m_lineStyle.style >>
-        loaded.m_lineStyle.words[0] >> loaded.m_lineStyle.words[1];
-    for (int i = 0; i < kReservedCount; ++i) {
-        XString text;
-        archive >> text;
-        loaded.XvcObj::SetReserved(i, text);
+    tagRare rare;
+    tagStyles styles;
+    tagXFillStyle& fill = styles.fill;
+    tagXLineStyle& line = styles.line;
+    archive >> loaded.m_lineColor >> loaded.m_foreColor >> loaded.m_backColor >>
+        loaded.m_range.hideFlag >> loaded.m_thick >> fill.style >> line.pattern >> line.style >>
+        line.words[0] >> line.words[1];
+    const bool isPredefined = fill.style >= 0 && fill.style < tagXFillStyle::kPredefinedCount;
+    if (version != kArchiveVersion || (stored & ~kStoredAll) != 0 ||
+        (!isPredefined && !(stored & kStoredPattern))) {
+        throw XFileException(XFileException::kInvalidFile);
     }
-    auto& range = loaded.m_range;
-    archive >> range.minX >> range.minY >> range.minZ >> range.maxX >> range.maxY >> range.maxZ;
-    loaded.m_warp = m_warp;
+    loaded.m_range.hideFlag = loaded.m_range.hideFlag ? 1 : 0;
+    if (stored & kStoredName) archive >> loaded.m_name;
+    if (stored & kStoredLink) archive >> rare.link;
+    if (stored & kStoredValue) archive >> rare.reservedValue;
+    if (stored & kStoredPattern) {
+        archive.ReadExactly(fill.pattern, tagXFillStyle::kPatternBytes);
+    } else {
+        fill.SetStyle(fill.style);
+    }
+    for (int i = 0; (stored & kStoredTexts) && i < kReservedCount; ++i)
+        archive >> rare.reserved[static_cast<std::size_t>(i)];
+    tagXVectorRange range;
+    if (stored & kStoredRange) archive.ReadExactly(&range, sizeof range);
+    loaded.m_range = range;
+    loaded.m_styles = StylePool::Get(styles);
+    rare.warp = GetWarpCeoff();
+    if (!rare.IsEmpty()) loaded.m_rare = XSharedRecord<tagRare>(rare);
     XvcObj::operator=(loaded);
 }
 
 void XvcObj::SetWarpCoeff(XWarp2D* warp)
 {
-    m_warp = warp;
+    if (warp != GetWarpCeoff()) ChangeRare([&](tagRare& rare) { rare.warp = warp; });
+    Touch(); // the warp itself may be another one by now
 }
 
 void XvcObj::SetLineColor(tagXColor color)
 {
     m_lineColor = color;
+    Touch();
 }
 
 void XvcObj::SetForeColor(tagXColor color)
 {
     m_foreColor = color;
+    Touch();
 }
 
 void XvcObj::SetBackColor(tagXColor color)
 {
     m_backColor = color;
+    Touch();
 }
 
 void XvcObj::SetReserved(int index, const XString& text)
 {
     if (index < 0 || index >= kReservedCount) return;
-    if (!m_reserved && text.IsEmpty()) return;
-    auto changed =
-        m_reserved ? std::make_shared<Reserved>(*m_reserved) : std::make_shared<Reserved>();
-    (*changed)[static_cast<std::size_t>(index)] = text;
-    m_reserved = std::move(changed);
+    if (!m_rare && text.IsEmpty()) return;
+    ChangeRare([&](tagRare& rare) { rare.reserved[static_cast<std::size_t>(index)] = text; });
 }
 
 void XvcObj::SetReserved(double value)
 {
-    m_reservedValue = value;
+    ChangeRare([&](tagRare& rare) { rare.reservedValue = value; });
 }
 
 void XvcObj::SetThick(double value)
 {
     m_thick = value;
+    Touch();
 }
 
 void XvcObj::SetFillStyle(const tagXFillStyle& style)
 {
-    if (style == *m_fillStyle) return;
-    m_fillStyle = FillStylePool::Instance().Get(style);
+    if (style == m_styles->fill) return;
+    m_styles = StylePool::Get({style, m_styles->line});
+    Touch();
 }
 
 void XvcObj::SetLineStyle(const tagXLineStyle& style)
 {
-    m_lineStyle = style;
+    if (style == m_styles->line) return;
+    m_styles = StylePool::Get({m_styles->fill, style});
+    Touch();
 }
 
 void XvcObj::SetLink(const XString& text)
 {
-    m_link = text;
+    if (!m_rare && text.IsEmpty()) return;
+    ChangeRare([&](tagRare& rare) { rare.link = text; });
 }
 
 void XvcObj::SetHideFlag(int flag)
 {
-    m_hideFlag = flag ? 1 : 0;
+    m_range.hideFlag = flag ? 1 : 0;
+    Touch();
 }
 
 void XvcObj::SetRange(double minX, double minY, double minZ, double maxX, double maxY, double maxZ)
 {
-    m_range = {minX, minY, minZ, maxX, maxY, maxZ};
+    m_range = tagXVectorRange{minX, minY, minZ, maxX, maxY, maxZ};
 }
 
 void XvcObj::SetParentLayer(XvcLayer* layer)
 {
     m_parentLayer = layer;
+}
+
+std::uint32_t XvcObj::Refresh()
+{
+    if (!m_range.GetRevision()) {
+        CalcRange();
+        m_range.Settle();
+    }
+    return m_range.GetRevision();
 }
 
 void XvcObj::CalcRange()

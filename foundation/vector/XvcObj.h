@@ -8,10 +8,13 @@
 #include "foundation/base/XString.h"
 #include "foundation/base/XVector3.h"
 #include "foundation/vector/XHitFlag.h"
+#include "foundation/vector/XSharedRecord.h"
 #include "foundation/vector/XVectorRange.h"
 
 #include <array>
+#include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 
 class XBackBuffer;
@@ -21,11 +24,57 @@ class XWarp2D;
 class XvcLayer;
 struct tagXDrawAttrs;
 
+/// The range of an object, and with it what tells whether the object is as it was when a layer
+/// looked at it last. Whatever writes the range as a whole (CalcRange does) touches the object.
+class XAPI XvcObjRange : public tagXVectorRange
+{
+public:
+    XvcObjRange() = default;
+    XvcObjRange(const XvcObjRange& other) : tagXVectorRange(other), hideFlag(other.hideFlag) {}
+    XvcObjRange& operator=(const XvcObjRange& other)
+    {
+        hideFlag = other.hideFlag;
+        return *this = static_cast<const tagXVectorRange&>(other);
+    }
+    XvcObjRange& operator=(const tagXVectorRange& range)
+    {
+        tagXVectorRange::operator=(range);
+        Touch();
+        return *this;
+    }
+    void Clear() { *this = tagXVectorRange(); }
+
+    void Touch()
+    {
+        if (m_revision) Forget();
+    }
+    std::uint32_t GetRevision() const { return m_revision; } ///< 0 when touched
+    void Settle();                                           ///< gives a touched one its number
+    /// Rises with every touch of an object that had its number.
+    static std::uint32_t GetTouchCount() { return s_touchCount.load(std::memory_order_relaxed); }
+    static std::uint32_t GetEpoch() { return s_epoch.load(std::memory_order_relaxed); }
+    static void TouchAll();
+
+    int hideFlag = 0; // here it costs no room
+
+private:
+    void Forget();
+
+    std::uint32_t m_revision = 0;
+    static std::atomic<std::uint32_t> s_touchCount;
+    static std::atomic<std::uint32_t> s_epoch; // rises with TouchAll
+};
+
 /// The root of all vector objects: the attributes that they share, and the operations by which
 /// they are drawn, hit, moved and stored. The root has no geometry.
 ///
-/// Size: a layer may hold a million objects, so what most have alike is shared. Fill styles come
-/// from a pool, the five reserved strings are allocated when the first one is set.
+/// Size: a layer may hold a million objects, so what most have alike is shared. Fill and line styles
+/// come from a pool; link, warp and reserved values take room once one of them is set.
+/// Changes: layers draw and hit from what they took from an object last, and look again at those
+/// that were touched since. The setters here touch, and so does CalcRange; setters of derived
+/// classes call Touch, and who writes through a pointer to a vertex (AddCtrlPoints, MoveVertex,
+/// GetVertexArray) calls CalcRange afterwards. An object that is drawn from other objects it holds
+/// overrides Refresh.
 /// Copies: assignment takes over every attribute, the range and the geometry, but not the parent
 /// layer: a copy lies in no layer until it is added to one.
 /// Ownership: an object belongs to its layer; the warp and the layer are lent.
@@ -43,22 +92,31 @@ public:
 
     const XString& GetName() const { return m_name; }
     void SetName(const XString& name) { m_name = name; }
-    const XString& GetLink() const { return m_link; }
+    const XString& GetLink() const { return GetRare().link; }
     tagXColor GetLineColor() const { return m_lineColor; }
     tagXColor GetForeColor() const { return m_foreColor; }
     tagXColor GetBackColor() const { return m_backColor; }
     double GetThick() const { return m_thick; }
-    const tagXFillStyle& GetFillStyle() const { return *m_fillStyle; }
-    const tagXLineStyle& GetLineStyle() const { return m_lineStyle; }
-    int GetHideFlag() const { return m_hideFlag; }
-    int IsHidden() const { return m_hideFlag; }
+    /// Good until the style is set anew.
+    const tagXFillStyle& GetFillStyle() const { return m_styles->fill; }
+    const tagXLineStyle& GetLineStyle() const { return m_styles->line; }
+    int GetHideFlag() const { return m_range.hideFlag; }
+    int IsHidden() const { return m_range.hideFlag; }
     XvcLayer* GetParentLayer() const { return m_parentLayer; }
+    /// Names the object's row in a table of attributes (XAttributeTable.h); 0 for none. Not stored here.
+    std::uint32_t GetRecord() const { return m_record; }
+    void SetRecord(std::uint32_t record) { m_record = record; }
     void GetRange(double& minX, double& minY, double& minZ, double& maxX, double& maxY,
                   double& maxZ) const;
     const tagXVectorRange& GetRange() const { return m_range; }
     XString GetReserved(int index) const; ///< empty for an index outside 0 to 4
-    double GetReserved() const { return m_reservedValue; }
-    XWarp2D* GetWarpCeoff() const { return m_warp; } ///< hosts know it under this spelling
+    double GetReserved() const { return GetRare().reservedValue; }
+    XWarp2D* GetWarpCeoff() const { return GetRare().warp; } ///< hosts know it under this spelling
+
+    /// Tells layers that the object looks different or lies elsewhere.
+    void Touch() { m_range.Touch(); }
+    /// The same for all objects there are: something changed that they are drawn from.
+    static void TouchAll() { XvcObjRange::TouchAll(); }
 
     /// Stores the attributes; objects with geometry add theirs behind. The parent layer and the
     /// warp are not stored. Loading throws XFileException on a file that ends early or lies.
@@ -127,26 +185,46 @@ public:
     virtual int ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error);
     virtual XString ExportToWkt() const; ///< the root's is empty
 
+    /// Calculates the range if the object was touched since the last call. For layers.
+    /// @return never 0; a number that no other object and no other state of this one has had
+    virtual std::uint32_t Refresh();
+
 protected:
     /// The warp to draw with.
-    const XWarp2D* ChooseWarp(const XWarp2D* warp) const { return warp ? warp : m_warp; }
+    const XWarp2D* ChooseWarp(const XWarp2D* warp) const { return warp ? warp : GetWarpCeoff(); }
 
-    tagXVectorRange m_range;
+    XvcObjRange m_range;
 
 private:
-    using Reserved = std::array<XString, kReservedCount>;
+    struct tagStyles
+    {
+        tagXFillStyle fill;
+        tagXLineStyle line;
+        friend bool operator==(const tagStyles&, const tagStyles&) = default;
+    };
+    struct tagRare
+    {
+        std::array<XString, kReservedCount> reserved;
+        double reservedValue = 0.0;
+        XString link;
+        XWarp2D* warp = nullptr;
+        bool HasTexts() const;
+        bool IsEmpty() const;
+    };
+    class StylePool;
+
+    const tagRare& GetRare() const { return m_rare ? *m_rare : GetNoRare(); }
+    static const tagRare& GetNoRare();
+    template <class Change>
+    void ChangeRare(const Change& change);
 
     XString m_name;
     tagXColor m_lineColor = kXOpaque | 0xFFFFFFu;
     tagXColor m_foreColor = kXOpaque | 0xFFFFFFu;
     tagXColor m_backColor = kXOpaque | 0xFFFFFFu;
-    int m_hideFlag = 0;
-    double m_reservedValue = 0.0;
+    std::uint32_t m_record = 0;
     double m_thick = 0.0;
-    std::shared_ptr<const tagXFillStyle> m_fillStyle; // never null
-    tagXLineStyle m_lineStyle;
-    XString m_link;
+    XSharedRecord<tagStyles> m_styles; // never null
+    XSharedRecord<tagRare> m_rare;     // null while it would be empty
     XvcLayer* m_parentLayer = nullptr;
-    std::shared_ptr<const Reserved> m_reserved; // null while all five are empty
-    XWarp2D* m_warp = nullptr;
 };

@@ -6,6 +6,7 @@
 #include "foundation/vector/XvcPoint.h"
 #include "foundation/vector/XvcVertexObj.h"
 
+#include <algorithm>
 #include <utility>
 
 X_IMPLEMENT_CLASS(XvcPartsObj, XvcObj)
@@ -76,6 +77,7 @@ XvcObj* XvcPartsObj::GetPartAt(int index) const
 
 int XvcPartsObj::AddPart(std::unique_ptr<XvcObj> part)
 {
+    Touch();
     if (!part) return -1;
     part->SetParentLayer(GetParentLayer());
     m_parts.push_back(std::move(part));
@@ -84,6 +86,7 @@ int XvcPartsObj::AddPart(std::unique_ptr<XvcObj> part)
 
 int XvcPartsObj::RemoveAt(int index)
 {
+    Touch();
     if (!GetPartAt(index)) return 0;
     m_parts.erase(m_parts.begin() + index);
     return 1;
@@ -155,9 +158,22 @@ void XvcPartsObj::CalcRange()
 {
     m_range.Clear();
     for (const auto& part : m_parts) {
-        part->CalcRange();
+        // as told to, whether the part knows of a change or not
+        part->Touch();
+        part->Refresh();
         m_range.Add(part->GetRange());
     }
+}
+
+std::uint32_t XvcPartsObj::Refresh()
+{
+    // a part that was touched by itself is newer than the whole, which gets its number behind them
+    const std::uint32_t own = m_range.GetRevision();
+    const bool isStale = std::any_of(m_parts.begin(), m_parts.end(), [&](const auto& part) {
+        return static_cast<std::int32_t>(part->Refresh() - own) > 0;
+    });
+    if (isStale) Touch();
+    return XvcObj::Refresh();
 }
 
 void XvcPartsObj::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
@@ -215,12 +231,14 @@ void XvcPartsObj::AddCtrlPoints(XPtrArray& array)
 
 void XvcPartsObj::MoveObject(double dx, double dy, double dz)
 {
+    Touch();
     for (const auto& part : m_parts)
         part->MoveObject(dx, dy, dz);
 }
 
 tagXVector3* XvcPartsObj::MoveVertex(int hitIndex, double dx, double dy, double dz)
 {
+    Touch();
     if (hitIndex < 0) return nullptr;
     for (const auto& part : m_parts) {
         const int count = CountVertices(*part);
@@ -232,12 +250,14 @@ tagXVector3* XvcPartsObj::MoveVertex(int hitIndex, double dx, double dy, double 
 
 void XvcPartsObj::RotateObject(double x, double y, double angle)
 {
+    Touch();
     for (const auto& part : m_parts)
         part->RotateObject(x, y, angle);
 }
 
 void XvcPartsObj::Normalize(double minX, double minY, double maxX, double maxY)
 {
+    Touch();
     for (const auto& part : m_parts)
         part->Normalize(minX, minY, maxX, maxY);
 }

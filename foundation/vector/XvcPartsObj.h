@@ -19,13 +19,18 @@ public:
 
     ~XvcPartsObj() override;
 
-    void RemoveAll() { m_parts.clear(); }
+    void RemoveAll()
+    {
+        m_parts.clear();
+        Touch();
+    }
     /// @return 0 for an index that there is not
     int RemoveAt(int index);
 
     void Serialize(XArchive& archive) override;
     void SetParentLayer(XvcLayer* layer) override;
     void CalcRange() override;
+    std::uint32_t Refresh() override;
     void CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
                             const tagXDrawAttrs* attrs) override;
     /// Answers the whole for a hit on any part that is not hidden.

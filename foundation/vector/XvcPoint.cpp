@@ -32,11 +32,13 @@ int ShapeToDraw(int type)
 
 void XvcPoint::SetNumPieSegs(int count)
 {
+    Touch();
     m_numPieSegs = std::clamp(count, kMinPieSegs, kMaxPieSegs);
 }
 
 void XvcPoint::SetWorldPerPixel(double length)
 {
+    Touch();
     if (length >= 0.0 && XfnIsSet(length)) m_worldPerPixel = length;
 }
 
@@ -145,12 +147,14 @@ void XvcPoint::AddCtrlPoints(XPtrArray& array)
 
 void XvcPoint::MoveObject(double dx, double dy, double dz)
 {
+    Touch();
     const tagXShift shift{dx, dy, dz};
     if (shift.CanApply(m_vertex)) shift.Apply(m_vertex);
 }
 
 tagXVector3* XvcPoint::MoveVertex(int hitIndex, double dx, double dy, double dz)
 {
+    Touch();
     if (hitIndex != 0) return nullptr;
     MoveObject(dx, dy, dz);
     return &m_vertex;
@@ -158,12 +162,14 @@ tagXVector3* XvcPoint::MoveVertex(int hitIndex, double dx, double dy, double dz)
 
 void XvcPoint::RotateObject(double x, double y, double angle)
 {
+    Touch();
     const tagXTurn turn(x, y, angle);
     if (turn.CanApply(m_vertex)) turn.Apply(m_vertex);
 }
 
 void XvcPoint::Normalize(double minX, double minY, double maxX, double maxY)
 {
+    Touch();
     const tagXUnitMap map(minX, minY, maxX, maxY);
     if (!IsSet() || !map.CanApply(m_vertex)) return;
     map.Apply(m_vertex);
@@ -172,6 +178,7 @@ void XvcPoint::Normalize(double minX, double minY, double maxX, double maxY)
 
 int XvcPoint::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XWkbReader reader(bytes, size);
     XWkbReader::Head head;
     if (!reader.ReadHead(head)) {

@@ -34,17 +34,37 @@ public:
     XvcPoint(double x, double y, double z = 0.0) : m_vertex{x, y, z} {}
 
     const tagXVector3& GetVertex() const { return m_vertex; }
-    void SetVertex(const tagXVector3& vertex) { m_vertex = vertex; }
-    void SetVertex(double x, double y, double z) { m_vertex = {x, y, z}; }
+    void SetVertex(const tagXVector3& vertex)
+    {
+        m_vertex = vertex;
+        Touch();
+    }
+    void SetVertex(double x, double y, double z) { SetVertex({x, y, z}); }
     double GetX() const { return m_vertex.x; }
     double GetY() const { return m_vertex.y; }
     double GetZ() const { return m_vertex.z; }
-    void SetX(double x) { m_vertex.x = x; }
-    void SetY(double y) { m_vertex.y = y; }
-    void SetZ(double z) { m_vertex.z = z; }
+    void SetX(double x)
+    {
+        m_vertex.x = x;
+        Touch();
+    }
+    void SetY(double y)
+    {
+        m_vertex.y = y;
+        Touch();
+    }
+    void SetZ(double z)
+    {
+        m_vertex.z = z;
+        Touch();
+    }
 
     int GetType() const { return m_type; }
-    void SetType(int shape) { m_type = shape; }
+    void SetType(int shape)
+    {
+        m_type = shape;
+        Touch();
+    }
     /// Sides of the polygon that a renderer may draw for a disc, 3 to 360; here discs are round.
     int GetNumPieSegs() const { return m_numPieSegs; }
     void SetNumPieSegs(int count);

@@ -18,6 +18,7 @@ void XvcPolygon::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
 
 int XvcPolygon::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XWkbGeometry read;
     std::size_t used = size;
     if (!read.Read(bytes, used, {XWkbReader::kPolygon}, "a polygon", error)) return 0;
@@ -26,6 +27,7 @@ int XvcPolygon::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XSt
         return 0;
     }
     m_vertices = read.parts[0].empty() ? XVertexArray() : std::move(read.parts[0][0]);
+    m_vertices.Shrink(); // the repeated vertex left room
     size = used;
     return 1;
 }

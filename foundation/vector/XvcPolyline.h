@@ -16,7 +16,8 @@ public:
     using XvcVertexObj::RemoveAll;
     using XvcVertexObj::RemoveAt;
     using XvcVertexObj::SetAt;
-    XVertexArray& GetVertexArray() { return m_vertices; }
+    /// To be changed at once; who keeps it calls CalcRange after each change.
+    XVertexArray& GetVertexArray() { return ChangeVertices(); }
 
     void CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
                             const tagXDrawAttrs* attrs) override;

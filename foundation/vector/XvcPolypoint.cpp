@@ -24,6 +24,7 @@ void XvcPolypoint::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
 
 int XvcPolypoint::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XWkbGeometry read;
     if (!read.Read(bytes, size, {XWkbReader::kPoint, XWkbReader::kMultiPoint}, "a point or several",
                    error)) {

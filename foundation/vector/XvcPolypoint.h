@@ -18,10 +18,15 @@ public:
     using XvcVertexObj::RemoveAll;
     using XvcVertexObj::RemoveAt;
     using XvcVertexObj::SetAt;
-    XVertexArray& GetVertexArray() { return m_vertices; }
+    /// To be changed at once; who keeps it calls CalcRange after each change.
+    XVertexArray& GetVertexArray() { return ChangeVertices(); }
 
     int GetType() const { return m_type; }
-    void SetType(int shape) { m_type = shape; }
+    void SetType(int shape)
+    {
+        m_type = shape;
+        Touch();
+    }
 
     void CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
                             const tagXDrawAttrs* attrs) override;

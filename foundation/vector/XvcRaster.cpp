@@ -160,6 +160,7 @@ XvcRaster::~XvcRaster() = default;
 
 int XvcRaster::SetData(const void* samples, int xSize, int ySize, int numBands, int dataType)
 {
+    Touch();
     auto made = std::make_shared<tagXvcRasterData>();
     if (!samples || !made->SetShape(xSize, ySize, numBands, dataType) || !made->Allocate()) {
         return 0;
@@ -172,6 +173,7 @@ int XvcRaster::SetData(const void* samples, int xSize, int ySize, int numBands, 
 
 void XvcRaster::SetData(const void* samples)
 {
+    Touch();
     if (!samples) m_data.reset();
 }
 
@@ -207,6 +209,7 @@ std::size_t XvcRaster::GetDataBytes() const
 
 void XvcRaster::SetAlpha(double opacity)
 {
+    Touch();
     if (!std::isnan(opacity)) m_alpha = std::clamp(opacity, 0.0, 1.0);
 }
 

@@ -97,6 +97,7 @@ double XvcRectObj::GetBoxAngleDeg() const
 
 tagXVector3* XvcRectObj::MoveVertex(int hitIndex, double dx, double dy, double dz)
 {
+    Touch();
     const int corner =
         hitIndex >= tagXHitFlag::kFirstCorner ? hitIndex - tagXHitFlag::kFirstCorner : hitIndex;
     if (corner < 0 || corner >= kCornerCount) return nullptr;

@@ -51,6 +51,7 @@ void XvcRectangle::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
 
 int XvcRectangle::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XWkbGeometry read;
     std::size_t used = size;
     if (!read.Read(bytes, used, {XWkbReader::kPolygon}, "a polygon", error)) return 0;

@@ -55,6 +55,7 @@ const XvcSymbolDef* XvcSymbol::GetDefinition() const
 
 void XvcSymbol::SetRotate(double angleDeg)
 {
+    Touch();
     if (std::isfinite(angleDeg)) m_angleDeg = angleDeg;
 }
 
@@ -65,17 +66,20 @@ void XvcSymbol::SetScale(double scale)
 
 void XvcSymbol::SetScale(double scaleX, double scaleY)
 {
+    Touch();
     SetScaleX(scaleX);
     SetScaleY(scaleY);
 }
 
 void XvcSymbol::SetScaleX(double scale)
 {
+    Touch();
     if (XfnIsSet(scale)) m_scaleX = scale;
 }
 
 void XvcSymbol::SetScaleY(double scale)
 {
+    Touch();
     if (XfnIsSet(scale)) m_scaleY = scale;
 }
 
@@ -138,6 +142,7 @@ void XvcSymbol::RotateObject(double x, double y, double angle)
 
 void XvcSymbol::RotateObject(double angle)
 {
+    Touch();
     if (std::isfinite(angle)) SetRotate(std::fmod(m_angleDeg + std::fmod(angle, 360.0), 360.0));
 }
 
@@ -151,6 +156,7 @@ void XvcSymbol::Normalize(double minX, double minY, double maxX, double maxY)
 
 int XvcSymbol::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error)
 {
+    Touch();
     XvcPoint read;
     if (!read.ImportFromWkb(bytes, size, error)) return 0;
     SetCenter(read.GetVertex());

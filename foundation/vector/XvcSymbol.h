@@ -21,8 +21,16 @@ public:
     explicit XvcSymbol(int id, double x = 0.0, double y = 0.0, double z = 0.0);
 
     int GetID() const { return m_id; }
-    void SetID(int id) { m_id = id; }
-    void SetSymbolTable(const XvcSymbolTable* table) { m_table = table; }
+    void SetID(int id)
+    {
+        m_id = id;
+        Touch();
+    }
+    void SetSymbolTable(const XvcSymbolTable* table)
+    {
+        m_table = table;
+        Touch();
+    }
     const XvcSymbolTable* GetSymbolTable() const { return m_table; }
     const XvcSymbolDef* GetDefinition() const; ///< null when no table knows the number
 

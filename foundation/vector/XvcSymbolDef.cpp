@@ -24,9 +24,11 @@ XvcSymbolDef::XvcSymbolDef() : m_outline(GetEmptyOutline()) {}
 
 int XvcSymbolDef::SetOutline(const XString& text, XString& error)
 {
+    Touch();
     auto made = std::make_shared<XSymbolOutline>();
     if (!made->Set(text, error)) return 0;
     m_outline = std::move(made);
+    TouchAll(); // the symbols that show it
     return 1;
 }
 

@@ -17,9 +17,17 @@ public:
     XvcSymbolDef();
 
     int GetID() const { return m_id; }
-    void SetID(int id) { m_id = id; }
+    void SetID(int id)
+    {
+        m_id = id;
+        Touch();
+    }
     const XString& GetGroup() const { return m_group; }
-    void SetGroup(const XString& group) { m_group = group; }
+    void SetGroup(const XString& group)
+    {
+        m_group = group;
+        Touch();
+    }
     const XSymbolOutline& GetOutline() const { return *m_outline; }
     /// @return 0 with a sentence in `error`; then the outline is as it was
     int SetOutline(const XString& text, XString& error);

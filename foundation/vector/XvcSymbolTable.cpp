@@ -9,6 +9,7 @@ XvcSymbolTable::~XvcSymbolTable() = default;
 
 int XvcSymbolTable::Add(int id, std::unique_ptr<XvcObj> definition)
 {
+    XvcObj::TouchAll(); // symbols may look different
     if (!definition) return 0;
     return m_definitions.try_emplace(id, std::move(definition)).second ? 1 : 0;
 }
@@ -19,13 +20,33 @@ XvcObj* XvcSymbolTable::Find(int id) const
     return found == m_definitions.end() ? nullptr : found->second.get();
 }
 
+std::unique_ptr<XvcObj> XvcSymbolTable::Release(int id)
+{
+    XvcObj::TouchAll();
+    const auto found = m_definitions.find(id);
+    if (found == m_definitions.end()) return nullptr;
+    std::unique_ptr<XvcObj> released = std::move(found->second);
+    m_definitions.erase(found);
+    return released;
+}
+
+std::vector<int> XvcSymbolTable::GetIDs() const
+{
+    std::vector<int> ids;
+    for (const auto& [id, definition] : m_definitions)
+        ids.push_back(id);
+    return ids;
+}
+
 int XvcSymbolTable::Remove(int id)
 {
+    XvcObj::TouchAll();
     return m_definitions.erase(id) > 0 ? 1 : 0;
 }
 
 void XvcSymbolTable::RemoveAll()
 {
+    XvcObj::TouchAll();
     m_definitions.clear();
 }
 

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <memory>
+#include <vector>
 
 class XvcObj;
 
@@ -22,7 +23,10 @@ public:
     /// @return 0 when the id is taken or the definition null; a refused one is destroyed
     int Add(int id, std::unique_ptr<XvcObj> definition);
     XvcObj* Find(int id) const; ///< null when there is none
-    int Remove(int id);         ///< 0 when there is none; destroys the definition
+    /// Takes a definition out and gives it away; null when there is none.
+    std::unique_ptr<XvcObj> Release(int id);
+    std::vector<int> GetIDs() const; ///< ascending
+    int Remove(int id);              ///< 0 when there is none; destroys the definition
     void RemoveAll();
     int GetCount() const { return static_cast<int>(m_definitions.size()); }
     int GetFreeID() const; ///< the lowest id from 1 on that is not taken

@@ -90,11 +90,13 @@ void XvcVertexObj::AddCtrlPoints(XPtrArray& array)
 
 void XvcVertexObj::MoveObject(double dx, double dy, double dz)
 {
+    Touch();
     ApplyToAll(m_vertices, tagXShift{dx, dy, dz});
 }
 
 tagXVector3* XvcVertexObj::MoveVertex(int hitIndex, double dx, double dy, double dz)
 {
+    Touch();
     tagXVector3* vertex = m_vertices.GetDataAt(hitIndex);
     const tagXShift shift{dx, dy, dz};
     if (vertex && shift.CanApply(*vertex)) shift.Apply(*vertex);
@@ -103,11 +105,13 @@ tagXVector3* XvcVertexObj::MoveVertex(int hitIndex, double dx, double dy, double
 
 void XvcVertexObj::RotateObject(double x, double y, double angle)
 {
+    Touch();
     ApplyToAll(m_vertices, tagXTurn(x, y, angle));
 }
 
 void XvcVertexObj::Normalize(double minX, double minY, double maxX, double maxY)
 {
+    Touch();
     const tagXUnitMap map(minX, minY, maxX, maxY);
     if (!ApplyToAll(m_vertices, map)) return;
     if (map.width != 0.0 && GetThick() > 0.0) SetThick(GetThick() / std::fabs(map.width));

@@ -49,19 +49,28 @@ protected:
     virtual void LoadOwn(XArchive& archive);
     virtual bool IsVertexCountAllowed(int count) const; ///< asked when loading
 
-    int Add(double x, double y, double z = 0.0) { return m_vertices.Add(x, y, z); }
-    int Add(const tagXVector3& vertex) { return m_vertices.Add(vertex); }
+    /// The vertices to change.
+    XVertexArray& ChangeVertices()
+    {
+        Touch();
+        return m_vertices;
+    }
+    int Add(double x, double y, double z = 0.0) { return ChangeVertices().Add(x, y, z); }
+    int Add(const tagXVector3& vertex) { return ChangeVertices().Add(vertex); }
     int SetAt(int index, double x, double y, double z = 0.0)
     {
-        return m_vertices.SetAt(index, x, y, z);
+        return ChangeVertices().SetAt(index, x, y, z);
     }
-    int SetAt(int index, const tagXVector3& vertex) { return m_vertices.SetAt(index, vertex); }
+    int SetAt(int index, const tagXVector3& vertex)
+    {
+        return ChangeVertices().SetAt(index, vertex);
+    }
     int InsertAt(int index, const tagXVector3& vertex)
     {
-        return m_vertices.InsertAt(index, vertex);
+        return ChangeVertices().InsertAt(index, vertex);
     }
-    int RemoveAt(int index) { return m_vertices.RemoveAt(index); }
-    void RemoveAll() { m_vertices.RemoveAll(); }
+    int RemoveAt(int index) { return ChangeVertices().RemoveAt(index); }
+    void RemoveAll() { ChangeVertices().RemoveAll(); }
 
     XVertexArray m_vertices;
 };

@@ -54,6 +54,19 @@ inline std::shared_ptr<const XVertRecording> RecordObject(XvcObj& object,
     return buffer.GetRecording();
 }
 
+/// Calls visit(recording, command) for each primitive, those of parts included.
+template <class Visit>
+void ForEachPrimitive(const XVertRecording& recording, const Visit& visit)
+{
+    for (const auto& command : recording.GetCommands()) {
+        if (command.kind == XVertRecording::XKind::Part) {
+            ForEachPrimitive(*recording.GetPart(command.extra), visit);
+        } else {
+            visit(recording, command);
+        }
+    }
+}
+
 /// A black surface of one world unit a pixel, whose lower left corner is (0, 0).
 inline XBackBuffer MakeSurface(int width, int height)
 {

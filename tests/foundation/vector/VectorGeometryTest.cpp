@@ -8,17 +8,21 @@
 #include "foundation/vector/XDrawAttrs.h"
 #include "foundation/vector/XvcArc.h"
 #include "foundation/vector/XvcArcClosed.h"
+#include "foundation/vector/XvcAxis.h"
 #include "foundation/vector/XvcBspline.h"
 #include "foundation/vector/XvcEllipse.h"
 #include "foundation/vector/XvcFactory.h"
 #include "foundation/vector/XvcGroup2.h"
 #include "foundation/vector/XvcLayer.h"
+#include "foundation/vector/XvcLeaderLine.h"
 #include "foundation/vector/XvcMLine.h"
 #include "foundation/vector/XvcMPoint.h"
 #include "foundation/vector/XvcMPolygon.h"
 #include "foundation/vector/XvcMPolyline.h"
+#include "foundation/vector/XvcNorthArrow.h"
 #include "foundation/vector/XvcPolypoint.h"
 #include "foundation/vector/XvcRectangle.h"
+#include "foundation/vector/XvcScaleBar.h"
 
 #include <gtest/gtest.h>
 
@@ -128,6 +132,51 @@ const std::vector<Kind>& Kinds()
          {13.9, 20.1},
          {1, 3},
          {14.5, 24}},
+        {"XvcNorthArrow",
+         Maker<XvcNorthArrow>([](auto& o, double x) {
+             o.Set(10, 20, 1, x + 2, 28, 3);
+             o.SetStyle(kXNorthArrowNeedle);
+             o.SetAngle(30);
+             o.SetResolution(16);
+         }),
+         deep,
+         {10.1, 27.9},
+         {1, 1},
+         {14.5, 24}},
+        {"XvcScaleBar",
+         Maker<XvcScaleBar>([](auto& o, double x) {
+             XSpatialReference reference;
+             reference.importFromEPSG(3857);
+             o.Set(10, 20, 1, x + 2, 28, 3);
+             o.SetSR(reference);
+             o.SetType(kXScaleBarHollow);
+             o.SetFontSize(0.5);
+         }),
+         deep,
+         {12, 24},
+         {0, 0},
+         {14.5, 24}},
+        {"XvcLeaderLine",
+         Maker<XvcLeaderLine>([](auto& o, double x) {
+             triangle(o, x);
+             o.SetText("note");
+             o.SetStartShapeID(kXLineEndNone);
+         }),
+         deep,
+         {13, 24},
+         {2, 1},
+         {12, 20}},
+        {"XvcAxis",
+         Maker<XvcAxis>([](auto& o, double x) {
+             o.SetVertices({10, 20, 1}, {x + 2, 28, 3});
+             o.SetValueRange(5, 0.01);
+             o.SetLogFlag(1);
+             o.SetTitle("title");
+         }),
+         deep,
+         {12, 24},
+         {2, 0},
+         {10.5, 27}},
         {"XvcEllipse", Maker<XvcEllipse>(ellipse), flat5, {13.9, 24}, {1, 0}, {13.7, 27.7}},
         {"XvcArc",
          Maker<XvcArc>([](auto& o, double x) {

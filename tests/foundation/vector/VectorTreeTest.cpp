@@ -5,6 +5,7 @@
 #include "foundation/vector/XvcLayer.h"
 #include "foundation/vector/XvcPoint.h"
 #include "foundation/vector/XvcSymbolTable.h"
+#include "tests/support/XVectorSamples.h"
 
 #include <gtest/gtest.h>
 
@@ -294,12 +295,10 @@ TEST(VectorBase, WalksListsWithinListsAndTakesObjectsAnywhere)
         base->CreateVertexBuffer(&buffer, nullptr, nullptr);
         buffer.End();
         std::string places;
-        for (const auto& command : buffer.GetRecording()->GetCommands()) {
-            for (std::size_t i = 0; i < command.count; ++i) {
-                places += std::to_string(
-                    static_cast<int>(*buffer.GetRecording()->GetVertices(command.first + i)));
-            }
-        }
+        ForEachPrimitive(*buffer.GetRecording(), [&](const auto& part, const auto& command) {
+            for (std::size_t i = 0; i < command.count; ++i)
+                places += std::to_string(static_cast<int>(*part.GetVertices(command.first + i)));
+        });
         return places;
     };
     tagXHitFlag flag;
@@ -427,8 +426,8 @@ TEST(VectorBase, RecordsWhatIsVisible)
         base.CreateVertexBuffer(&buffer, nullptr, nullptr);
         buffer.End();
         std::size_t points = 0;
-        for (const auto& command : buffer.GetRecording()->GetCommands())
-            points += command.count;
+        ForEachPrimitive(*buffer.GetRecording(),
+                         [&](const auto&, const auto& command) { points += command.count; });
         return points;
     };
     EXPECT_EQ(recorded(), 2u);
