@@ -3,6 +3,22 @@
 #include "edit/XCommandSet.h"
 #include "foundation/vector/XvcLayer.h"
 
+#include <algorithm>
+#include <iterator>
+
+std::vector<XCommandEntries::Entry> XCommandEntries::Take(const XvcLayer* layer)
+{
+    std::vector<Entry> taken;
+    const auto kept =
+        std::stable_partition(m_entries.begin(), m_entries.end(),
+                              [layer](const Entry& entry) { return entry.layer != layer; });
+    std::move(kept, m_entries.end(), std::back_inserter(taken));
+    m_entries.erase(kept, m_entries.end());
+    const int size = static_cast<int>(taken.size());
+    m_count -= m_type == tagCommandSet::kModify ? size / 2 : size;
+    return taken;
+}
+
 std::unique_ptr<tagCommandSet> XCommandEntries::MakeSet() const
 {
     auto set = std::make_unique<tagCommandSet>();

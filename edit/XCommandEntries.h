@@ -30,6 +30,8 @@ public:
     void RaiseCount(int by = 1) { m_count += by; }
     int GetCount() const { return m_count; }
     const std::vector<Entry>& GetEntries() const { return m_entries; }
+    /// Takes the entries of a layer out and hands them over; the count follows.
+    std::vector<Entry> Take(const XvcLayer* layer);
 
     /// The clones pass to the set.
     std::unique_ptr<tagCommandSet> MakeSet() const;

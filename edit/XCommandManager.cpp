@@ -6,7 +6,7 @@
 #include "foundation/vector/XvcLayer.h"
 #include "foundation/vector/XvcRaster.h"
 
-#include <cstring>
+#include <algorithm>
 #include <stdexcept>
 
 namespace {
@@ -83,6 +83,26 @@ int XCommandManager::RegisterObjAfterModify(XvcObj* object)
     if (!Register(object)) return 0;
     m_current->RaiseCount();
     return 1;
+}
+
+int XCommandManager::RegisterModified(const std::vector<XvcObj*>& objects,
+                                      const std::vector<XvcObj*>& before)
+{
+    XLayerIndexes indexes;
+    int entered = 0;
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        XvcLayer* const layer = i < objects.size() ? objects[i]->GetParentLayer() : nullptr;
+        int index = -1;
+        if (!before[i] || !m_current || !layer || !indexes.Of(*layer).Find(objects[i], index)) {
+            DestroyObject(before[i]);
+            continue;
+        }
+        m_current->Add(index, before[i], layer);
+        AddEntry(*m_current, index, objects[i], layer);
+        m_current->RaiseCount();
+        ++entered;
+    }
+    return entered;
 }
 
 void XCommandManager::EndModify()
@@ -297,6 +317,63 @@ void XCommandManager::ClearUndoRedoStack()
     ClearRedoStack();
     ClearBitmapWarehouse();
     ClearClipboard();
+}
+
+std::vector<XvcLayer*> XCommandManager::GetLayers() const
+{
+    std::vector<XvcLayer*> layers;
+    const auto add = [&layers](void* layer) { layers.push_back(static_cast<XvcLayer*>(layer)); };
+    for (const XPtrArray* stack : {&m_undoStack, &m_redoStack}) {
+        for (void* entry : *stack) {
+            const auto* set = static_cast<const tagCommandSet*>(entry);
+            void* last = nullptr;
+            for (void* layer : set->lists)
+                if (layer != last) add(last = layer);
+        }
+    }
+    if (m_current)
+        for (const XCommandEntries::Entry& entry : m_current->GetEntries())
+            add(entry.layer);
+    std::sort(layers.begin(), layers.end());
+    layers.erase(std::unique(layers.begin(), layers.end()), layers.end());
+    return layers;
+}
+
+void XCommandManager::ForgetLayer(const XvcLayer* layer)
+{
+    ForgetLayerIn(m_undoStack, layer);
+    ForgetLayerIn(m_redoStack, layer);
+    if (!m_current) return;
+    for (const XCommandEntries::Entry& entry : m_current->Take(layer))
+        DestroyObject(entry.clone);
+}
+
+void XCommandManager::ForgetLayerIn(XPtrArray& stack, const XvcLayer* layer)
+{
+    for (int i = stack.GetSize() - 1; i >= 0; --i) {
+        auto* const set = static_cast<tagCommandSet*>(stack[i]);
+        const int size = set->lists.GetSize();
+        int kept = 0;
+        for (int from = 0; from < size; ++from) {
+            if (set->lists[from] == layer) {
+                DestroyObject(GetObject(*set, from));
+                continue;
+            }
+            set->indices[kept] = set->indices[from];
+            set->objects[kept] = set->objects[from];
+            set->lists[kept] = set->lists[from];
+            ++kept;
+        }
+        if (kept == size) continue;
+        const int dropped = size - kept;
+        set->count -= set->type == tagCommandSet::kModify ? dropped / 2 : dropped;
+        set->indices.SetSize(kept);
+        set->objects.SetSize(kept);
+        set->lists.SetSize(kept);
+        if (kept > 0) continue;
+        stack.RemoveAt(i);
+        delete set;
+    }
 }
 
 int XCommandManager::GetIndexOfList(const XObList* list, const XObject* object)

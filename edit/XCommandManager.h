@@ -28,10 +28,10 @@ struct tagCommandSet;
 ///
 /// Destroying: pictures and raster patches are counted in two warehouses, since clones share their
 /// pixels; wherever this class destroys an object it goes through them. A raster patch without a
-/// record, while other patches have one, stays alive until the manager ends.
-/// Ownership: sets and clipboard own their clones; layers are lent and must outlive the commands
-/// that name them. Selections are lists that the caller owns, of objects that their layers own.
-/// Threads: the user interface thread. The view repaints after each operation.
+/// record, while other patches have one, stays alive until the manager ends. Ownership: sets and
+/// clipboard own their clones; layers are lent, and ForgetLayer is called for one that goes before
+/// the commands that name it. Selections are lists that the caller owns, of objects that their
+/// layers own. Threads: the user interface thread. The view repaints after each operation.
 class XAPI XCommandManager
 {
 public:
@@ -45,6 +45,11 @@ public:
     /// @return 0 for null, for an object that lies in no layer, and without an open modification
     int RegisterObjBeforeModify(XvcObj* object);
     int RegisterObjAfterModify(XvcObj* object);
+    /// The states before and after of many objects, at the cost of one each.
+    /// @param before  clones (CloneObject) of the objects as they were, in the same order; they
+    ///                pass to the manager. An object whose clone is null is left out
+    /// @return how many were entered
+    int RegisterModified(const std::vector<XvcObj*>& objects, const std::vector<XvcObj*>& before);
     void EndModify(); ///< becomes a step of undo, whatever it holds
     void CancelModify();
     int IsModifying() const { return m_current != nullptr; }
@@ -67,6 +72,11 @@ public:
     void ClearUndoStack();
     void ClearRedoStack();
     void ClearUndoRedoStack(); ///< pictures' warehouse and clipboard too, not the rasters'
+
+    std::vector<XvcLayer*> GetLayers() const; ///< that steps name, each once
+    /// Drops what all steps hold of a layer that goes or has gone; the layer is not read. Steps
+    /// that held nothing else go too, those of other layers stay good.
+    void ForgetLayer(const XvcLayer* layer);
 
     // objects
     /// A copy with its range calculated, in no layer. Null for a class that is not editable.
@@ -116,6 +126,7 @@ private:
     void DestroyEntries(const XCommandEntries& entries);
     void DestroySet(tagCommandSet* set);
     void ClearStack(XPtrArray& stack);
+    void ForgetLayerIn(XPtrArray& stack, const XvcLayer* layer);
     void Push(const XCommandEntries& entries);
     XvcObj* Bring(const tagCommandSet& set, int entry, XLayerIndexes& indexes);
     void Take(const tagCommandSet& set, int entry, XLayerIndexes& indexes);

@@ -26,9 +26,15 @@ constexpr const char* kEditableClasses[] = {
 int XCommandManager::CanClone(const XvcObj* object)
 {
     if (!object) return 0;
-    const char* const name = object->GetRuntimeClass()->m_lpszClassName;
-    return std::any_of(std::begin(kEditableClasses), std::end(kEditableClasses),
-                       [&](const char* known) { return std::strcmp(known, name) == 0; });
+    // objects of a class come together
+    static thread_local const XRuntimeClass* lastClass = nullptr;
+    static thread_local int lastAnswer = 0;
+    if (object->GetRuntimeClass() == lastClass) return lastAnswer;
+    lastClass = object->GetRuntimeClass();
+    const char* const name = lastClass->m_lpszClassName;
+    lastAnswer = std::any_of(std::begin(kEditableClasses), std::end(kEditableClasses),
+                             [&](const char* known) { return std::strcmp(known, name) == 0; });
+    return lastAnswer;
 }
 
 XvcObj* XCommandManager::CloneObject(const XvcObj* object)

@@ -15,7 +15,7 @@
 ///     3 z-order   entries   two an object, as for modify, each with its own index
 ///
 /// Ownership: XCommandManager owns sets and their clones; a clone is null for a class that cannot
-/// be cloned. The layers are lent and must outlive the set.
+/// be cloned. The layers are lent; XCommandManager::ForgetLayer takes the entries of one that goes.
 struct tagCommandSet
 {
     static constexpr int kInsert = 0;

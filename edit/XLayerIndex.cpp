@@ -39,19 +39,26 @@ void XLayerIndex::Build()
             m_runs.push_back(std::make_unique<Run>());
             m_runs.back()->places.reserve(kRunSize);
         }
-        m_runs.back()->places.push_back(place);
-        m_runOf[m_layer.GetNext(place)] = m_runs.back().get();
+        __POSITION* const position = place;
+        const XObject* const object = m_layer.GetNext(place);
+        m_runs.back()->places.push_back({position, object});
+        m_runOf[object] = m_runs.back().get();
     }
+    for (const auto& run : m_runs)
+        m_sizes.push_back(static_cast<int>(run->places.size()));
 }
 
 void XLayerIndex::SplitRun(std::size_t run)
 {
     auto half = std::make_unique<Run>();
-    std::vector<__POSITION*>& places = m_runs[run]->places;
+    std::vector<Place>& places = m_runs[run]->places;
     half->places.assign(places.begin() + kRunSize, places.end());
     places.resize(kRunSize);
-    for (__POSITION* place : half->places)
-        m_runOf[ObjectAt(place)] = half.get();
+    for (const Place& place : half->places)
+        m_runOf[place.object] = half.get();
+    m_sizes[run] = static_cast<int>(kRunSize);
+    m_sizes.insert(m_sizes.begin() + static_cast<std::ptrdiff_t>(run) + 1,
+                   static_cast<int>(half->places.size()));
     m_runs.insert(m_runs.begin() + static_cast<std::ptrdiff_t>(run) + 1, std::move(half));
 }
 
@@ -60,7 +67,7 @@ XLayerIndex::Run* XLayerIndex::FindRun(int index, std::size_t& run, std::size_t&
 {
     offset = static_cast<std::size_t>(index);
     for (run = 0; run < m_runs.size(); ++run) {
-        const std::size_t size = m_runs[run]->places.size();
+        const auto size = static_cast<std::size_t>(m_sizes[run]);
         if (offset < size || (run + 1 == m_runs.size() && offset == size)) return m_runs[run].get();
         offset -= size;
     }
@@ -95,7 +102,7 @@ __POSITION* XLayerIndex::PositionAt(int index)
     }
     std::size_t run = 0;
     std::size_t offset = 0;
-    return FindRun(index, run, offset)->places[offset];
+    return FindRun(index, run, offset)->places[offset].position;
 }
 
 __POSITION* XLayerIndex::Find(const XObject* object, int& index)
@@ -136,15 +143,13 @@ __POSITION* XLayerIndex::Find(const XObject* object, int& index)
     const auto found = m_runOf.find(object);
     if (found == m_runOf.end()) return nullptr;
     index = 0;
-    for (const auto& run : m_runs) {
-        if (run.get() == found->second) break;
-        index += static_cast<int>(run->places.size());
-    }
+    for (std::size_t run = 0; m_runs[run].get() != found->second; ++run)
+        index += m_sizes[run];
     const auto& places = found->second->places;
     const auto place = std::find_if(places.begin(), places.end(),
-                                    [&](__POSITION* at) { return ObjectAt(at) == object; });
+                                    [object](const Place& at) { return at.object == object; });
     index += static_cast<int>(place - places.begin());
-    return *place;
+    return place->position;
 }
 
 void XLayerIndex::InsertAt(int index, XvcObj* object)
@@ -157,11 +162,16 @@ void XLayerIndex::InsertAt(int index, XvcObj* object)
         m_cursorIndex = index;
         return;
     }
-    if (m_runs.empty()) m_runs.push_back(std::make_unique<Run>());
+    if (m_runs.empty()) {
+        m_runs.push_back(std::make_unique<Run>());
+        m_sizes.push_back(0);
+    }
     std::size_t run = 0;
     std::size_t offset = 0;
     Run* const into = FindRun(index, run, offset);
-    into->places.insert(into->places.begin() + static_cast<std::ptrdiff_t>(offset), place);
+    into->places.insert(into->places.begin() + static_cast<std::ptrdiff_t>(offset),
+                        {place, object});
+    ++m_sizes[run];
     m_runOf[object] = into;
     if (into->places.size() >= 2 * kRunSize) SplitRun(run);
 }
@@ -176,7 +186,10 @@ void XLayerIndex::RemoveAt(int index)
         Run* const from = FindRun(index, run, offset);
         from->places.erase(from->places.begin() + static_cast<std::ptrdiff_t>(offset));
         m_runOf.erase(ObjectAt(place));
-        if (from->places.empty()) m_runs.erase(m_runs.begin() + static_cast<std::ptrdiff_t>(run));
+        if (--m_sizes[run] == 0) {
+            m_runs.erase(m_runs.begin() + static_cast<std::ptrdiff_t>(run));
+            m_sizes.erase(m_sizes.begin() + static_cast<std::ptrdiff_t>(run));
+        }
     } else {
         // the element behind takes the index; behind the tail the walk starts anew
         __POSITION* next = place;
@@ -196,6 +209,7 @@ void XLayerIndex::SetAt(int index, XvcObj* object)
         Run* const run = found->second;
         m_runOf.erase(found);
         m_runOf[object] = run;
+        std::ranges::find(run->places, place, &Place::position)->object = object;
     }
     m_layer.SetAt(place, object);
 }

@@ -37,9 +37,14 @@ public:
     void SetAt(int index, XvcObj* object);    ///< what stood there is not destroyed
 
 private:
+    struct Place
+    {
+        __POSITION* position;
+        const XObject* object;
+    };
     struct Run
     {
-        std::vector<__POSITION*> places;
+        std::vector<Place> places;
     };
 
     XObject* ObjectAt(__POSITION* place) const;
@@ -54,5 +59,6 @@ private:
     std::size_t m_walked = 0;
     bool m_built = false;
     std::vector<std::unique_ptr<Run>> m_runs;
+    std::vector<int> m_sizes; // of the runs, close together: they are summed at every question
     std::unordered_map<const XObject*, Run*> m_runOf;
 };

@@ -2,7 +2,21 @@
 
 #include "view/XGVMessageManager.h"
 #include "view/XTQSpaceView.h"
+#include "view/tools/XArrowTool.h"
+#include "view/tools/XBalloonTool.h"
+#include "view/tools/XBitmapTool.h"
+#include "view/tools/XCurveTool.h"
+#include "view/tools/XEllipseTool.h"
+#include "view/tools/XLineTool.h"
 #include "view/tools/XNoneTool.h"
+#include "view/tools/XPointTool.h"
+#include "view/tools/XPolygonTool.h"
+#include "view/tools/XPolylineTool.h"
+#include "view/tools/XRectangleTool.h"
+#include "view/tools/XRotateTool.h"
+#include "view/tools/XSelectTool.h"
+#include "view/tools/XTextBoxTool.h"
+#include "view/tools/XTextTool.h"
 #include "view/tools/XZoomRectTool.h"
 
 #include <algorithm>
@@ -21,26 +35,27 @@ constexpr auto kOwn = XModeCursor::Own;
 
 constexpr tagXModeRow kModes[] = {
     {-1, kDefault, &Make<XNoneTool>, &XTQSpaceView::HandleMouseNoneMessage},
-    {0, kArrow, nullptr, nullptr},   // selection
-    {101, kOwn, nullptr, nullptr},   // point
-    {102, kOwn, nullptr, nullptr},   // line
-    {103, kOwn, nullptr, nullptr},   // polyline
-    {104, kOwn, nullptr, nullptr},   // curve
-    {105, kOwn, nullptr, nullptr},   // rectangle
-    {106, kOwn, nullptr, nullptr},   // ellipse
-    {107, kOwn, nullptr, nullptr},   // polygon
-    {108, kOwn, nullptr, nullptr},   // text
-    {109, kOwn, nullptr, nullptr},   // bitmap
-    {110, kOwn, nullptr, nullptr},   // north arrow
-    {111, kOwn, nullptr, nullptr},   // a cursor that no tool goes with
-    {112, kOwn, nullptr, nullptr},   // scale bar
-    {113, kOwn, nullptr, nullptr},   // text box
-    {115, kArrow, nullptr, nullptr}, // arrow
-    {120, kOwn, nullptr, nullptr},   // army mark
-    {121, kOwn, nullptr, nullptr},   // index map
-    {131, kOwn, nullptr, nullptr},   // secret mark
+    {0, kArrow, &Make<XSelectTool>, &XTQSpaceView::HandleMouseSelectMessage},
+    {101, kOwn, &Make<XPointTool>, &XTQSpaceView::HandleMousePointMessage},
+    {102, kOwn, &Make<XLineTool>, &XTQSpaceView::HandleMouseLineMessage},
+    {103, kOwn, &Make<XPolylineTool>, &XTQSpaceView::HandleMousePolylineMessage},
+    {104, kOwn, &Make<XCurveTool>, &XTQSpaceView::HandleMouseCurveMessage},
+    {105, kOwn, &Make<XRectangleTool>, &XTQSpaceView::HandleMouseRectangleMessage},
+    {106, kOwn, &Make<XEllipseTool>, &XTQSpaceView::HandleMouseEllipseMessage},
+    {107, kOwn, &Make<XPolygonTool>, &XTQSpaceView::HandleMousePolygonMessage},
+    {108, kOwn, &Make<XTextTool>, &XTQSpaceView::HandleMouseTextMessage},
+    {109, kOwn, &Make<XBitmapTool>, &XTQSpaceView::HandleMouseBitmapMessage},
+    {110, kOwn, nullptr, nullptr}, // north arrow
+    {111, kOwn, nullptr, nullptr}, // a cursor that no tool goes with
+    {112, kOwn, nullptr, nullptr}, // scale bar
+    {113, kOwn, &Make<XTextBoxTool>, &XTQSpaceView::HandleMouseTextBoxMessage},
+    {115, kArrow, &Make<XArrowTool>, &XTQSpaceView::HandleMouseArrowMessage},
+    {120, kOwn, nullptr, nullptr}, // army mark
+    {121, kOwn, nullptr, nullptr}, // index map
+    {131, kOwn, nullptr, nullptr}, // secret mark
     {201, kOwn, &Make<XZoomRectTool>, &XTQSpaceView::HandleMouseZoomRectMessage},
-    {202, kOwn, nullptr, nullptr}, // rotate
+    {202, kOwn, &Make<XRotateTool>, &XTQSpaceView::HandleMouseRotateMessage},
+    {kXBalloonTool, kDefault, &Make<XBalloonTool>, &XTQSpaceView::HandleMouseBalloonMessage},
 };
 
 } // namespace

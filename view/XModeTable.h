@@ -18,10 +18,13 @@ enum class XModeCursor {
     Own ///< an image of this mode
 };
 
+/// The row of the balloon tool: a number beyond those that a mode can have.
+constexpr int kXBalloonTool = 0x10000;
+
 /// A mode of a view: its tool and its cursor.
 struct tagXModeRow
 {
-    short mode;
+    int mode;
     XModeCursor cursor;
     /// Null for a mode whose tool this build has not.
     std::unique_ptr<XViewTool> (*make)(XToolTarget& target);
@@ -29,7 +32,7 @@ struct tagXModeRow
     void (XTQSpaceView::*handle)(XHWND window, unsigned message, XWPARAM wParam, XLPARAM lParam);
 };
 
-/// All modes that mean something. Any other number has no tool and the arrow.
+/// All modes that mean something, and kXBalloonTool. Any other number has no tool and the arrow.
 XAPI std::span<const tagXModeRow> XfnModeTable();
 XAPI const tagXModeRow* XfnFindMode(int mode); ///< null for a number that is not in the table
 

@@ -42,7 +42,7 @@ public:
 
 /// What the worker draws on.
 ///
-/// Threads: IsAlive from any; the rest from the worker only, one call at a time, and never with a
+/// Threads: IsAlive and AwaitHelpers from any; the rest from the worker only, one call at a time, and never with a
 /// lock of the worker held.
 class XAPI XRenderTarget
 {
@@ -64,6 +64,10 @@ public:
     virtual void DrawPass(const tagXPendingFlags& flags, const std::vector<int>& levels) = 0;
     /// The pass before came to its end: wakes the thread that shows it.
     virtual void Invalidate() = 0;
+
+    /// Returns when nothing that passes began goes on behind them. From any thread, while no pass
+    /// is drawn.
+    virtual void AwaitHelpers() {}
 
     virtual void EndSweep() = 0; ///< lets the scene go and all that was made from it
     virtual void OnIdle() = 0;   ///< nothing is left to do

@@ -65,6 +65,7 @@ void XRenderWorker::QueCancel()
     }
     m_messages.Release();
     m_idle.Wait();
+    m_target.AwaitHelpers(); // of a sweep that ended for the request withdrawn here
 }
 
 int XRenderWorker::IsBusy() const
@@ -223,6 +224,11 @@ XRenderWorker::XPass XRenderWorker::DrawPass(const tagXPendingFlags& flags)
 
 void XRenderWorker::EndSweep(const tagXPendingFlags& flags, int isShort)
 {
+    const auto isRequested = [this] {
+        const std::lock_guard lock(m_mutex);
+        return m_isRequested;
+    };
+    if (!isRequested()) m_target.AwaitHelpers(); // at rest means that nobody reads bands
     int isIdle = 0;
     {
         const std::lock_guard lock(m_mutex);

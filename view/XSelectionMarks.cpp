@@ -4,61 +4,235 @@
 #include "foundation/surface/XBackBuffer.h"
 #include "foundation/surface/XVertBuffer.h"
 #include "foundation/vector/XDrawAttrs.h"
+#include "foundation/vector/XVertexMath.h"
+#include "foundation/vector/XvcBalloon.h"
+#include "foundation/vector/XvcBspline.h"
+#include "foundation/vector/XvcEllipseObj.h"
+#include "foundation/vector/XvcGroup.h"
+#include "foundation/vector/XvcMLine.h"
+#include "foundation/vector/XvcMPoint.h"
+#include "foundation/vector/XvcMPolygon.h"
+#include "foundation/vector/XvcMPolyline.h"
+#include "foundation/vector/XvcMText.h"
 #include "foundation/vector/XvcPoint.h"
+#include "foundation/vector/XvcPolygon.h"
+#include "foundation/vector/XvcPolyline.h"
+#include "foundation/vector/XvcRectObj.h"
+#include "foundation/vector/XvcSymbol.h"
 
-#include <iterator>
+#include <algorithm>
+#include <cmath>
+#include <functional>
 
 namespace {
 
 constexpr double kHalfStampPixels = 3.0;
 
-/// Draws the square that marks a control location.
-class ControlStamp
+using Mark = std::function<void(const tagXVector3&)>;
+
+void MarkBox(double minX, double minY, double maxX, double maxY, const Mark& mark)
+{
+    mark({minX, minY, 0.0});
+    mark({maxX, minY, 0.0});
+    mark({maxX, maxY, 0.0});
+    mark({minX, maxY, 0.0});
+}
+
+void MarkRange(const XvcObj& object, const Mark& mark)
+{
+    const tagXVectorRange& range = object.GetRange();
+    if (!range.IsEmpty()) MarkBox(range.minX, range.minY, range.maxX, range.maxY, mark);
+}
+
+void MarkVertices(const XvcObj& object, const Mark& mark)
+{
+    const auto& vertices = static_cast<const XvcVertexObj&>(object);
+    for (int i = 0; i < vertices.GetSize(); ++i)
+        mark(vertices.GetAt(i));
+}
+
+/// The same for each part of an object that is made of some.
+template <class Whole, auto GetCount, auto GetPartAt, auto MarkPart>
+void MarkParts(const XvcObj& object, const Mark& mark)
+{
+    const auto& whole = static_cast<const Whole&>(object);
+    for (int i = 0; i < (whole.*GetCount)(); ++i)
+        if (const XvcObj* part = (whole.*GetPartAt)(i)) MarkPart(*part, mark);
+}
+
+void MarkPoint(const XvcObj& object, const Mark& mark)
+{
+    mark(static_cast<const XvcPoint&>(object).GetVertex());
+}
+
+void MarkEllipse(const XvcObj& object, const Mark& mark)
+{
+    const auto& ellipse = static_cast<const XvcEllipseObj&>(object);
+    const tagXVector3 center = ellipse.GetCenter();
+    if (!XfnIsUsable(center)) return; // the sum of "not set" and an axis would be a coordinate
+    mark(center);
+    mark({center.x + ellipse.GetAxisX(), center.y, center.z});
+    mark({center.x, center.y + ellipse.GetAxisY(), center.z});
+}
+
+void MarkRectangle(const XvcObj& object, const Mark& mark)
+{
+    const auto& box = static_cast<const XvcRectObj&>(object);
+    const tagXVector3 lower = box.GetLL(), upper = box.GetUR();
+    MarkBox(lower.x, lower.y, upper.x, upper.y, mark);
+}
+
+void MarkBalloon(const XvcObj& object, const Mark& mark)
+{
+    MarkRange(object, mark);
+    mark(static_cast<const XvcBalloon&>(object).GetPointPosition());
+}
+
+struct tagCtrlRow
+{
+    const char* className;
+    void (*markAll)(const XvcObj&, const Mark&);
+};
+
+constexpr tagCtrlRow kCtrlRows[] = {
+    {"XvcPoint", MarkPoint},
+    {"XvcSymbol", MarkVertices},
+    {"XvcMPoint",
+     MarkParts<XvcMPoint, &XvcMPoint::GetNumOfPoints, &XvcMPoint::GetPointObjAt, MarkPoint>},
+    {"XvcPolygon", MarkVertices},
+    {"XvcPolyline", MarkVertices},
+    {"XvcMPolygon", MarkParts<XvcMPolygon, &XvcMPolygon::GetNumOfPolygons,
+                              &XvcMPolygon::GetPolygonObjAt, MarkVertices>},
+    {"XvcMPolyline", MarkParts<XvcMPolyline, &XvcMPolyline::GetNumOfPolylines,
+                               &XvcMPolyline::GetPolylineObjAt, MarkVertices>},
+    {"XvcLine", MarkVertices},
+    {"XvcMLine",
+     MarkParts<XvcMLine, &XvcMLine::GetNumOfLines, &XvcMLine::GetLineObjAt, MarkVertices>},
+    {"XvcEllipse", MarkEllipse},
+    {"XvcArc", MarkEllipse},
+    {"XvcBspline", MarkVertices},
+    {"XvcText", MarkRange},
+    {"XvcBitmap", MarkRange},
+    {"XvcRaster", MarkRange},
+    {"XvcGroup", MarkRange},
+    {"XvcMText", MarkParts<XvcMText, &XvcMText::GetNumOfTexts, &XvcMText::GetTextObjAt, MarkRange>},
+    {"XvcRectangle", MarkRectangle},
+    {"XvcNorthArrow", MarkRectangle},
+    {"XvcScaleBar", MarkRectangle},
+    {"XvcTextBox", MarkRange},
+    {"XvcBalloon", MarkBalloon},
+};
+
+/// The editor of a text box lies over its range.
+void PlaceEditor(XvcTextBox& box, const XBackBuffer& target)
+{
+    const tagXVectorRange& range = box.GetRange();
+    if (range.IsEmpty()) return;
+    double left = range.minX, top = range.maxY, right = range.maxX, bottom = range.minY;
+    target.ConvWorldToPixelCoord(left, top);
+    target.ConvWorldToPixelCoord(right, bottom);
+    const auto hold = [](double pixel) { // far beyond any screen it does not matter how far
+        constexpr double kFar = 1 << 24;
+        return static_cast<int>(std::lround(std::clamp(pixel, -kFar, kFar)));
+    };
+    if (std::isnan(left + top + right + bottom)) return;
+    box.SetEditBound(hold(left), hold(top), hold(right), hold(bottom));
+}
+
+/// Records outlines and squares of objects.
+class SelectionRecorder
 {
 public:
-    ControlStamp(XVertBuffer& buffer, const XBackBuffer& target, tagXColor color) : m_buffer(buffer)
+    SelectionRecorder(XVertBuffer& buffer, const XBackBuffer& target, tagXColor color)
+        : m_buffer(buffer), m_target(target)
     {
-        target.ConvPixelToWorldLength(m_dx, m_dy);
-        m_line.colour = color;
-        m_fill.style.SetStyle(tagXFillStyle::kNone); // what lies below a mark stays in sight
-        m_fill.foreColour = color;
+        m_outline.lineStyle.emplace(tagXLineStyle::kSelection);
+        m_outline.lineColor = color;
+        m_outline.thick = 0.0;
+        // the object is seen already: laid over itself, its inside would hide what lies there
+        m_outline.fillStyle.emplace(tagXFillStyle::kNone);
+        m_outline.backColor = 0;
+        m_stampLine.colour = color;
+        target.ConvPixelToWorldLength(m_stampX, m_stampY);
     }
 
-    void Add(const tagXVector3& at)
+    void Add(XvcObj& object)
     {
-        const tagXVector3 corners[] = {{at.x - m_dx, at.y - m_dy},
-                                       {at.x + m_dx, at.y - m_dy},
-                                       {at.x + m_dx, at.y + m_dy},
-                                       {at.x - m_dx, at.y + m_dy}};
-        m_buffer.AddPolygon(corners, std::size(corners), &m_line, &m_fill);
+        AddOutline(object, nullptr);
+        for (const char* name : {"XvcTextBox", "XvcBalloon"})
+            if (XfnIsExactly(&object, name))
+                PlaceEditor(static_cast<XvcTextBox&>(object), m_target);
+        for (const tagCtrlRow& row : kCtrlRows) {
+            if (!XfnIsExactly(&object, row.className)) continue;
+            row.markAll(object, [this](const tagXVector3& at) { AddStamp(at); });
+            return;
+        }
     }
 
 private:
+    void AddOutline(XvcObj& object, const XWarp2D* warp)
+    {
+        for (const char* name : {"XvcBitmap", "XvcRaster", "XvcTextBox"})
+            if (XfnIsExactly(&object, name)) return AddRange(object);
+        if (auto* group = dynamic_cast<XvcGroup*>(&object)) { // may hold pictures
+            if (!warp) warp = group->GetWarpCeoff();
+            for (int i = 0; i < group->GetNumOfObjs(); ++i)
+                if (!group->GetObjAt(i)->IsHidden()) AddOutline(*group->GetObjAt(i), warp);
+            return;
+        }
+        object.CreateVertexBuffer(&m_buffer, warp, &m_outline);
+    }
+
+    void AddRange(const XvcObj& object)
+    {
+        const tagXVectorRange& range = object.GetRange();
+        if (range.IsEmpty()) return;
+        const tagXVector3 corners[] = {{range.minX, range.minY, 0.0},
+                                       {range.maxX, range.minY, 0.0},
+                                       {range.maxX, range.maxY, 0.0},
+                                       {range.minX, range.maxY, 0.0}};
+        const tagXVertLine line{*m_outline.lineColor, 0.0, *m_outline.lineStyle};
+        m_buffer.AddPolygon(corners, std::size(corners), &line, nullptr);
+    }
+
+    void AddStamp(const tagXVector3& at)
+    {
+        if (!XfnIsUsable(at)) return;
+        // there are thousands in a drag: recorded straight, and without a fill, so that what lies
+        // below stays in sight
+        const tagXVector3 corners[] = {{at.x - m_stampX, at.y - m_stampY, 0.0},
+                                       {at.x + m_stampX, at.y - m_stampY, 0.0},
+                                       {at.x + m_stampX, at.y + m_stampY, 0.0},
+                                       {at.x - m_stampX, at.y + m_stampY, 0.0}};
+        m_buffer.AddPolygon(corners, std::size(corners), &m_stampLine, nullptr);
+    }
+
     XVertBuffer& m_buffer;
-    double m_dx = kHalfStampPixels;
-    double m_dy = kHalfStampPixels;
-    tagXVertLine m_line;
-    tagXVertFill m_fill;
+    const XBackBuffer& m_target;
+    tagXDrawAttrs m_outline;
+    tagXVertLine m_stampLine;
+    double m_stampX = kHalfStampPixels;
+    double m_stampY = kHalfStampPixels;
 };
 
 } // namespace
 
+void XfnMakeCtrlPoint(const tagXVector3& at, const XBackBuffer& target, XvcPolygon& polygon)
+{
+    double dx = kHalfStampPixels, dy = kHalfStampPixels;
+    target.ConvPixelToWorldLength(dx, dy);
+    polygon.RemoveAll();
+    polygon.Add(at.x - dx, at.y - dy, 0.0);
+    polygon.Add(at.x + dx, at.y - dy, 0.0);
+    polygon.Add(at.x + dx, at.y + dy, 0.0);
+    polygon.Add(at.x - dx, at.y + dy, 0.0);
+    polygon.CalcRange();
+}
+
 void XfnRecordSelection(XVertBuffer& buffer, const XObList& selection, const XBackBuffer& target,
                         tagXColor color)
 {
-    tagXDrawAttrs outline;
-    outline.lineStyle.emplace(tagXLineStyle::kSelection);
-    outline.lineColor = color;
-    outline.thick = 0.0;
-
-    ControlStamp stamp(buffer, target, color);
-    for (__POSITION* pos = selection.GetHeadPosition(); pos;) {
-        auto* object = dynamic_cast<XvcObj*>(selection.GetNext(pos));
-        if (!object) continue;
-        object->CreateVertexBuffer(&buffer, nullptr, &outline);
-        if (XfnIsExactly(object, "XvcPoint")) {
-            const auto* point = static_cast<const XvcPoint*>(object);
-            if (point->IsSet()) stamp.Add(point->GetVertex());
-        }
-    }
+    SelectionRecorder recorder(buffer, target, color);
+    for (__POSITION* pos = selection.GetHeadPosition(); pos;)
+        if (auto* object = dynamic_cast<XvcObj*>(selection.GetNext(pos))) recorder.Add(*object);
 }

@@ -6,14 +6,35 @@
 class XBackBuffer;
 class XObList;
 class XVertBuffer;
+class XvcPolygon;
+struct tagXVector3;
 
-/// Records how selected objects are shown: their outline in the selection style and colour, and a
-/// square of 7 pixels' span at every control location.
+/// Makes of `polygon` the square that marks a control location: 3 pixels to each side, at height 0.
+/// @param target  its mapping tells how large a pixel is
+XAPI void XfnMakeCtrlPoint(const tagXVector3& at, const XBackBuffer& target, XvcPolygon& polygon);
+
+/// Records how selected objects are shown: their outline in the selection style and colour, one
+/// pixel wide and without a fill, and a square of 7 pixels' span at every control location.
 ///
-/// Objects are only read, so a point of thickness 0 is outlined at its smallest size. Control
-/// locations are known for the class XvcPoint; others show their outline only.
+/// Pictures, raster patches and text boxes are outlined by their range, never shown twice; in
+/// groups too. Which locations an object has is told by its exact class:
+///
+///     point, symbol                    the vertex
+///     multi-point                      each point
+///     polygon, polyline                each vertex; of multi ones those of each part
+///     line                             both ends; of a multi-line those of each line
+///     ellipse, arc                     the centre, and the centre plus either axis length
+///     B-spline                         each pole
+///     text, bitmap, raster, group      the corners of the range; of a multi-text those of each text
+///     rectangle, north arrow, scale bar  the corners of the box from its lower left to its upper
+///                                      right one
+///     text box, balloon                the corners of the range; the pointer position of a balloon
+///
+/// Other classes show their outline only. Locations that are no coordinates are left out. Objects
+/// are only read, but for this: text boxes and balloons are told where their editor lies
+/// (SetEditBound).
 /// @param buffer     between Start and End
 /// @param selection  vector objects
-/// @param target     its mapping sizes the squares
+/// @param target     its mapping sizes the squares and places the editors
 XAPI void XfnRecordSelection(XVertBuffer& buffer, const XObList& selection,
                              const XBackBuffer& target, tagXColor color);

@@ -5,6 +5,7 @@
 #include "foundation/vector/XvcLayer.h"
 #include "foundation/vector/XvcSymbolTable.h"
 #include "view/XBaseLists.h"
+#include "view/XTextBoxEditor.h"
 
 #include <QLayout>
 
@@ -32,6 +33,7 @@ XTQSpaceView::XTQSpaceView(QWidget* parent)
       m_tools(static_cast<XToolTarget&>(*this))
 {
     ++s_viewCount;
+    XfnUseTextBoxEditor();
     setAttribute(Qt::WA_OpaquePaintEvent); // the paint fills every pixel, so nothing erases before
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);

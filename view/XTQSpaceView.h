@@ -1,5 +1,6 @@
 #pragma once
 
+#include "edit/XCommandManagerBase.h"
 #include "foundation/base/XObList.h"
 #include "foundation/platform/XMessageWindow.h"
 #include "view/XGVMessageManager.h"
@@ -25,11 +26,12 @@
 #include <atomic>
 #include <memory>
 
-class XCommandManager;
 class XDC;
 class XDMCompManager;
 class XDMComposite;
 class XvcLayer;
+class XvcPolygon;
+class XvcTextBox;
 
 /// The map and image window: a stack of raster composites under vector layers, seen through one
 /// mapping between world and window, with the editing state of its user.
@@ -48,8 +50,8 @@ class XvcLayer;
 /// lower right, so "one to one" is one image pixel a device pixel at any display scale. World y
 /// points up. Colours are words with red lowest.
 ///
-/// Owned: composite manager, inner bases, symbol tables, the dialogs open on it. External bases are
-/// lent by the host and must outlive the view or be taken out before.
+/// Owned: composite manager, command manager, inner bases, symbol tables, the dialogs open on it.
+/// External bases are lent by the host and must outlive the view or be taken out before.
 ///
 /// Reports to the host are synchronous; a host may open a modal box inside one, and the view then
 /// shows its last whole picture. It may also destroy the view inside one, but never inside the two
@@ -124,7 +126,7 @@ public:
     XObList* GetExtBaseList() override { return &m_externalBases; }
     XObList* GetSymbolTableList() { return &m_symbolTables; }
     XDMCompManager* GetXDMCompManager() const { return m_compManager.get(); }
-    XCommandManager* GetCommandManager() const { return m_commandManager; }
+    XCommandManager* GetCommandManager() { return &m_commands; }
     const tagXHitFlag& GetHitFlag() const { return m_tool.hit; } ///< index -1: nothing was hit
     double GetRotationAngle() const { return m_rotationAngle; }  ///< degrees
     /// Minimum x, y, z and maximum x, y, z.
@@ -149,6 +151,47 @@ public:
     /// The back colour too; redraws the main surface at once.
     void SetBackgroundColor(tagXColor color);
 
+    // Edits of the selection; HandleKeyboardMessage has their keys. Those that report tell the host
+    // before and after. A gesture in progress is taken back before anything else. Objects of
+    // classes that cannot be cloned (XCommandManager::CanClone), and those that lie in no layer,
+    // could not be brought back: Delete and Cut leave them where they are, and selected.
+    virtual void Delete(); ///< one step of undo
+    virtual void Copy();   ///< replaces what the clipboard holds; what cannot be cloned is left out
+    /// Adds to what the clipboard holds, then deletes. Nothing is reported, and nothing is
+    /// repainted before the next request.
+    virtual void Cut();
+    /// Puts copies into the edit layer, 10 pixels to the right of the last ones and below, and
+    /// selects them. With an empty clipboard it only empties the selection.
+    virtual void Paste();
+    /// Nothing with limit 4. What came back is selected; steps of layers that are neither in a base
+    /// of the view nor the edit layer are forgotten first.
+    virtual void Undo();
+    virtual void Redo();
+    XPtrArray* GetUnDoStack() { return m_commands.GetUndoStack(); } ///< see XCommandManager
+    XPtrArray* GetReDoStack() { return m_commands.GetRedoStack(); }
+    void StartModify() { m_commands.StartModify(); }
+    void EndModify() { m_commands.EndModify(); }
+    int RegisterObjBeforeModify(XvcObj* object)
+    {
+        return m_commands.RegisterObjBeforeModify(object);
+    }
+    int RegisterObjAfterModify(XvcObj* object) { return m_commands.RegisterObjAfterModify(object); }
+    void ClearUndoRedoStack() { m_commands.ClearUndoRedoStack(); }
+    /// To be called before a layer, or a base with its layers, is taken out of the view: nothing of
+    /// it is selected any more, its steps are forgotten, and the edit layer becomes another.
+    void ForgetLayers(XObList& layerOrBase);
+    static int GetIndexOfList(const XObList* list, const XObject* object)
+    {
+        return XCommandManager::GetIndexOfList(list, object);
+    }
+    /// Adds what lies strictly inside a box (see XfnObjInRect) at the tail of `result`.
+    void ObjInRect(XObList* result, const XObList* list, double minX, double minY, double maxX,
+                   double maxY) const;
+    /// Draws everything anew. A view of this class stays upright: the angle is only counted, and by
+    /// the rotate tool (GetRotationAngle).
+    /// @param x, y  the centre; 1.7e308: the middle of the view
+    virtual void Rotate(double angleDeg, double x, double y);
+
     // Dialogs. Without a factory bound (XViewDialogFactories) a call does nothing and the question
     // before it answers 0, so that a host can disable its entry.
     int CanShowStretchDlg() const;
@@ -166,12 +209,12 @@ public:
     void AddPropButton(int id);
     void ShowPropButton(int show);
 
-    /// The values under a device pixel, one a display channel (0 is blue in RGB); kXNoData where there
-    /// is none. Real and imaginary part of a complex band in values[0] and values[1]. XPosValue.h
-    /// tells how each kind of band is read.
+    /// The values under a device pixel, one a display channel (0 is blue in RGB); kXNoData where
+    /// there is none. Real and imaginary part of a complex band in values[0] and values[1].
+    /// XPosValue.h tells how each kind of band is read.
     ///
-    /// Without a composite to look at, the stack is walked from its bottom, and the first that has a
-    /// band is read. A progressive view reads from the bands, past their null values.
+    /// Without a composite to look at, the stack is walked from its bottom, and the first that has
+    /// a band is read. A progressive view reads from the bands, past their null values.
     /// @param values     three numbers
     /// @param composite  the one to look at, of this view; null walks the stack
     /// @return 1 when the lookup ran, also when there was nothing to read; 0 where a band does not
@@ -228,12 +271,15 @@ public:
     void UpdateVertBufferTemp() override;
     void UpdateVertBufferMeasure() override;
     void UpdateVertBufferBookMark() override;
-    /// Draws the main surface whatever its flag says, on the calling thread; a progressive view stops
-    /// its worker first and shows the result, coarse where the worker had not come to the level that
-    /// the zoom needs; then the flag is raised again, and the next Que refines. Inside a paint
-    /// report it only raises the flag.
+    /// Draws the main surface whatever its flag says, on the calling thread; a progressive view
+    /// stops its worker first and shows the result, coarse where the worker had not come to the
+    /// level that the zoom needs; then the flag is raised again, and the next Que refines. Inside a
+    /// paint report it only raises the flag.
     void UpdateBackBuffer() override;
     void UpdateBackBufferTemp() override;
+    /// Makes of `polygon` the square that marks a control location: 3 pixels to each side, at
+    /// height 0. The squares of selected objects follow the table of XSelectionMarks.h.
+    void MakeCtrlPoint(const tagXVector3& vector, XvcPolygon& polygon) const;
 
     // Input, in device pixels of the view; callable by tests and hosts. Every message of the
     // pointer and the keys comes by here first, then the On... operation below that fits sees it.
@@ -251,13 +297,45 @@ public:
     /// Calls the operation below that the mode selects (XfnModeTable); a mode without one has no
     /// tool. Then, whatever the mode, sends message 32 to the view, so that the cursor follows.
     virtual void HandleMouseMessage(XHWND window, unsigned message, XWPARAM wParam, XLPARAM lParam);
-    /// The tools, in any mode: XNoneTool and XZoomRectTool say what they do.
+    /// The tools, in any mode: the class X...Tool says what each does.
     virtual void HandleMouseNoneMessage(XHWND window, unsigned message, XWPARAM wParam,
                                         XLPARAM lParam);
+    virtual void HandleMouseSelectMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                          XLPARAM lParam);
+    virtual void HandleMousePointMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                         XLPARAM lParam);
+    virtual void HandleMouseLineMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                        XLPARAM lParam);
+    virtual void HandleMousePolylineMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                            XLPARAM lParam);
+    virtual void HandleMouseCurveMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                         XLPARAM lParam);
+    virtual void HandleMouseRectangleMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                             XLPARAM lParam);
+    virtual void HandleMouseEllipseMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                           XLPARAM lParam);
+    virtual void HandleMousePolygonMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                           XLPARAM lParam);
+    virtual void HandleMouseTextMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                        XLPARAM lParam);
+    virtual void HandleMouseBitmapMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                          XLPARAM lParam);
+    virtual void HandleMouseTextBoxMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                           XLPARAM lParam);
+    virtual void HandleMouseBalloonMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                           XLPARAM lParam);
+    virtual void HandleMouseArrowMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                         XLPARAM lParam);
     virtual void HandleMouseZoomRectMessage(XHWND window, unsigned message, XWPARAM wParam,
                                             XLPARAM lParam);
-    /// A key went down. While Escape is down, whichever key this is: deletes the object under
-    /// construction, sets the mode field to the post mode, repaints and reports 41107.
+    virtual void HandleMouseRotateMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                          XLPARAM lParam);
+    /// Does nothing, and no mode leads here.
+    virtual void HandleMouseMapGridMessage(XHWND, unsigned, XWPARAM, XLPARAM) {}
+    /// A key went down. Ctrl with C, V, X, Z, Y: Copy, Paste, Cut, Undo, Redo; Delete.
+    /// While Escape is down, whichever key this is: ends the editing of the one text box that is
+    /// selected; else deletes the object under construction, sets the mode field to the post mode,
+    /// repaints and reports 41107.
     virtual void HandleKeyboardMessage(XHWND window, unsigned message, XWPARAM wParam,
                                        XLPARAM lParam);
     void OnLButtonDown(unsigned flags, int x, int y) override;
@@ -335,6 +413,13 @@ private:
     XGVSelectedObjs& GetSelection() override { return m_selection; }
     XViewMapping& GetViewMapping() override { return m_mapping; }
     XGVRubberBand& GetRubberBand() override { return m_rubberBand; }
+    void UseEditLayer(XvcLayer* layer) override
+    {
+        if (layer) m_editLayer = layer;
+    }
+    XCommandManager& GetCommands() override { return m_commands; }
+    XHWND GetOwnerWindow() const override { return GetHWND(); }
+    void RotateBy(double angleDeg) override;
     void RaiseFlags(std::initializer_list<XViewBuffer> buffers) override
     {
         m_overlay.Raise(buffers);
@@ -360,6 +445,12 @@ private:
     int UpdatePicture();
     int DrawMainBack();
     void DropCurrentObject();
+    void EditSelection(void (XCommandManager::*edit)(XObList*));
+    void Replay(XPtrArray& stack, XViewReport before, XViewReport after,
+                void (XCommandManager::*replay)(XObList*));
+    XvcTextBox* GetOnlyTextBox() const;
+    void EndTextEdits();
+    void EndTypingBeside();
     void RaiseMapping();
     void ReportMouse(XViewReport code, unsigned flags, int x, int y, int delta = 0);
     int ReportPaint(XViewReport code, unsigned timeoutMs);
@@ -385,7 +476,7 @@ private:
     XObList m_symbolTables{10};
     std::unique_ptr<XDMCompManager> m_compManager;
     XvcLayer* m_editLayer = nullptr; // lives in its base
-    XCommandManager* m_commandManager = nullptr;
+    XCommandManagerBase m_commands;  // its clones need no layer to go
     double m_fineZoomStep = 0.1;
     double m_rotationAngle = 0.0; // degrees
     double m_defaultRange[6] = {0, 0, 0, 100, 100, 0};

@@ -99,6 +99,11 @@ void XTQSpaceView::UpdateVertBufferTemp()
     buffer.End();
 }
 
+void XTQSpaceView::MakeCtrlPoint(const tagXVector3& vector, XvcPolygon& polygon) const
+{
+    XfnMakeCtrlPoint(vector, m_overlay.GetMainBack(), polygon);
+}
+
 void XTQSpaceView::UpdateBackBufferTemp()
 {
     m_overlay.UpdateTempBack();

@@ -2,11 +2,14 @@
 #include "foundation/platform/XUserSettings.h"
 #include "foundation/raster/XDMComposite.h"
 #include "foundation/surface/XToolCursor.h"
+#include "foundation/vector/XvcTextBox.h"
 #include "view/XPosValue.h"
 #include "view/XTQSpaceView.h"
+#include "view/XTextBoxEditorWidget.h"
 #include "view/XViewDialogMessages.h"
 #include "view/XViewKeys.h"
 
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QNativeGestureEvent>
@@ -58,39 +61,10 @@ void XTQSpaceView::HandleMouseMessage(XHWND window, unsigned message, XWPARAM wP
                                       XLPARAM lParam)
 {
     const XHWND self = GetHWND();
+    if (message == kMsgLButtonDown) EndTypingBeside();
     const tagXModeRow* row = XfnFindMode(m_messages.GetMode());
     if (row && row->handle) (this->*row->handle)(window, message, wParam, lParam);
     XfnSendMessage(self, kMsgSetCursor, 0, 0);
-}
-
-void XTQSpaceView::HandleMouseNoneMessage(XHWND, unsigned message, XWPARAM wParam, XLPARAM lParam)
-{
-    m_tools.Handle(XGVMessageManager::kModeNone, message, wParam, lParam);
-}
-
-void XTQSpaceView::HandleMouseZoomRectMessage(XHWND, unsigned message, XWPARAM wParam,
-                                              XLPARAM lParam)
-{
-    m_tools.Handle(XGVMessageManager::kModeZoomRect, message, wParam, lParam);
-}
-
-void XTQSpaceView::HandleKeyboardMessage(XHWND, unsigned, XWPARAM wParam, XLPARAM)
-{
-    // a message about Escape tells that it is down, a host's own too
-    if (m_input.IsEscapeDown() || wParam == kKeyEscape) DropCurrentObject();
-}
-
-void XTQSpaceView::DropCurrentObject()
-{
-    m_tools.Cancel();
-    delete m_objects.m_currentObject;
-    m_objects.m_currentObject = nullptr;
-    m_overlay.Raise({XViewBuffer::MainVertex, XViewBuffer::TempVertex, XViewBuffer::MainBack,
-                     XViewBuffer::TempBack});
-    m_messages.ChangeToPostMode();
-    InvalidateControl(1);
-    XfnSendMessage(GetHWND(), kMsgSetCursor, 0, 0);
-    m_reports.Send(XViewReport::ToolCancelled);
 }
 
 void XTQSpaceView::Report(XViewReport code, const void* parameter)
@@ -219,7 +193,9 @@ void XTQSpaceView::ReportMouse(XViewReport code, unsigned flags, int x, int y, i
 void XTQSpaceView::TakeFocusAt(int x, int y)
 {
     const QRect client(0, 0, m_mapping.GetWidth(), m_mapping.GetHeight());
-    if (m_autoFocus && client.contains(x, y) && !hasFocus()) setFocus();
+    const auto* typing = dynamic_cast<XTextBoxEditorWidget*>(QGuiApplication::focusObject());
+    const bool isTyping = typing && typing->parentWidget() == this;
+    if (m_autoFocus && client.contains(x, y) && !hasFocus() && !isTyping) setFocus();
 }
 
 void XTQSpaceView::OnLButtonDown(unsigned flags, int x, int y)
@@ -335,6 +311,14 @@ void XTQSpaceView::OnMouseMove(unsigned flags, int x, int y)
         m_overlay.Raise({XViewBuffer::Measure, XViewBuffer::MainBack});
         InvalidateControl(1);
     }
+    if (XvcTextBox* const text = GetOnlyTextBox()) {
+        if (flags != kFlagLeft && flags != kFlagRight)
+            return; // the pointer is in the way of typing
+        if (text->GetEditMode()) {
+            text->EndEditMode();
+            InvalidateControl(1);
+        }
+    }
     ReportMouse(XViewReport::MouseMove, flags, x, y);
 }
 
@@ -343,6 +327,7 @@ int XTQSpaceView::OnMouseWheel(unsigned flags, int delta, int screenX, int scree
     // compared before it is converted: only views near the screen's origin take the focus by wheel
     TakeFocusAt(screenX, screenY);
     const QPoint pixel = QPoint(screenX, screenY) - GetScreenOrigin();
+    EndTextEdits();
     if (XfnGetInvertMouseWheelZoomDir()) delta = static_cast<short>(-static_cast<short>(delta));
     const double step = flags & kFlagCtrl ? m_fineZoomStep : 1.0;
     m_mapping.ZoomWheel(pixel.x(), pixel.y(), delta < 0 ? step : -step);

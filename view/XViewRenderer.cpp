@@ -62,6 +62,7 @@ void XViewRenderer::Stop()
 {
     m_isAlive = 0;
     m_worker.Stop();
+    m_helpers.Wait();
 }
 
 std::shared_ptr<const tagXViewPicture> XViewRenderer::TakePicture()
@@ -79,6 +80,9 @@ int XViewRenderer::HasPicture() const
 void XViewRenderer::BeginSweep(const std::shared_ptr<XRenderScene>& scene)
 {
     m_scene = std::static_pointer_cast<XViewScene>(scene);
+    m_isOverlayDone = false;
+    for (const XViewScene::tagComposite& composite : m_scene->composites)
+        composite.drawn->SetDrawHelpers(&m_helpers);
     const QSize size = SizeOf(m_scene->mapping);
     if (size != SizeOf(m_surface.GetMapping())) {
         m_surface.Resize(nullptr, size.width(), size.height());
@@ -111,6 +115,7 @@ int XViewRenderer::IsCompositeStale(int composite) const
 void XViewRenderer::DrawPass(const tagXPendingFlags& flags, const std::vector<int>& levels)
 {
     m_flags = flags;
+    if (m_isOverlayDone) m_flags.tempBack = 0;
     if (!m_last.main || !(m_last.mapping == m_scene->mapping))
         m_flags.mainBack = m_flags.tempBack = 1;
     m_levels = levels;
@@ -205,6 +210,7 @@ void XViewRenderer::Invalidate()
             m_next->results.emplace_back(composite.own, std::move(result));
         }
     }
+    if (m_flags.tempBack) m_isOverlayDone = true;
     m_last = *m_next;
     m_last.results.clear();
     {

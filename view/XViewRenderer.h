@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/raster/XDrawHelpers.h"
 #include "foundation/surface/XBackBuffer.h"
 #include "view/XImagePool.h"
 #include "view/XRenderWorker.h"
@@ -53,6 +54,7 @@ private:
     int IsCompositeStale(int composite) const override;
     void DrawPass(const tagXPendingFlags& flags, const std::vector<int>& levels) override;
     void Invalidate() override;
+    void AwaitHelpers() override { m_helpers.Wait(); }
     void EndSweep() override;
     void OnIdle() override;
 
@@ -66,6 +68,8 @@ private:
     std::function<void()> m_draw;
     std::atomic<int> m_isAlive{0};
 
+    XDrawHelpers m_helpers; // read bands until AwaitHelpers
+
     // the worker's
     XImagePool m_pool;
     std::shared_ptr<XViewScene> m_scene;
@@ -74,6 +78,7 @@ private:
     std::vector<int> m_levels;
     tagXViewPicture m_last;
     std::shared_ptr<tagXViewPicture> m_next; // drawn in this pass, not published yet
+    bool m_isOverlayDone = false;            // of this sweep: no level changes it
 
     mutable std::mutex m_mutex; // for the next
     std::shared_ptr<tagXViewPicture> m_published;

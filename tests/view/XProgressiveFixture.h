@@ -26,14 +26,16 @@ public:
     }
 
     std::atomic<int> delayUs{0};
-    mutable std::atomic<int> readCount{0};
+    mutable std::atomic<int> readCount{0}, inHand{0};
 
 protected:
     std::shared_ptr<const XTile> ReadTile(int level, int tx, int ty, const std::atomic<int>* abort,
                                           XString& message) const override
     {
         ++readCount;
+        ++inHand;
         if (delayUs) std::this_thread::sleep_for(std::chrono::microseconds(delayUs));
+        --inHand;
         return XDMBandMemory::ReadTile(level, tx, ty, abort, message);
     }
 };

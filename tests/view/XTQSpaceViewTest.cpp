@@ -23,7 +23,7 @@ TEST_F(XTQSpaceViewTest, ANewViewHasWhatToolsNeed)
     EXPECT_EQ(view.GetSymbolTableList()->GetCount(), 1);
     ASSERT_NE(view.GetEditLayer(), nullptr);
     EXPECT_EQ(view.GetEditLayer()->GetParentBase(), view.GetInnBaseList()->GetHead());
-    EXPECT_EQ(view.GetCommandManager(), nullptr);
+    EXPECT_TRUE(view.GetUnDoStack()->IsEmpty());
     EXPECT_EQ(view.GetMode(), -1);
     EXPECT_EQ(view.GetPostMode(), -1);
     EXPECT_EQ(view.GetLineStyle().GetStyle(), 0);

@@ -124,19 +124,19 @@ TEST_F(XViewPaintTest, ASelectedPointIsSeenOnAnyBackgroundAndLeavesTheMainPictur
         view.InvalidateControl(1);
         const QImage shown = Paint();
         const QImage main = view.GetBackBuffer()->GetImage();
-        const QRgb below = main.pixel(202, 98);
-        const QRgb mark = shown.pixel(202, 98); // within the control square
+        const QRgb below = main.pixel(203, 98);
+        const QRgb mark = shown.pixel(203, 98); // within the control square
         const int difference =
             std::max({std::abs(qRed(mark) - qRed(below)), std::abs(qGreen(mark) - qGreen(below)),
                       std::abs(qBlue(mark) - qBlue(below))});
         EXPECT_GE(difference, 96) << std::hex << back;
         EXPECT_EQ(main.pixel(2, 2), shown.pixel(2, 2));
         EXPECT_EQ(main.pixel(201, 99), shown.pixel(201, 99)) << "a control square has no fill";
-        EXPECT_EQ(main.pixel(202, 98) & 0xFFFFFFu, back & 0xFFFFFFu) << "the overlay got into main";
+        EXPECT_EQ(main.pixel(203, 98) & 0xFFFFFFu, back & 0xFFFFFFu) << "the overlay got into main";
     }
     view.SetMode(0); // empties the selection
     view.SetBackgroundColor(0xFF000000u);
-    EXPECT_EQ(Paint().pixel(202, 98), Gray(0));
+    EXPECT_EQ(Paint().pixel(203, 98), Gray(0));
 }
 
 TEST_F(XViewPaintTest, HostsPaintUnderAndOverTheVectors)

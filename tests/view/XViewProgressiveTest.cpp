@@ -423,6 +423,7 @@ TEST_F(XViewProgressiveTest, CompositesGoWhileAPassRuns)
         running += view.IsDrawing();
         view.QueCancel();
         EXPECT_FALSE(view.IsDrawing());
+        EXPECT_EQ(band->inHand, 0) << "helpers are waited for too";
         view.GetXDMCompManager()->RemoveXDMCompositeAll();
         band.reset();
         view.InvalidateControl(1);

@@ -188,7 +188,7 @@ TEST_F(XViewRepaintTest, ADeviceGetsWhatTheWindowShows)
     const QImage shown = view.grab().toImage().convertToFormat(QImage::Format_RGB32);
     const QRect common(0, 0, kWidth, kHeight - 20);
     EXPECT_EQ(target.copy(common), shown.copy(common));
-    const QPoint mark(202, 98);
+    const QPoint mark(203, 98);
     EXPECT_NE(target.pixel(mark), view.GetBackBuffer()->GetImage().pixel(mark)) << "the overlay";
 
     view.InvalidateControl(1);

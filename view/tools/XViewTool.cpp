@@ -1,5 +1,7 @@
 #include "view/tools/XViewTool.h"
 
+#include "view/XGVRubberBand.h"
+#include "view/XToolState.h"
 #include "view/XViewMapping.h"
 
 tagXToolEvent XViewTool::Read(unsigned message, XWPARAM wParam, XLPARAM lParam) const
@@ -35,4 +37,19 @@ void XViewTool::Handle(unsigned message, XWPARAM wParam, XLPARAM lParam)
     default:
         return;
     }
+}
+
+void XViewTool::ShowBand(const QPoint& to)
+{
+    m_target.GetToolState().previous = to;
+    m_target.GetRubberBand().Show(m_target.GetToolState().start, to);
+    m_target.RubberBandChanged();
+}
+
+int XViewTool::HideBand()
+{
+    if (!m_target.GetRubberBand().IsShown()) return 0;
+    m_target.GetRubberBand().Hide();
+    m_target.RubberBandChanged();
+    return 1;
 }

@@ -34,6 +34,10 @@ protected:
 
     XToolTarget& GetTarget() const { return m_target; }
 
+    /// The rubber band from the start pixel to this one, which becomes the previous pixel.
+    void ShowBand(const QPoint& to);
+    int HideBand(); ///< @return non-zero when it was shown
+
 private:
     tagXToolEvent Read(unsigned message, XWPARAM wParam, XLPARAM lParam) const;
 

@@ -9,18 +9,9 @@
 
 // The band is the state: it is shown from the press to the end of the drag.
 
-void XZoomRectTool::ShowBand(const QPoint& to)
-{
-    GetTarget().GetToolState().previous = to;
-    GetTarget().GetRubberBand().Show(GetTarget().GetToolState().start, to);
-    GetTarget().RubberBandChanged();
-}
-
 void XZoomRectTool::Cancel()
 {
-    if (!GetTarget().GetRubberBand().IsShown()) return;
-    GetTarget().GetRubberBand().Hide();
-    GetTarget().RubberBandChanged();
+    HideBand();
 }
 
 void XZoomRectTool::Press(const tagXToolEvent& event)
@@ -36,8 +27,7 @@ void XZoomRectTool::Move(const tagXToolEvent& event)
 
 void XZoomRectTool::Release(const tagXToolEvent& event)
 {
-    const int isBand = GetTarget().GetRubberBand().IsShown();
-    Cancel();
+    const int isBand = HideBand();
     tagXToolState& state = GetTarget().GetToolState();
     state.current = event.pixel;
     if (isBand && state.start.x() != state.current.x() && state.start.y() != state.current.y()) {
@@ -57,7 +47,5 @@ void XZoomRectTool::Release(const tagXToolEvent& event)
 
 void XZoomRectTool::RightDoubleClick(const tagXToolEvent&)
 {
-    if (!GetTarget().GetRubberBand().IsShown()) return;
-    Cancel();
-    GetTarget().GetMessageManager().ChangeToPostMode();
+    if (HideBand()) GetTarget().GetMessageManager().ChangeToPostMode();
 }

@@ -23,7 +23,4 @@ protected:
     void Move(const tagXToolEvent& event) override;
     void Release(const tagXToolEvent& event) override;
     void RightDoubleClick(const tagXToolEvent& event) override;
-
-private:
-    void ShowBand(const QPoint& to);
 };

@@ -1,0 +1,107 @@
+#include "view/XTextBoxEditor.h"
+
+#include "view/XRichDocument.h"
+#include "view/XTextBoxEditorWidget.h"
+
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QTextCursor>
+
+XTextBoxEditor::XTextBoxEditor() = default;
+
+XTextBoxEditor::~XTextBoxEditor()
+{
+    if (m_widget) m_widget->Retire();
+}
+
+int XTextBoxEditor::Begin(const tagXTextEditorSetup& setup, const XRichText& text,
+                          XTextEditorClient* client)
+{
+    QWidget* const parent = XTextBoxEditorWidget::FindWindow(setup.parent);
+    if (!parent || m_widget) return 0;
+    m_client = client;
+    m_widget = new XTextBoxEditorWidget(this, setup, parent);
+    m_widget->Start(text);
+    return 1;
+}
+
+void XTextBoxEditor::SetBound(int left, int top, int right, int bottom, double pixelsPerPoint)
+{
+    if (m_widget) m_widget->SetBound(left, top, right, bottom, pixelsPerPoint);
+}
+
+void XTextBoxEditor::Commit()
+{
+    if (m_widget && m_widget->hasFocus()) QGuiApplication::inputMethod()->commit();
+}
+
+XRichText XTextBoxEditor::GetText() const
+{
+    return m_widget ? XfnGetRichText(*m_widget->document()) : m_lastText;
+}
+
+void XTextBoxEditor::SetText(const XRichText& text)
+{
+    if (!m_widget) {
+        m_lastText = text;
+        return;
+    }
+    QTextCursor cursor(m_widget->document());
+    cursor.select(QTextCursor::Document);
+    XfnInsertRichText(cursor, text);
+    m_widget->setTextCursor(cursor);
+}
+
+void XTextBoxEditor::SetFormat(const tagXCharFormat& format, unsigned mask)
+{
+    if (m_widget) m_widget->SetFormat(format, mask);
+}
+
+tagXCharFormat XTextBoxEditor::GetFormat(unsigned& common) const
+{
+    return m_widget ? m_widget->GetFormat(common) : m_lastText.GetFormat(common);
+}
+
+void XTextBoxEditor::SetAlign(XParagraphAlign align)
+{
+    if (m_widget) m_widget->SetAlign(align);
+}
+
+int XTextBoxEditor::IsAlign(XParagraphAlign align) const
+{
+    return m_widget ? m_widget->IsAlign(align) : m_lastText.IsAlign(align);
+}
+
+void XTextBoxEditor::OnChanged()
+{
+    if (m_client) m_client->OnEditorChanged();
+}
+
+void XTextBoxEditor::OnDone()
+{
+    if (m_client) m_client->OnEditorDone();
+}
+
+void XTextBoxEditor::OnWidgetGoes()
+{
+    m_lastText = XfnGetRichText(*m_widget->document());
+    m_widget = nullptr;
+    OnDone();
+}
+
+int XfnEndTextEditors(const QWidget& window)
+{
+    int ended = 0;
+    for (QObject* child : window.children()) {
+        auto* const widget = dynamic_cast<XTextBoxEditorWidget*>(child);
+        if (widget && widget->Finish()) ++ended;
+    }
+    return ended;
+}
+
+void XfnUseTextBoxEditor()
+{
+    const XTextEditorFactory before = XfnSetTextEditorFactory(
+        []() -> std::unique_ptr<XTextEditor> { return std::make_unique<XTextBoxEditor>(); });
+    if (before) XfnSetTextEditorFactory(before);
+}

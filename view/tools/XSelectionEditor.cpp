@@ -1,0 +1,188 @@
+#include "view/tools/XSelectionEditor.h"
+
+#include "edit/XModifyScope.h"
+#include "foundation/vector/XvcLine.h"
+#include "foundation/vector/XvcPolygon.h"
+#include "foundation/vector/XvcPolyline.h"
+#include "foundation/vector/XvcTextBox.h"
+#include "view/XGVSelectedObjs.h"
+#include "view/XObjectDialogs.h"
+#include "view/XToolState.h"
+#include "view/XViewMapping.h"
+#include "view/tools/XSelectionDrag.h"
+#include "view/tools/XToolHit.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+struct tagXDialogRow
+{
+    const char* className; // or one derived from it
+    XObjectDialog dialog;
+};
+
+// the first row that fits counts
+constexpr tagXDialogRow kDialogs[] = {
+    {"XvcPoint", XObjectDialog::Point},         {"XvcMPoint", XObjectDialog::Object},
+    {"XvcLine", XObjectDialog::Line},           {"XvcMLine", XObjectDialog::Object},
+    {"XvcPolyline", XObjectDialog::Polyline},   {"XvcMPolyline", XObjectDialog::Object},
+    {"XvcPolygon", XObjectDialog::Polygon},     {"XvcMPolygon", XObjectDialog::Object},
+    {"XvcPolypoint", XObjectDialog::Polypoint}, {"XvcEllipse", XObjectDialog::Ellipse},
+    {"XvcBitmap", XObjectDialog::Bitmap},       {"XvcText", XObjectDialog::Text},
+    {"XvcMText", XObjectDialog::Object},        {"XvcBspline", XObjectDialog::Bspline},
+    {"XvcSymbol", XObjectDialog::Symbol},       {"XvcArc", XObjectDialog::Arc},
+    {"XvcRectangle", XObjectDialog::Rect},      {"XvcArcClosed", XObjectDialog::ArcClosed},
+    {"XvcRaster", XObjectDialog::Raster},       {"XvcNorthArrow", XObjectDialog::NorthArrow},
+};
+
+bool IsNamed(const XvcObj& object, const char* className)
+{
+    const XRuntimeClass* row = object.GetRuntimeClass();
+    while (row && std::strcmp(row->m_lpszClassName, className) != 0)
+        row = row->m_pBaseClass;
+    return row != nullptr;
+}
+
+template <class Vertices>
+bool ChangeVertex(Vertices& object, const tagXHitFlag& hit, const tagXVector3& point)
+{
+    return hit.kind == tagXHitFlag::kEdge ? object.InsertAt(hit.index + 1, point)
+                                          : object.RemoveAt(hit.index);
+}
+
+} // namespace
+
+bool XSelectionEditor::IsOnlySelected(const XvcObj* object) const
+{
+    const XObList& list = *m_target.GetSelection().GetList();
+    return list.GetCount() == 1 && list.GetHead() == object;
+}
+
+void XSelectionEditor::DoubleClick(const tagXToolEvent& event)
+{
+    const std::vector<XvcObj*> objects = XfnListObjects(*m_target.GetSelection().GetList());
+    if (objects.empty()) {
+        m_target.ShowAll();
+    } else if (objects.size() > 1) {
+        EditGroup();
+    } else if (event.IsCtrl()) {
+        EditVertex(*objects.front(), event);
+    } else {
+        EditObject(*objects.front());
+    }
+}
+
+void XSelectionEditor::EditGroup()
+{
+    const auto life = m_target.GetLife();
+    const XObList& selection = *m_target.GetSelection().GetList();
+    const std::vector<XvcObj*> objects = XfnListObjects(selection);
+    m_target.Report(XViewReport::BeforeModify, &selection);
+    if (life.expired() || XfnListObjects(selection) != objects) return;
+    XCommandManager& commands = m_target.GetCommands();
+    {
+        XModifyScope step(commands);
+        std::vector<XvcObj*> before;
+        before.reserve(objects.size());
+        for (const XvcObj* object : objects)
+            before.push_back(commands.CloneObject(object));
+        tagXObjectDialogCall call;
+        call.dialog = XObjectDialog::Group;
+        call.owner = m_target.GetOwnerWindow();
+        call.objects = &selection;
+        XObjectDialogs* const dialogs = XObjectDialogs::Get();
+        const int result = dialogs ? dialogs->DoModal(call) : 0;
+        if (life.expired()) {
+            for (XvcObj* clone : before)
+                delete clone;
+            step.Abandon();
+            return;
+        }
+        const bool isSame = XfnListObjects(selection) == objects;
+        if (isSame) {
+            commands.RegisterModified(objects, before);
+        } else { // undone meanwhile: the objects may have gone
+            for (XvcObj* clone : before)
+                commands.DestroyObject(clone);
+        }
+        m_target.ShowAll();
+        if (result != 1 || !isSame) return;
+        step.Commit();
+    }
+    m_target.Report(XViewReport::AfterModify);
+}
+
+void XSelectionEditor::EditVertex(XvcObj& object, const tagXToolEvent& event)
+{
+    m_target.ShowAll();
+    auto* const line = dynamic_cast<XvcPolyline*>(&object);
+    auto* const area = dynamic_cast<XvcPolygon*>(&object);
+    if (!line && !area) return;
+    const tagXVector3 point{event.worldX, event.worldY, 0.0};
+    tagXHitFlag hit;
+    if (!object.HitTest(point, XfnHitTolerance(m_target.GetViewMapping()), hit)) return;
+    if (hit.kind != tagXHitFlag::kEdge && hit.kind != tagXHitFlag::kVertex) return;
+    XCommandManager& commands = m_target.GetCommands();
+    XModifyScope step(commands);
+    commands.RegisterObjBeforeModify(&object);
+    if (line)
+        ChangeVertex(*line, hit, point);
+    else
+        ChangeVertex(*area, hit, point);
+    object.CalcRange();
+    commands.RegisterObjAfterModify(&object);
+    step.Commit();
+}
+
+int XSelectionEditor::RunDialog(XvcObj& object)
+{
+    if (auto* const text = dynamic_cast<XvcTextBox*>(&object)) {
+        double worldX = 1.0, worldY = 1.0;
+        m_target.GetViewMapping().GetWorldPerPixel(worldX, worldY);
+        text->SetParent(m_target.GetOwnerWindow());
+        text->BeginEditMode(worldX);
+        return 0;
+    }
+    const auto* row = std::ranges::find_if(
+        kDialogs, [&object](const char* name) { return IsNamed(object, name); },
+        &tagXDialogRow::className);
+    XObjectDialogs* const dialogs = XObjectDialogs::Get();
+    if (row == std::end(kDialogs) || !dialogs) return 0;
+    const auto life = m_target.GetLife();
+    tagXObjectDialogCall call;
+    call.dialog = row->dialog;
+    call.owner = m_target.GetOwnerWindow();
+    call.object = &object;
+    if (const auto* line = dynamic_cast<const XvcLine*>(&object))
+        call.endShapeID = line->GetEndShapeID();
+    const int result = dialogs->DoModal(call);
+    if (result != 1 || life.expired() || !IsOnlySelected(&object)) return result;
+    if (auto* line = dynamic_cast<XvcLine*>(&object)) line->SetEndShapeID(call.endShapeID);
+    object.CalcRange();
+    return result;
+}
+
+void XSelectionEditor::EditObject(XvcObj& object)
+{
+    const auto life = m_target.GetLife();
+    m_target.Report(XViewReport::BeforeModify, m_target.GetSelection().GetList());
+    if (life.expired() || !IsOnlySelected(&object)) return;
+    XCommandManager& commands = m_target.GetCommands();
+    {
+        XModifyScope step(commands);
+        commands.RegisterObjBeforeModify(&object);
+        const int result = RunDialog(object);
+        if (life.expired()) {
+            step.Abandon();
+            return;
+        }
+        m_target.ShowAll();
+        if (!IsOnlySelected(&object)) return; // undone meanwhile: the object may have gone
+        commands.RegisterObjAfterModify(&object);
+        if (result != 1) return;
+        step.Commit();
+    }
+    m_target.Report(XViewReport::AfterModify);
+}
