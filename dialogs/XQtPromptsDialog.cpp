@@ -1,27 +1,15 @@
 #include "dialogs/XQtPromptsDialog.h"
 
+#include "dialogs/XOwnerWidget.h"
 #include "foundation/platform/XFileFilter.h"
-#include "foundation/platform/XMessageWindow.h"
 #include "foundation/platform/XQtText.h"
 
-#include <QApplication>
 #include <QColorDialog>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 
 namespace {
-
-QWidget* WidgetOf(XHWND handle)
-{
-    if (handle == 0) return nullptr;
-    const QWidgetList widgets = QApplication::allWidgets();
-    for (QWidget* widget : widgets) {
-        const auto* window = dynamic_cast<XMessageWindow*>(widget);
-        if (window && window->GetHWND() == handle) return widget;
-    }
-    return nullptr;
-}
 
 QMessageBox::Icon IconOf(XPrompts::XIcon icon)
 {
@@ -48,7 +36,7 @@ QString ProgramName()
 int RunBox(XHWND parent, const QString& text, QMessageBox::Icon icon, const QString& title,
            QMessageBox::StandardButtons buttons, QMessageBox::StandardButton escape)
 {
-    QMessageBox box(icon, title, text, buttons, WidgetOf(parent));
+    QMessageBox box(icon, title, text, buttons, XfnFindOwnerWidget(parent));
     box.setObjectName("prompt.message");
     box.setTextFormat(Qt::PlainText); // a file may be named like a piece of markup
     box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -105,7 +93,7 @@ int XQtPromptsDialog::RunFileDialog(XHWND parent, tagXFilePrompt& prompt, bool i
     paths.clear();
     const XFileFilter filter(prompt.filter);
     const QString kind = XfnToQString(prompt.filter);
-    QFileDialog dialog(WidgetOf(parent));
+    QFileDialog dialog(XfnFindOwnerWidget(parent));
     dialog.setObjectName("prompt.file");
     dialog.setOption(QFileDialog::DontUseNativeDialog, !m_isNative);
     dialog.setAcceptMode(isSaving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
@@ -132,7 +120,7 @@ int XQtPromptsDialog::RunFileDialog(XHWND parent, tagXFilePrompt& prompt, bool i
 
 int XQtPromptsDialog::ChooseFolder(XHWND parent, const XString& title, XString& path)
 {
-    QFileDialog dialog(WidgetOf(parent));
+    QFileDialog dialog(XfnFindOwnerWidget(parent));
     dialog.setObjectName("prompt.folder");
     dialog.setOption(QFileDialog::DontUseNativeDialog, !m_isNative);
     dialog.setOption(QFileDialog::ShowDirsOnly);
@@ -148,7 +136,7 @@ int XQtPromptsDialog::ChooseColor(XHWND parent, std::uint32_t& colour)
 {
     const QColor first(static_cast<int>(colour & 0xFF), static_cast<int>(colour >> 8 & 0xFF),
                        static_cast<int>(colour >> 16 & 0xFF));
-    QColorDialog dialog(first, WidgetOf(parent));
+    QColorDialog dialog(first, XfnFindOwnerWidget(parent));
     dialog.setObjectName("prompt.colour");
     dialog.setOption(QColorDialog::DontUseNativeDialog, !m_isNative);
     if (dialog.exec() != QDialog::Accepted) return 0;

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "vecprop/XNumberWidget.h"
+
+#include <QWidget>
+
+class QComboBox;
+
+/// A size and its unit: world units or pixels.
+class XAPI XLengthWidget : public QWidget
+{
+public:
+    explicit XLengthWidget(const QString& name, QWidget* parent = nullptr); ///< for screen readers
+
+    XNumberWidget& GetNumber() { return *m_number; }
+    QComboBox& GetUnit() { return *m_unit; }
+    void SetUnitHandler(std::function<void(int isPixels)> handler);
+    void ShowLength(const QString& text, bool isMixed, int isPixels);
+
+private:
+    XNumberWidget* m_number;
+    QComboBox* m_unit;
+};
