@@ -5,6 +5,7 @@
 #include "host/XConvertJob.h"
 #include "host/XMainWindow.h"
 #include "host/XRenderJob.h"
+#include "vecprop/XvcObjectDialogs.h"
 
 #include <QApplication>
 
@@ -84,6 +85,7 @@ int RunWindow(int argc, char** argv, const tagXCommandLine& line)
 
     XQtPromptsDialog prompts;
     XPrompts::Set(&prompts);
+    XfnBindObjectDialogs();
     XMainWindow window(TQL_VERSION);
     window.Place(line.windowSize, line.windowPos, line.hasWindowPos);
     if (!line.files.isEmpty()) window.OpenAfterFirstPaint(line.files);

@@ -6,24 +6,28 @@ const std::vector<tagXActionRow>& XfnActionTable()
 {
     // clang-format off
     static const std::vector<tagXActionRow> rows = {
-        {"file.open", "&Open...", {"Ctrl+O"}, {}, Symbol::Open, "Open raster files; the first one fills the view"},
+        {"file.open", "&Open...", {"Ctrl+O"}, {}, Symbol::Open, "Open raster and vector files; the first one fills the view"},
         {"file.clearRecent", "&Clear List", {}, {}, {}, "Forget the files opened before"},
-        {"file.close", "&Close Layer", {"Ctrl+W"}, {}, Symbol::Close, "Close the current layer"},
+        {"file.close", "&Close Layer", {"Ctrl+W"}, {}, Symbol::Close, "Close the current layer; its file stays as it is"},
         {"file.closeAll", "Close &All", {"Ctrl+Shift+W"}, {}, {}, "Close all layers"},
         {"file.quit", "&Quit", {"Ctrl+Q"}, {}, {}, "Leave the program"},
 
         {"edit.copyPosition", "Copy &Position", {"Ctrl+Shift+C"}, {}, Symbol::CopyPosition, "Copy the position under the pointer, with its coordinate system"},
         {"edit.copyGeographic", "Copy &Geographic Position", {}, {}, {}, "Copy the position under the pointer as latitude and longitude"},
 
+        {"edit.copyAttributes", "Copy &Attributes", {}, {"Ctrl+C"}, Symbol::CopyText, "Copy what is told of the selected object"},
+        {"edit.deselect", "&Deselect", {"Ctrl+Shift+A"}, {}, {}, "Select no object"},
+
         {"view.fitAll", "Fit &All", {"Ctrl+0"}, {"3"}, Symbol::FitAll, "Show all layers"},
         {"view.fitLayer", "Fit &Layer", {}, {"2"}, Symbol::FitLayer, "Show the whole current layer"},
+        {"view.fitObject", "Fit Selected Ob&ject", {}, {"F"}, {}, "Show the whole selected object"},
         {"view.oneToOne", "One &to One", {"Ctrl+1"}, {"1"}, Symbol::OneToOne, "One image pixel on one screen pixel"},
         {"view.zoomIn", "Zoom &In", {"Ctrl++", "Ctrl+="}, {"+", "="}, Symbol::ZoomIn, "See a smaller area, larger"},
         {"view.zoomOut", "Zoom &Out", {"Ctrl+-"}, {"-"}, Symbol::ZoomOut, "See a larger area, smaller"},
         {"view.zoomRect", "Zoom to &Rectangle", {}, {"Z"}, Symbol::ZoomRect, "Drag a rectangle open to see it as large as the window; Shift and drag does so at once", true},
         {"view.previous", "&Previous View", {"Alt+Left"}, {}, Symbol::Previous, "Go back to the view before"},
         {"view.next", "&Next View", {"Alt+Right"}, {}, Symbol::Next, "Go forward again"},
-        {"view.redraw", "Re&draw", {"F5"}, {}, {}, "Draw the image again"},
+        {"view.redraw", "Read Again and Re&draw", {"F5"}, {}, {}, "Read all open files again, as they are on the disk now, and draw them"},
         {"view.background", "&Background Colour...", {}, {}, {}, "Choose the colour around the image"},
         {"view.percent", "Scale in Per &Cent", {}, {}, {}, "Show the scale as image pixels in per cent of screen pixels", true},
         {"view.dms", "Degrees, Minutes, &Seconds", {}, {}, {}, "Show the geographic position in degrees, minutes and seconds", true},
@@ -36,6 +40,10 @@ const std::vector<tagXActionRow>& XfnActionTable()
         {"layer.up", "Move &Up", {"Ctrl+PgUp"}, {}, Symbol::Up, "Move the current layer one place up"},
         {"layer.down", "Move &Down", {"Ctrl+PgDown"}, {}, Symbol::Down, "Move the current layer one place down"},
         {"layer.top", "Move to &Top", {"Ctrl+Home"}, {}, Symbol::Top, "Move the current layer above all others"},
+        {"layer.rename", "&Rename", {"F2"}, {}, {}, "Give the current layer another name; its file keeps its own"},
+        {"layer.lock", "&Lock", {}, {}, Symbol::Lock, "Keep the current vector layer from being picked and changed", true},
+        {"layer.color", "&Colour...", {}, {}, {}, "Choose the colour of the current vector layer"},
+        {"layer.save", "&Save As XVC...", {}, {}, {}, "Keep the current vector file with its names and colours as a file of its own"},
         {"layer.next", "&Next Layer", {"Alt+PgDown"}, {}, {}, "Make the layer below the current one"},
         {"layer.previous", "&Previous Layer", {"Alt+PgUp"}, {}, {}, "Make the layer above the current one"},
 
@@ -62,10 +70,12 @@ const std::vector<tagXMenuRow>& XfnMenuTable()
 {
     static const std::vector<tagXMenuRow> rows = {
         {"&File", {"file.open", "@recent", "-", "file.close", "file.closeAll", "-", "file.quit"}},
-        {"&Edit", {"edit.copyPosition", "edit.copyGeographic"}},
+        {"&Edit",
+         {"edit.copyPosition", "edit.copyGeographic", "edit.copyAttributes", "-", "edit.deselect"}},
         {"&View",
          {"view.fitAll",
           "view.fitLayer",
+          "view.fitObject",
           "view.oneToOne",
           "view.zoomIn",
           "view.zoomOut",
@@ -86,8 +96,8 @@ const std::vector<tagXMenuRow>& XfnMenuTable()
           "@panels",
           "view.fullScreen"}},
         {"&Layer",
-         {"layer.visible", "-", "layer.up", "layer.down", "layer.top", "-", "layer.previous",
-          "layer.next"}},
+         {"layer.visible", "layer.lock", "layer.rename", "layer.color", "-", "layer.up",
+          "layer.down", "layer.top", "-", "layer.previous", "layer.next", "-", "layer.save"}},
         {"&Image",
          {"image.stretch", "image.colorTable", "-", "image.gray", "-", "image.natural",
           "image.falseColour", "image.shortWave", "-", "image.statistics", "image.pyramid"}},
@@ -135,6 +145,8 @@ QString XfnKeyMapText()
     text += "Move the view\tarrows, with Ctrl by a pixel; right or middle button, Space and drag\n"
             "Zoom\twheel, with Ctrl finely\n"
             "Zoom to a rectangle\tShift and drag\n"
-            "Leave a tool, stop a job, leave full screen\tEsc\n";
+            "Select an object\tclick\n"
+            "Move, close a layer in the list\tAlt+Up, Alt+Down; Del\n"
+            "Leave a tool, stop a job, deselect, leave full screen\tEsc\n";
     return text;
 }

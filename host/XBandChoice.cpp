@@ -79,6 +79,30 @@ XBandChoice::XBandChoice(XRSFile* file, XDMComposite* composite)
     Show();
 }
 
+XBandChoice::XBandChoice(XRSFile* file, XDMComposite* composite, const XBandChoice& before)
+    : XBandChoice(before)
+{
+    for (int channel = 0; channel < 3; ++channel)
+        Remember(channel); // while the bands of before are still shown
+    m_file = file;
+    m_composite = composite;
+    m_labels.clear();
+    ReadLabels();
+    const auto isThere = [this](int band) { return band >= 0 && band < GetBandCount(); };
+    if (!isThere(m_gray) || !isThere(m_rgb[0]) || !isThere(m_rgb[1]) || !isThere(m_rgb[2])) {
+        for (int channel = 0; channel < 3; ++channel)
+            m_composite->SetBand(nullptr, channel);
+        *this = XBandChoice(file, composite);
+        return;
+    }
+    std::fill(m_shown, m_shown + 3, -1); // the bands have other objects now
+    const int mode = m_isColour ? 1 : 0;
+    m_composite->SetMode(mode);
+    for (int channel = 0; channel < 3; ++channel)
+        PutBand(channel, m_isColour ? m_rgb[2 - channel] : channel == 0 ? m_gray : -1);
+    m_composite->UpdateNeeded();
+}
+
 void XBandChoice::ReadLabels()
 {
     for (int i = 0; i < m_file->GetNumOfBands(); ++i) {

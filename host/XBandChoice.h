@@ -35,6 +35,9 @@ class XBandChoice
 public:
     /// Both must outlive this object. Chooses the bands and the stretch of a first look.
     XBandChoice(XRSFile* file, XDMComposite* composite);
+    /// The same file read anew: takes over what `before` chose for its composite, which goes on
+    /// showing it. Bands that the file has no longer give way to those of a first look.
+    XBandChoice(XRSFile* file, XDMComposite* composite, const XBandChoice& before);
 
     int GetBandCount() const { return static_cast<int>(m_labels.size()); }
     const std::vector<tagXBandLabel>& GetLabels() const { return m_labels; }

@@ -3,33 +3,42 @@
 #include "foundation/platform/XPrompts.h"
 #include "foundation/platform/XQtText.h"
 #include "foundation/raster/XRSFileIO.h"
+#include "foundation/vector/XVectorIO.h"
 #include "host/XLayerPlacement.h"
-#include "host/XLayerStack.h"
+#include "host/XLayerTree.h"
 #include "host/XMainActions.h"
 #include "host/XOpenErrors.h"
 #include "host/XRasterFilters.h"
 #include "host/XRasterOpener.h"
 #include "host/XSessionSettings.h"
+#include "host/XVectorActions.h"
+#include "host/XVectorReader.h"
 
 #include <QAction>
 #include <QFileInfo>
 #include <QMenu>
 
-XFileActions::XFileActions(XHWND handle, XLayerStack& layers, XMainActions& actions,
-                           XSessionSettings& settings)
-    : m_handle(handle), m_layers(layers), m_actions(actions), m_settings(settings)
+XFileActions::XFileActions(XHWND handle, XLayerTree& tree, XVectorActions& vectors,
+                           XMainActions& actions, XSessionSettings& settings)
+    : m_handle(handle),
+      m_tree(tree),
+      m_layers(tree.GetRasters()),
+      m_vectors(vectors),
+      m_actions(actions),
+      m_settings(settings)
 {
     m_recent.SetPaths(m_settings.GetRecentFiles());
     Connect();
-    m_layers.AddObserver([this](LayerChange) { EnableActions(); });
+    m_tree.AddObserver([this](LayerChange) { EnableActions(); });
+    m_vectors.SetOpened([this](const QString& path) { Remember(path); });
     EnableActions();
 }
 
 void XFileActions::Connect()
 {
     m_actions.Connect("file.open", [this] { AskAndOpen(); });
-    m_actions.Connect("file.close", [this] { m_layers.Close(m_layers.GetCurrent()); });
-    m_actions.Connect("file.closeAll", [this] { m_layers.CloseAll(); });
+    m_actions.Connect("file.close", [this] { CloseCurrent(); });
+    m_actions.Connect("file.closeAll", [this] { CloseAll(); });
     m_actions.Connect("file.clearRecent", [this] {
         m_recent.Clear();
         m_settings.SetRecentFiles(m_recent.GetPaths());
@@ -40,7 +49,7 @@ void XFileActions::AskAndOpen()
 {
     tagXFilePrompt prompt;
     prompt.title = "Open";
-    prompt.filter = XfnFromQString(XfnRasterFilter());
+    prompt.filter = XfnFromQString(XfnOpenFilter());
     prompt.folder = XfnFromQString(m_settings.GetLastFolder());
     std::vector<XString> chosen;
     if (!XPrompts::Get()->OpenFiles(m_handle, prompt, true, chosen)) return;
@@ -66,17 +75,25 @@ int XFileActions::OpenAll(const QStringList& paths, XOpenErrors& errors)
         const bool isPlain = XfnIsPlainPath(given);
         const QString path = isPlain ? QFileInfo(given).absoluteFilePath() : given;
         QString message;
+        const bool isThere = isPlain && QFileInfo(path).isFile();
+        if (isThere && XfnHasVectorSuffix(path) && !XfnHasRasterSuffix(path)) {
+            m_vectors.Open(path); // when its turn comes
+            ++opened;
+            continue;
+        }
         Opening(QFileInfo(path).fileName());
         if (m_layers.Open(path, message)) {
             ++opened;
-            m_recent.Add(path);
-            if (isPlain) m_settings.SetLastFolder(QFileInfo(path).path());
+            Remember(path);
             const tagXLayer& layer = *m_layers.GetAt(0); // an opened layer is the top one
             if (XfnIsGrossMiss(layer.miss))
                 misplaced.append(layer.name + ": " + XfnPlacementText(layer.miss) + ".");
         } else if (const QStringList parts = AskForParts(path); !parts.isEmpty()) {
             for (int part = 0; part < parts.size(); ++part)
                 queue.insert(i + 1 + part, parts[part]);
+        } else if (isThere && XfnIsVectorFile(XfnFromQString(path))) {
+            m_vectors.Open(path);
+            ++opened;
         } else {
             errors.Add(given, message);
             if (isPlain && !QFileInfo::exists(path)) m_recent.MarkMissing(path);
@@ -88,7 +105,60 @@ int XFileActions::OpenAll(const QStringList& paths, XOpenErrors& errors)
     if (!misplaced.isEmpty())
         XPrompts::Get()->Message(m_handle, XfnFromQString("Shown, but not where it belongs:\n\n" +
                                                           misplaced.join('\n')));
+    m_vectors.Start();
     return opened;
+}
+
+void XFileActions::Remember(const QString& path)
+{
+    m_recent.Add(path);
+    m_settings.SetRecentFiles(m_recent.GetPaths());
+    if (XfnIsPlainPath(path)) m_settings.SetLastFolder(QFileInfo(path).path());
+}
+
+void XFileActions::CloseCurrent()
+{
+    const tagXTreeNode node = m_tree.GetCurrent();
+    const tagXVectorFile* file = m_tree.GetVectors().GetAt(node.index);
+    if (m_tree.IsLocked(node)) return;
+    const bool isAll = node.layer < 0 || (file && file->layers.size() < 2);
+    if (node.IsVector() && file && isAll && file->isEdited &&
+        !XPrompts::Get()->AskYesNo(
+            m_handle,
+            XfnFromQString(QString("%1 was changed here: names, order or layers. Close it without "
+                                   "saving that?\n\nThe file itself stays as it is.")
+                               .arg(file->name))))
+        return;
+    m_tree.Close(node);
+}
+
+void XFileActions::CloseAll()
+{
+    QStringList edited;
+    for (int i = 0; i < m_tree.GetVectors().GetCount(); ++i)
+        if (m_tree.GetVectors().GetAt(i)->isEdited)
+            edited.append(m_tree.GetVectors().GetAt(i)->name);
+    if (edited.isEmpty() ||
+        XPrompts::Get()->AskYesNo(
+            m_handle, XfnFromQString("These were changed here: names, order or layers. Close them "
+                                     "without saving that?\n\n" +
+                                     edited.join('\n'))))
+        m_tree.CloseAll();
+}
+
+void XFileActions::ReloadAll(const std::function<void(const QString&, const QString&)>& warn)
+{
+    for (int i = 0; i < m_layers.GetCount(); ++i) {
+        const QString path = m_layers.GetAt(i)->path;
+        QString message;
+        Opening(QFileInfo(path).fileName());
+        if (!m_layers.Reload(i, message) && warn)
+            warn(path,
+                 QString("%1 was not read again. (%2)").arg(m_layers.GetAt(i)->name, message));
+    }
+    Opening(QString());
+    m_vectors.ReloadAll();
+    m_vectors.Start();
 }
 
 void XFileActions::Opening(const QString& name)
@@ -127,7 +197,7 @@ int XFileActions::OpenDropped(const QStringList& paths)
         files += sorted.folderFiles;
     XOpenErrors errors; // folders without rasters are told in the same box
     for (const QString& folder : sorted.emptyFolders)
-        errors.Add(folder, "There is no raster in this folder.");
+        errors.Add(folder, "There is nothing in this folder that could be opened.");
     return OpenAll(files, errors);
 }
 
@@ -154,7 +224,9 @@ void XFileActions::FillRecentMenu(QMenu* menu)
 
 void XFileActions::EnableActions()
 {
-    const bool hasLayer = m_layers.GetCount() > 0;
-    m_actions.SetEnabled("file.close", hasLayer, "No image is open");
-    m_actions.SetEnabled("file.closeAll", hasLayer, "No image is open");
+    const bool hasLayer = m_tree.GetRowCount() > 0;
+    const bool isLocked = m_tree.IsLocked(m_tree.GetCurrent());
+    m_actions.SetEnabled("file.close", hasLayer && !isLocked,
+                         isLocked ? "The layer is locked" : "No file is open");
+    m_actions.SetEnabled("file.closeAll", hasLayer, "No file is open");
 }

@@ -5,8 +5,10 @@
 #include "foundation/raster/XDMCompManager.h"
 #include "foundation/raster/XDMComposite.h"
 #include "foundation/surface/XBackBuffer.h"
+#include "foundation/vector/XvcObj.h"
 #include "view/XViewKeys.h"
 
+#include <QGuiApplication>
 #include <QTimer>
 
 #include <algorithm>
@@ -17,6 +19,10 @@ namespace {
 
 constexpr double kMostScreenPixels = 256; // for one of the image
 constexpr double kLeastShare = 1.0 / 64;  // of the view for all layers
+constexpr double kLeastPart = 1e-6;       // of what is open, where there are no pixels
+constexpr double kPointShare = 1e-4;      // of its coordinates, to be seen around a point
+constexpr int kClickSlackPx = 3;          // a hand is not still
+constexpr int kRestMs = 40;
 
 } // namespace
 
@@ -53,17 +59,21 @@ bool XHostView::IsFitted()
 
 void XHostView::FitAll()
 {
+    double box[4] = {0, 0, 0, 0};
+    if (m_extent && m_extent(box)) return FitBox(box[0], box[1], box[2], box[3]);
     ZoomFit();
-    const XDMCompManager* manager = GetXDMCompManager();
-    std::array<double, 4> box{};
-    m_hasFit = manager && manager->IsRangeValid() &&
-               manager->CalcTotalRange(box[0], box[1], box[2], box[3]);
-    m_fitBox = box;
-    m_fitMapping = GetMapping();
+    m_hasFit = false;
 }
 
 void XHostView::FitBox(double minX, double minY, double maxX, double maxY)
 {
+    if (minX == maxX && minY == maxY) { // a point has no scale of its own
+        const double half = std::max({1e-6, std::fabs(minX), std::fabs(minY)}) * kPointShare;
+        minX -= half;
+        minY -= half;
+        maxX += half;
+        maxY += half;
+    }
     ZoomFitRect(minX, minY, maxX, maxY);
     m_hasFit = true;
     m_fitBox = {minX, minY, maxX, maxY};
@@ -75,22 +85,21 @@ bool XHostView::GetLimits(double& closest, double& farthest)
 {
     const XDMCompManager* manager = GetXDMCompManager();
     const XBackBuffer& buffer = *GetBackBuffer();
-    double minX = 0, minY = 0, maxX = 0, maxY = 0;
-    if (!manager || !manager->IsRangeValid() || buffer.GetWidth() < 1 || buffer.GetHeight() < 1 ||
-        !manager->CalcTotalRange(minX, minY, maxX, maxY))
+    double box[4] = {0, 0, 0, 0};
+    if (!manager || buffer.GetWidth() < 1 || buffer.GetHeight() < 1 || !m_extent || !m_extent(box))
         return false;
     const double whole =
-        std::max((maxX - minX) / buffer.GetWidth(), (maxY - minY) / buffer.GetHeight());
+        std::max((box[2] - box[0]) / buffer.GetWidth(), (box[3] - box[1]) / buffer.GetHeight());
     double finest = 0;
     for (int i = 0; i < manager->GetNumberOfXDMComposite(); ++i) {
         const XDMBand* band = manager->GetXDMCompositeAt(i)->GetFirstBand();
         const double length = band ? std::fabs(band->GetXPixelSize()) : 0;
         if (length > 0 && (finest == 0 || length < finest)) finest = length;
     }
-    closest = finest / kMostScreenPixels;
+    closest = finest > 0 ? finest / kMostScreenPixels : whole * kLeastPart;
     // a single pixel may be seen from as far as a large image may be from near
     farthest = std::max(whole / kLeastShare, finest);
-    return finest > 0 && std::isfinite(farthest) && farthest > closest;
+    return closest > 0 && std::isfinite(farthest) && farthest > closest;
 }
 
 bool XHostView::CanZoom(bool isIn)
@@ -141,6 +150,61 @@ void XHostView::HandleMouseMessage(XHWND window, unsigned message, XWPARAM wPara
     XTQSpaceView::HandleMouseMessage(window, message, wParam, lParam);
 }
 
+void XHostView::ShowSelected(XvcObj* object)
+{
+    XObList& selection = *GetSelectedObj();
+    if (!object && selection.GetCount() == 0) return;
+    selection.RemoveAll();
+    if (object) selection.AddTail(object);
+    GetOverlay().Raise({XViewBuffer::TempVertex, XViewBuffer::TempBack});
+    Repaint(Reason::SelectionCleared);
+}
+
+// The library's own tool drops the selection at the slightest move; here it stands until another
+// click.
+void XHostView::HandleMouseNoneMessage(XHWND, unsigned message, XWPARAM wParam, XLPARAM lParam)
+{
+    const QPoint pixel(XfnPackedX(lParam), XfnPackedY(lParam));
+    switch (message) {
+    case kMsgLButtonDown:
+        m_isPressed = wParam == kFlagLeft;
+        m_pressed = pixel;
+        break;
+    case kMsgMouseMove:
+        if (wParam == 0) LookForTarget(pixel.x(), pixel.y());
+        if ((pixel - m_pressed).manhattanLength() > kClickSlackPx) m_isPressed = false;
+        break;
+    case kMsgLButtonUp:
+        if (std::exchange(m_isPressed, false) && m_clicked) m_clicked(pixel.x(), pixel.y());
+        break;
+    default:
+        m_isPressed = false;
+        break;
+    }
+}
+
+// Looked for once the pointer rests for a moment: a move must cost nothing.
+void XHostView::LookForTarget(int x, int y)
+{
+    m_rested = QPoint(x, y);
+    if (!m_isTarget || std::exchange(m_isTargetDue, true)) return;
+    QTimer::singleShot(kRestMs, this, [this] {
+        m_isTargetDue = false;
+        const bool isOver = GetMode() == XGVMessageManager::kModeNone && m_isTarget &&
+                            m_isTarget(m_rested.x(), m_rested.y());
+        if (std::exchange(m_isOverTarget, isOver) != isOver) OnSetCursor();
+    });
+}
+
+int XHostView::OnSetCursor()
+{
+    const bool isMoved = QGuiApplication::mouseButtons() != Qt::NoButton;
+    if (!m_isOverTarget || isMoved || GetMode() != XGVMessageManager::kModeNone)
+        return XTQSpaceView::OnSetCursor();
+    if (cursor().shape() != Qt::PointingHandCursor) setCursor(Qt::PointingHandCursor);
+    return 1;
+}
+
 void XHostView::HandleKeyboardMessage(XHWND window, unsigned message, XWPARAM wParam,
                                       XLPARAM lParam)
 {
@@ -153,8 +217,8 @@ void XHostView::OnSize(int width, int height)
     const bool isFitted = IsFitted();
     const Mapping before = GetMapping();
     XTQSpaceView::OnSize(width, height);
-    const XDMCompManager* manager = GetXDMCompManager();
-    if (width < 1 || height < 1 || !manager || manager->GetNumberOfXDMComposite() == 0) return;
+    double box[4] = {0, 0, 0, 0};
+    if (width < 1 || height < 1 || !m_extent || !m_extent(box)) return;
     if (isFitted) {
         // on the surface itself: a fit of the view would report a command that nobody gave
         GetBackBuffer()->ZoomFit(m_fitBox[0], m_fitBox[1], m_fitBox[2], m_fitBox[3]);

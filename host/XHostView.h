@@ -2,6 +2,8 @@
 
 #include "view/XTQSpaceView.h"
 
+#include <QPoint>
+
 #include <array>
 #include <functional>
 
@@ -11,17 +13,34 @@
 /// of shape there and back. This one keeps centre and scale, unless the view still shows a box that
 /// it was fitted to: that box is fitted again. The pointer does not take the keyboard away from a
 /// text box; a click and the wheel do. Dragging with the left button and Shift pulls a zoom rectangle
-/// open without a change of mode before. User interface thread.
+/// open without a change of mode before.
+///
+/// Without a tool at work a click tells its place, so that the object there can be selected, and what
+/// is selected stays so until something else is. Where a click would hit, the cursor is a hand.
+/// What is told to be its extent is what it fits and what limits its zoom. User interface thread.
 class XHostView : public XTQSpaceView
 {
 public:
     explicit XHostView(QWidget* parent);
     ~XHostView() override;
 
-    void FitAll(); ///< fits all layers; without any range, one world unit a pixel
+    /// Asked for the box of everything that is open, minimum x, minimum y, maximum x, maximum y.
+    void SetExtent(std::function<bool(double (&box)[4])> extent) { m_extent = std::move(extent); }
+    /// Told of a click of the left button, in device pixels.
+    void SetClicked(std::function<void(int x, int y)> clicked) { m_clicked = std::move(clicked); }
+    /// Asked whether a click at a device pixel would hit something, when the pointer rests there.
+    void SetIsTarget(std::function<bool(int x, int y)> isTarget)
+    {
+        m_isTarget = std::move(isTarget);
+    }
+    /// Shows one object with its outline and control points, null for none.
+    void ShowSelected(XvcObj* object);
+
+    void FitAll(); ///< fits all that is open; without any range, one world unit a pixel
     void FitBox(double minX, double minY, double maxX, double maxY);
     /// Zooms by a full step about the centre, unless that leads beyond the limits: an image pixel is
-    /// at most 256 screen pixels wide, and all layers together at least a 64th of the view.
+    /// at most 256 screen pixels wide, and all layers together at least a 64th of the view; without
+    /// images the view shows at least a millionth of what is open.
     void ZoomStep(bool isIn);
     /// Brings a view that a rectangle or a pinch took beyond the limits back to them.
     void KeepInLimits();
@@ -40,6 +59,9 @@ public:
     int OnMouseWheel(unsigned flags, int delta, int screenX, int screenY) override;
     void HandleMouseMessage(XHWND window, unsigned message, XWPARAM wParam,
                             XLPARAM lParam) override;
+    void HandleMouseNoneMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                XLPARAM lParam) override;
+    int OnSetCursor() override;
     void HandleKeyboardMessage(XHWND window, unsigned message, XWPARAM wParam,
                                XLPARAM lParam) override;
 
@@ -53,12 +75,21 @@ private:
     Mapping GetMapping();
     void SetMapping(const Mapping& mapping);
     void ZoomByKey(int in) override { ZoomStep(in != 0); }
+    void LookForTarget(int x, int y);
     bool GetLimits(double& closest, double& farthest);
     bool CanZoom(bool isIn);
 
     bool m_hasFit = false;
     std::array<double, 4> m_fitBox{}; // minimum x, y, maximum x, y
     Mapping m_fitMapping{};
+    std::function<bool(double (&)[4])> m_extent;
+    std::function<void(int, int)> m_clicked;
+    std::function<bool(int, int)> m_isTarget;
+    bool m_isPressed = false; // the left button, where it may become a click
+    QPoint m_pressed;
+    QPoint m_rested;
+    bool m_isTargetDue = false;
+    bool m_isOverTarget = false;
     std::function<void()> m_firstPaint;
     std::function<void()> m_afterPaint;
     std::function<void(bool)> m_busyChanged;

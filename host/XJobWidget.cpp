@@ -14,22 +14,22 @@ constexpr int kBarLetters = 14;
 
 } // namespace
 
-XJobWidget::XJobWidget(XJobRunner& jobs, QWidget* parent)
+XJobWidget::XJobWidget(XJobRunner& jobs, QWidget* parent, const QString& name)
     : QWidget(parent),
       m_jobs(jobs),
       m_title(new QLabel(this)),
       m_bar(new QProgressBar(this)),
       m_cancel(new QToolButton(this))
 {
-    setObjectName("status.job");
+    setObjectName(name);
     const int letter = fontMetrics().averageCharWidth();
-    m_title->setObjectName("status.job.title");
+    m_title->setObjectName(name + ".title");
     m_title->setMaximumWidth(kTitleLetters * letter);
-    m_bar->setObjectName("status.job.progress");
+    m_bar->setObjectName(name + ".progress");
     m_bar->setAccessibleName("Progress of the job");
     m_bar->setFixedWidth(kBarLetters * letter);
     m_bar->setMaximumHeight(fontMetrics().height() + 4);
-    m_cancel->setObjectName("status.job.cancel");
+    m_cancel->setObjectName(name + ".cancel");
     m_cancel->setText("Cancel");
     m_cancel->setToolTip("Cancel (Esc)");
     m_cancel->setAccessibleName("Cancel the job");

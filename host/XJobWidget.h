@@ -12,7 +12,8 @@ class XJobRunner;
 class XJobWidget : public QWidget
 {
 public:
-    XJobWidget(XJobRunner& jobs, QWidget* parent);
+    /// @param name  of the object; its parts have it with an ending
+    XJobWidget(XJobRunner& jobs, QWidget* parent, const QString& name = "status.job");
     void Follow(); ///< shows the present state of the runner
 
 private:

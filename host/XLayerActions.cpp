@@ -1,23 +1,21 @@
 #include "host/XLayerActions.h"
 
-#include "host/XLayerStack.h"
+#include "host/XLayerTree.h"
 #include "host/XMainActions.h"
 
 #include <QAction>
 
-XLayerActions::XLayerActions(XLayerStack& layers, XMainActions& actions)
-    : m_layers(layers), m_actions(actions)
+XLayerActions::XLayerActions(XLayerTree& tree, XMainActions& actions)
+    : m_tree(tree), m_layers(tree.GetRasters()), m_actions(actions)
 {
     m_actions.Connect("layer.visible", [this] {
-        m_layers.SetVisible(m_layers.GetCurrent(), m_actions.Get("layer.visible")->isChecked());
+        m_tree.SetVisible(m_tree.GetCurrent(), m_actions.Get("layer.visible")->isChecked());
     });
-    m_actions.Connect("layer.up",
-                      [this] { m_layers.Move(m_layers.GetCurrent(), m_layers.GetCurrent() - 1); });
-    m_actions.Connect("layer.down",
-                      [this] { m_layers.Move(m_layers.GetCurrent(), m_layers.GetCurrent() + 1); });
-    m_actions.Connect("layer.top", [this] { m_layers.Move(m_layers.GetCurrent(), 0); });
-    m_actions.Connect("layer.next", [this] { m_layers.SetCurrent(m_layers.GetCurrent() + 1); });
-    m_actions.Connect("layer.previous", [this] { m_layers.SetCurrent(m_layers.GetCurrent() - 1); });
+    m_actions.Connect("layer.up", [this] { MoveBy(-1); });
+    m_actions.Connect("layer.down", [this] { MoveBy(1); });
+    m_actions.Connect("layer.top", [this] { m_tree.Move(m_tree.GetCurrent(), 0); });
+    m_actions.Connect("layer.next", [this] { m_tree.SetCurrent(m_tree.GetNeighbour(1)); });
+    m_actions.Connect("layer.previous", [this] { m_tree.SetCurrent(m_tree.GetNeighbour(-1)); });
     m_actions.Connect("image.gray", [this] {
         const bool isGray = m_actions.Get("image.gray")->isChecked();
         m_layers.ChangeBands(m_layers.GetCurrent(),
@@ -26,7 +24,9 @@ XLayerActions::XLayerActions(XLayerStack& layers, XMainActions& actions)
     ConnectPreset("image.natural", BandPreset::Natural);
     ConnectPreset("image.falseColour", BandPreset::FalseColour);
     ConnectPreset("image.shortWave", BandPreset::ShortWave);
-    m_layers.AddObserver([this](LayerChange) { EnableActions(); });
+    m_tree.AddObserver([this](LayerChange change) {
+        if (change != LayerChange::Closing) EnableActions();
+    });
     EnableActions();
 }
 
@@ -38,21 +38,39 @@ void XLayerActions::ConnectPreset(const char* id, BandPreset preset)
     });
 }
 
+void XLayerActions::MoveBy(int step)
+{
+    const tagXTreeNode node = m_tree.GetCurrent();
+    m_tree.Move(node, m_tree.GetSiblingIndex(node) + step);
+}
+
+void XLayerActions::EnableLayerMenu()
+{
+    const tagXTreeNode& node = m_tree.GetCurrent();
+    const bool isAny = m_tree.IsNode(node);
+    const QString none = "Open a file first";
+    m_actions.SetEnabled("layer.visible", isAny, none);
+    m_actions.SetChecked("layer.visible", isAny && m_tree.IsVisible(node));
+    m_actions.SetEnabled("layer.rename", isAny && !m_tree.IsLocked(node),
+                         isAny ? QString("The layer is locked") : none);
+    const int place = m_tree.GetSiblingIndex(node);
+    const QString top = isAny ? "The current layer is the top one of its kind" : none;
+    const QString bottom = isAny ? "The current layer is the lowest one of its kind" : none;
+    for (const char* id : {"layer.up", "layer.top"})
+        m_actions.SetEnabled(id, isAny && place > 0, top);
+    m_actions.SetEnabled("layer.down", isAny && place + 1 < m_tree.GetSiblingCount(node), bottom);
+    m_actions.SetEnabled("layer.previous", m_tree.IsNode(m_tree.GetNeighbour(-1)),
+                         isAny ? QString("The current layer is the first one") : none);
+    m_actions.SetEnabled("layer.next", m_tree.IsNode(m_tree.GetNeighbour(1)),
+                         isAny ? QString("The current layer is the last one") : none);
+}
+
 void XLayerActions::EnableActions()
 {
+    EnableLayerMenu();
     const int current = m_layers.GetCurrent();
-    const int count = m_layers.GetCount();
     const tagXLayer* layer = m_layers.GetAt(current);
     const QString noLayer = "Open an image first";
-    m_actions.SetEnabled("layer.visible", layer, noLayer);
-    m_actions.SetChecked("layer.visible", layer && m_layers.IsVisible(current));
-    const QString top = layer ? "The current layer is the top one" : noLayer;
-    const QString bottom = layer ? "The current layer is the lowest one" : noLayer;
-    for (const char* id : {"layer.up", "layer.top", "layer.previous"})
-        m_actions.SetEnabled(id, current > 0, top);
-    for (const char* id : {"layer.down", "layer.next"})
-        m_actions.SetEnabled(id, layer && current + 1 < count, bottom);
-
     const bool canChoose = layer && layer->bands->GetBandCount() > 1;
     m_actions.SetEnabled("image.gray", canChoose, layer ? "The image has a single band" : noLayer);
     m_actions.SetChecked("image.gray", layer && !layer->bands->IsColour());

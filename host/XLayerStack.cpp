@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 XLayerStack::XLayerStack(XDMCompManager* manager) : m_manager(manager) {}
 
@@ -67,7 +68,7 @@ bool XLayerStack::Open(const QString& path, QString& message)
     layer->composite = m_manager->NewXDMComposite(0);
     layer->composite->SetName(XfnFromQString(layer->name));
     layer->bands = std::make_unique<XBandChoice>(layer->file.get(), layer->composite);
-    if (m_layers.empty()) {
+    if (m_layers.empty() && !(m_isPlaced && m_isPlaced())) {
         const XDMBand* first = layer->composite->GetFirstBand();
         m_manager->SetSR(first ? first->GetSR() : nullptr);
     }
@@ -76,6 +77,43 @@ bool XLayerStack::Open(const QString& path, QString& message)
     m_layers.insert(m_layers.begin(), std::move(layer));
     m_current = 0;
     Tell(LayerChange::List);
+    return true;
+}
+
+bool XLayerStack::Reload(int index, QString& message)
+{
+    if (!GetAt(index)) return false;
+    auto file = XfnOpenRaster(GetAt(index)->path, message);
+    if (!file) return false;
+    const int current = std::exchange(m_current, index); // no other row is chosen by that
+    Tell(LayerChange::Closing);
+    tagXLayer& layer = *m_layers[static_cast<std::size_t>(index)];
+    // the bands of before go last: the composite lets them go when it is given the others
+    auto bands = std::make_unique<XBandChoice>(file.get(), layer.composite, *layer.bands);
+    std::swap(layer.bands, bands);
+    std::swap(layer.file, file);
+    bands.reset();
+    if (m_layers.size() == 1 && !(m_isPlaced && m_isPlaced())) {
+        const XDMBand* first = layer.composite->GetFirstBand();
+        m_manager->SetSR(first ? first->GetSR() : nullptr);
+    }
+    layer.miss = layer.composite->GetPlacementMiss();
+    layer.composite->UpdateNeeded();
+    file.reset();
+    m_current = current;
+    Tell(LayerChange::List);
+    return true;
+}
+
+bool XLayerStack::Rename(int index, const QString& name)
+{
+    const QString wanted = name.simplified();
+    if (!GetAt(index) || wanted.isEmpty()) return false;
+    tagXLayer& layer = *m_layers[static_cast<std::size_t>(index)];
+    if (layer.name == wanted) return true;
+    layer.name = wanted;
+    layer.composite->SetName(XfnFromQString(wanted));
+    Tell(LayerChange::Appearance);
     return true;
 }
 

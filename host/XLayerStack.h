@@ -44,6 +44,8 @@ public:
     ~XLayerStack(); ///< closes all
 
     void AddObserver(std::function<void(LayerChange)> observer);
+    /// Asked before the first layer gives the view its coordinate system: true keeps that of before.
+    void SetIsPlaced(std::function<bool()> isPlaced) { m_isPlaced = std::move(isPlaced); }
 
     int GetCount() const { return static_cast<int>(m_layers.size()); }
     const tagXLayer* GetAt(int index) const;     ///< null out of range
@@ -51,11 +53,18 @@ public:
     void SetCurrent(int index);
 
     /// Opens a raster on top, with the bands and the stretch of a first look, and makes it current.
-    /// The first layer gives the stack its coordinate system.
+    /// The first layer gives the view its coordinate system, unless something else that is open has.
     /// @return false with a sentence that does not repeat the path; the stack is then unchanged
     bool Open(const QString& path, QString& message);
     void Close(int index);
     void CloseAll();
+
+    /// Reads the file of a layer again, as it is on the disk now. Name, place, bands, stretch and all
+    /// else of its look stay, as far as the file still has the bands.
+    /// @return false with a sentence that does not repeat the path; the layer is then as it was
+    bool Reload(int index, QString& message);
+    /// An empty name is refused with false.
+    bool Rename(int index, const QString& name);
 
     /// Puts a layer at another place; both indices as they are before the move.
     void Move(int from, int to);
@@ -77,6 +86,7 @@ private:
 
     XDMCompManager* m_manager;
     std::vector<std::function<void(LayerChange)>> m_observers;
+    std::function<bool()> m_isPlaced;
     std::vector<std::unique_ptr<tagXLayer>> m_layers;
     int m_current = -1;
 };

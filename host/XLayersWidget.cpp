@@ -1,26 +1,35 @@
 #include "host/XLayersWidget.h"
 
-#include "host/XLayerListModel.h"
 #include "host/XLayerReport.h"
-#include "host/XLayerStack.h"
+#include "host/XLayerTree.h"
+#include "host/XLayerTreeModel.h"
 #include "host/XMainActions.h"
+#include "host/XObjectReport.h"
 #include "host/XPropertyTableModel.h"
 
 #include <QAction>
 #include <QHeaderView>
 #include <QLabel>
-#include <QListView>
+#include <QMenu>
+#include <QShortcut>
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QSpinBox>
 #include <QTableView>
 #include <QToolButton>
+#include <QTreeView>
 #include <QVBoxLayout>
 
-XLayersWidget::XLayersWidget(XLayerStack& stack, XMainActions& actions, QWidget* parent)
+namespace {
+
+constexpr int kMostShownChildren = 12; // a drawing of a hundred layers starts closed up
+
+} // namespace
+
+XLayersWidget::XLayersWidget(XLayerTree& tree, XMainActions& actions, QWidget* parent)
     : QWidget(parent),
-      m_stack(stack),
-      m_layers(new XLayerListModel(stack)),
+      m_tree(tree),
+      m_layers(new XLayerTreeModel(tree)),
       m_properties(new XPropertyTableModel)
 {
     m_layers->setParent(this);
@@ -28,37 +37,90 @@ XLayersWidget::XLayersWidget(XLayerStack& stack, XMainActions& actions, QWidget*
     setObjectName("layers");
     setAccessibleName("Layers");
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(MakeList(), 1);
+    layout->addWidget(MakeTree(actions), 3);
     layout->addWidget(MakeButtons(actions));
     layout->addWidget(MakeOpacity());
     layout->addWidget(MakeProperties(), 2);
-    m_stack.AddObserver([this](LayerChange change) {
+    MakeMenu(actions);
+    actions.Connect("layer.rename", [this] { RenameCurrent(); });
+    m_tree.AddObserver([this](LayerChange change) {
         if (change == LayerChange::Closing) return;
-        ShowStack();
+        if (change == LayerChange::List) ExpandRows();
+        ShowTree();
         ShowProperties();
     });
-    ShowStack();
+    ShowTree();
 }
 
 XLayersWidget::~XLayersWidget() = default;
 
-QWidget* XLayersWidget::MakeList()
+QWidget* XLayersWidget::MakeTree(XMainActions& actions)
 {
-    m_list = new QListView(this);
-    m_list->setObjectName("layers.list");
-    m_list->setAccessibleName("Layers, the top one first");
-    m_list->setModel(m_layers);
-    m_list->setMinimumHeight(60);
-    m_list->setSelectionMode(QAbstractItemView::SingleSelection);
-    m_list->setDragDropMode(QAbstractItemView::InternalMove);
-    m_list->setDefaultDropAction(Qt::MoveAction);
-    m_list->setDragDropOverwriteMode(false);
-    m_list->setTextElideMode(Qt::ElideMiddle);
-    QObject::connect(m_list->selectionModel(), &QItemSelectionModel::currentChanged, this,
+    m_view = new QTreeView(this);
+    m_view->setObjectName("layers.list");
+    m_view->setAccessibleName("Layers, the top one first");
+    m_view->setModel(m_layers);
+    m_view->setMinimumHeight(5 * (fontMetrics().height() + 4));
+    m_view->setHeaderHidden(true);
+    m_view->header()->setStretchLastSection(false);
+    m_view->header()->setSectionResizeMode(XLayerTreeModel::Name, QHeaderView::Stretch);
+    m_view->header()->setSectionResizeMode(XLayerTreeModel::Lock, QHeaderView::Fixed);
+    m_view->header()->resizeSection(XLayerTreeModel::Lock, fontMetrics().height() + 10);
+    m_view->setIndentation(fontMetrics().height());
+    m_view->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_view->setDragDropMode(QAbstractItemView::InternalMove);
+    m_view->setDefaultDropAction(Qt::MoveAction);
+    m_view->setDragDropOverwriteMode(false);
+    m_view->setEditTriggers(QAbstractItemView::EditKeyPressed);
+    m_view->setTextElideMode(Qt::ElideMiddle);
+    m_view->setContextMenuPolicy(Qt::CustomContextMenu);
+    QObject::connect(m_view->selectionModel(), &QItemSelectionModel::currentChanged, this,
                      [this](const QModelIndex& current) {
-                         if (current.isValid()) m_stack.SetCurrent(current.row());
+                         if (current.isValid()) m_tree.SetCurrent(m_layers->GetNode(current));
                      });
-    return m_list;
+    QObject::connect(m_view, &QTreeView::clicked, this, [this](const QModelIndex& index) {
+        const tagXTreeNode node = m_layers->GetNode(index);
+        if (index.column() == XLayerTreeModel::Lock && node.IsVector())
+            m_tree.GetVectors().SetLocked(node.GetPlace(), !m_tree.IsLocked(node));
+    });
+    QObject::connect(m_view, &QTreeView::collapsed, this, [this](const QModelIndex& index) {
+        if (!m_isExpanding) m_collapsed.insert(m_tree.GetPath(m_layers->GetNode(index)));
+    });
+    QObject::connect(m_view, &QTreeView::expanded, this, [this](const QModelIndex& index) {
+        if (!m_isExpanding) m_collapsed.remove(m_tree.GetPath(m_layers->GetNode(index)));
+    });
+    for (const auto& [key, id] : {std::pair{Qt::ALT | Qt::Key_Up, "layer.up"},
+                                  std::pair{Qt::ALT | Qt::Key_Down, "layer.down"},
+                                  std::pair{QKeyCombination(Qt::Key_Delete), "file.close"}}) {
+        auto* shortcut = new QShortcut(key, m_view);
+        shortcut->setContext(Qt::WidgetShortcut); // not while a name is typed
+        QObject::connect(shortcut, &QShortcut::activated, actions.Get(id), &QAction::trigger);
+    }
+    return m_view;
+}
+
+void XLayersWidget::MakeMenu(XMainActions& actions)
+{
+    m_menu = new QMenu(this);
+    m_menu->setObjectName("layers.menu");
+    for (const char* id : {"view.fitLayer", "-", "layer.visible", "layer.lock", "layer.rename",
+                           "layer.color", "-", "layer.save", "file.close"}) {
+        if (*id == '-')
+            m_menu->addSeparator();
+        else
+            m_menu->addAction(actions.Get(id));
+    }
+    QObject::connect(m_view, &QWidget::customContextMenuRequested, this, [this](const QPoint& at) {
+        if (m_view->indexAt(at).isValid()) m_menu->popup(m_view->viewport()->mapToGlobal(at));
+    });
+}
+
+void XLayersWidget::RenameCurrent()
+{
+    const QModelIndex index = m_layers->GetIndex(m_tree.GetCurrent());
+    if (!index.isValid()) return;
+    m_view->setFocus();
+    m_view->edit(index);
 }
 
 QWidget* XLayersWidget::MakeButtons(XMainActions& actions)
@@ -98,7 +160,10 @@ QWidget* XLayersWidget::MakeOpacity()
     layout->addWidget(label);
     layout->addWidget(m_opacity, 1);
     layout->addWidget(m_opacityBox);
-    const auto take = [this](int percent) { m_stack.SetOpacity(m_stack.GetCurrent(), percent); };
+    const auto take = [this](int percent) {
+        if (m_tree.GetCurrent().IsRaster())
+            m_tree.GetRasters().SetOpacity(m_tree.GetCurrent().index, percent);
+    };
     QObject::connect(m_opacity, &QSlider::valueChanged, this, take);
     QObject::connect(m_opacityBox, &QSpinBox::valueChanged, this, take);
     return row;
@@ -124,22 +189,43 @@ QWidget* XLayersWidget::MakeProperties()
     return table;
 }
 
-void XLayersWidget::ShowStack()
+// A list that was made anew starts closed up.
+void XLayersWidget::ExpandRows()
 {
-    const int current = m_stack.GetCurrent();
-    m_list->setCurrentIndex(m_layers->index(current));
-    const int percent = current >= 0 ? m_stack.GetOpacity(current) : 100;
+    m_isExpanding = true;
+    for (int row = 0; row < m_layers->rowCount(); ++row) {
+        const QModelIndex index = m_layers->index(row, 0);
+        const int children = m_layers->rowCount(index);
+        m_view->setExpanded(index, children > 0 && children <= kMostShownChildren &&
+                                       !m_collapsed.contains(m_tree.GetPath(m_tree.GetNode(row))));
+    }
+    m_isExpanding = false;
+}
+
+void XLayersWidget::ShowTree()
+{
+    const tagXTreeNode& current = m_tree.GetCurrent();
+    m_view->setCurrentIndex(m_layers->GetIndex(current));
+    const bool isRaster = current.IsRaster();
+    const int percent = isRaster ? m_tree.GetRasters().GetOpacity(current.index) : 100;
     const QSignalBlocker sliderBlocker(m_opacity);
     const QSignalBlocker boxBlocker(m_opacityBox);
     m_opacity->setValue(percent);
     m_opacityBox->setValue(percent);
-    m_opacity->setEnabled(current >= 0);
-    m_opacityBox->setEnabled(current >= 0);
+    m_opacity->setEnabled(isRaster);
+    m_opacityBox->setEnabled(isRaster);
 }
 
 void XLayersWidget::ShowProperties()
 {
-    const tagXLayer* layer = m_stack.GetAt(m_stack.GetCurrent());
-    if (m_properties->SetRows(layer ? XfnLayerReport(*layer) : XPropertyTableModel::Rows{}))
-        m_table->resizeRowsToContents();
+    const tagXTreeNode& node = m_tree.GetCurrent();
+    XPropertyTableModel::Rows rows;
+    if (const tagXLayer* layer = m_tree.GetRasters().GetAt(node.index); node.IsRaster() && layer)
+        rows = XfnLayerReport(*layer);
+    else if (const tagXVectorFile* file = m_tree.GetVectors().GetAt(node.index);
+             node.IsVector() && file) {
+        const tagXVectorLayer* one = m_tree.GetVectors().GetLayerAt(node.GetPlace());
+        rows = XfnVectorReport(*file, one ? one->layer : nullptr);
+    }
+    if (m_properties->SetRows(std::move(rows))) m_table->resizeRowsToContents();
 }

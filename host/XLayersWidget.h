@@ -1,37 +1,50 @@
 #pragma once
 
+#include <QSet>
+#include <QString>
 #include <QWidget>
 
-class QListView;
+class QMenu;
 class QSlider;
 class QSpinBox;
 class QTableView;
-class XLayerListModel;
-class XLayerStack;
+class QTreeView;
+class XLayerTree;
+class XLayerTreeModel;
 class XMainActions;
 class XPropertyTableModel;
 
-/// The layers panel: the list with its check marks, the buttons that move and close the current
-/// layer, its opacity, and what its file is. Shows the stack; all changes go through it.
+/// The layers panel: the tree with its check marks and locks, the buttons that move and close the
+/// current layer, the opacity of a raster, and what its file is. Shows the tree; all changes go
+/// through it.
+///
+/// Keys in the tree: F2 renames, Del closes, Alt+Up and Alt+Down move, Space shows and hides.
 class XLayersWidget : public QWidget
 {
 public:
-    XLayersWidget(XLayerStack& stack, XMainActions& actions, QWidget* parent);
+    XLayersWidget(XLayerTree& tree, XMainActions& actions, QWidget* parent);
     ~XLayersWidget() override;
 
+    void RenameCurrent(); ///< opens the box of the current row's name
+
 private:
-    QWidget* MakeList();
+    QWidget* MakeTree(XMainActions& actions);
+    void MakeMenu(XMainActions& actions);
     QWidget* MakeButtons(XMainActions& actions);
     QWidget* MakeOpacity();
     QWidget* MakeProperties();
-    void ShowStack();
+    void ShowTree();
+    void ExpandRows();
     void ShowProperties();
 
-    XLayerStack& m_stack;
-    XLayerListModel* m_layers;
+    XLayerTree& m_tree;
+    XLayerTreeModel* m_layers;
     XPropertyTableModel* m_properties;
-    QListView* m_list = nullptr;
+    QTreeView* m_view = nullptr;
+    QMenu* m_menu = nullptr;
     QSlider* m_opacity = nullptr;
     QSpinBox* m_opacityBox = nullptr;
     QTableView* m_table = nullptr;
+    QSet<QString> m_collapsed; // paths of files that the user closed up
+    bool m_isExpanding = false;
 };

@@ -6,6 +6,7 @@
 #include "foundation/raster/XDMComposite.h"
 #include "foundation/raster/XRSFile.h"
 #include "host/XActionTable.h"
+#include "host/XAttributesWidget.h"
 #include "host/XBandsWidget.h"
 #include "host/XFileActions.h"
 #include "host/XHostView.h"
@@ -13,14 +14,17 @@
 #include "host/XJobWidget.h"
 #include "host/XLayerActions.h"
 #include "host/XLayerPlacement.h"
-#include "host/XLayerStack.h"
+#include "host/XLayerTree.h"
 #include "host/XLayersWidget.h"
 #include "host/XLevelActions.h"
 #include "host/XLevelBar.h"
 #include "host/XMainActions.h"
 #include "host/XNoticeBar.h"
+#include "host/XObjectActions.h"
+#include "host/XObjectPicker.h"
 #include "host/XReadOut.h"
 #include "host/XStatusWidget.h"
+#include "host/XVectorActions.h"
 #include "host/XViewActions.h"
 #include "host/XWindowPlacement.h"
 #include "view/XViewKeys.h"
@@ -35,6 +39,8 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QTabBar>
+#include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -101,24 +107,52 @@ XMainWindow::XMainWindow(const QString& version)
     column->addWidget(m_view, 1);
     setCentralWidget(middle);
     m_view->Create();
-    m_layers = std::make_unique<XLayerStack>(m_view->GetXDMCompManager());
-    m_status = new XStatusWidget(this);
-    setStatusBar(m_status);
-    m_readOut = std::make_unique<XReadOut>(*m_view, *m_layers, *m_status);
-    m_files = std::make_unique<XFileActions>(GetHWND(), *m_layers, *m_actions, m_settings);
-    m_viewActions = std::make_unique<XViewActions>(*this, GetHWND(), *m_view, *m_layers, *m_actions,
-                                                   *m_readOut, m_settings);
-    m_layerActions = std::make_unique<XLayerActions>(*m_layers, *m_actions);
+    MakeModels();
     MakeJobs();
     MakePanels();
     MakeMenus();
     ConnectOthers();
-    m_layers->AddObserver([this](LayerChange change) {
+    ConnectView();
+    m_view->Initialize(GetHWND(), kHostMessage);
+    m_view->setFocus();
+    FollowLayers();
+    m_firstLayout = saveState();
+    restoreState(m_settings.GetWindowLayout());
+}
+
+void XMainWindow::MakeModels()
+{
+    m_layers = std::make_unique<XLayerStack>(m_view->GetXDMCompManager());
+    m_vectors =
+        std::make_unique<XVectorStack>(m_view->GetExtBaseList(), m_view->GetXDMCompManager());
+    m_layers->SetIsPlaced([this] { return m_vectors->HasPlaced(); });
+    m_tree = std::make_unique<XLayerTree>(*m_layers, *m_vectors);
+    m_picker = std::make_unique<XObjectPicker>(*m_view, *m_vectors);
+    m_status = new XStatusWidget(this);
+    setStatusBar(m_status);
+    m_readOut = std::make_unique<XReadOut>(*m_view, *m_tree, *m_status);
+    m_loads = std::make_unique<XJobRunner>();
+    m_vectorActions =
+        std::make_unique<XVectorActions>(GetHWND(), *m_tree, *m_actions, *m_loads, m_settings);
+    m_files = std::make_unique<XFileActions>(GetHWND(), *m_tree, *m_vectorActions, *m_actions,
+                                             m_settings);
+    m_viewActions = std::make_unique<XViewActions>(*this, GetHWND(), *m_view, *m_tree, *m_actions,
+                                                   *m_readOut, m_settings);
+    m_layerActions = std::make_unique<XLayerActions>(*m_tree, *m_actions);
+    m_objectActions = std::make_unique<XObjectActions>(*m_view, *m_tree, *m_picker, *m_actions);
+}
+
+void XMainWindow::ConnectView()
+{
+    m_tree->AddObserver([this](LayerChange change) {
         if (change == LayerChange::Closing)
             m_view->QueCancel(); // the pass in hand may read the layer that goes
         else
             FollowLayers();
     });
+    m_view->SetExtent([this](double(&box)[4]) { return m_tree->GetTotalExtent(box); });
+    m_view->SetClicked([this](int x, int y) { m_picker->PickAt(x, y); });
+    m_view->SetIsTarget([this](int x, int y) { return m_picker->FindAt(x, y) != nullptr; });
     // not within the reports of painting: those may come while the picture is still being drawn
     m_view->SetBusyChanged([this](bool isBusy) {
         m_status->SetBusy(isBusy);
@@ -126,13 +160,9 @@ XMainWindow::XMainWindow(const QString& version)
     });
     m_view->SetAfterPaint([this] {
         m_viewActions->OnPainted();
+        if (m_view->GetMode() == XGVMessageManager::kModeNone) m_picker->KeepShown();
         TellUnread();
     });
-    m_view->Initialize(GetHWND(), kHostMessage);
-    m_view->setFocus();
-    FollowLayers();
-    m_firstLayout = saveState();
-    restoreState(m_settings.GetWindowLayout());
 }
 
 XMainWindow::~XMainWindow()
@@ -143,17 +173,48 @@ XMainWindow::~XMainWindow()
     m_view->SetAfterPaint(nullptr);
     m_view->QueDisable();
     m_view->QueCancel();
+    m_view->SetExtent(nullptr);
+    m_view->SetIsTarget(nullptr);
+    m_view->GetSelectedObj()->RemoveAll();
     DestroyHandle();
-    m_jobs.reset(); // a job that runs is stopped
+    m_loads.reset(); // a job that runs is stopped
+    m_jobs.reset();
     qDeleteAll(findChildren<QDockWidget*>());
 }
 
 void XMainWindow::MakePanels()
 {
-    auto* layers = new XLayersWidget(*m_layers, *m_actions, this);
+    auto* layers = new XLayersWidget(*m_tree, *m_actions, this);
     auto* bands = new XBandsWidget(*m_layers, *m_actions, this);
+    auto* attributes = new XAttributesWidget(*m_picker, *m_vectors, *m_view->GetXDMCompManager(),
+                                             *m_actions, this);
     MakeDock(this, layers, "Layers");
-    MakeDock(this, bands, "Bands");
+    QDockWidget* under = MakeDock(this, bands, "Bands");
+    m_attributes = MakeDock(this, attributes, "Attributes");
+    tabifyDockWidget(under, m_attributes);
+    m_attributes->hide(); // until there is something to tell
+    m_picker->AddObserver([this] { ShowAttributes(); });
+}
+
+// The panel comes by itself once in a session; who closes it then wants it closed. It shares its
+// place with the bands: a small screen has no room for three.
+void XMainWindow::ShowAttributes()
+{
+    if (!m_picker->GetObject() || isFullScreen()) return;
+    if (!std::exchange(m_wereAttributesShown, true)) m_attributes->show();
+    if (!m_attributes->isHidden()) m_attributes->raise();
+    NameTabs();
+}
+
+// The toolkit makes the tabs of panels by itself, when it lays out, and names none of them.
+void XMainWindow::NameTabs()
+{
+    QTimer::singleShot(0, this, [this] {
+        for (QTabBar* tabs : findChildren<QTabBar*>(QString(), Qt::FindDirectChildrenOnly)) {
+            tabs->setObjectName("docks.tabs");
+            tabs->setAccessibleName("Panels");
+        }
+    });
 }
 
 void XMainWindow::MakeJobs()
@@ -161,8 +222,16 @@ void XMainWindow::MakeJobs()
     m_jobs = std::make_unique<XJobRunner>();
     auto* shown = new XJobWidget(*m_jobs, m_status);
     m_status->insertPermanentWidget(1, shown); // behind the hint, which is no permanent one
-    shown->Follow();
+    shown->Follow();                           // the bar showed it
     m_jobs->SetChanged([shown] { shown->Follow(); });
+    auto* opening = new XJobWidget(*m_loads, m_status, "status.opening");
+    m_status->insertPermanentWidget(1, opening);
+    opening->Follow();
+    m_loads->SetChanged([opening] { opening->Follow(); });
+    m_vectorActions->SetNotice(
+        [this](const QString& text, const QString& detail) { Notice(text, detail); });
+    m_vectorActions->SetWarning(
+        [this](const QString& path, const QString& text) { m_noticeBar->Tell(path, text); });
     m_levelActions = std::make_unique<XLevelActions>(GetHWND(), *m_layers, *m_actions, *m_jobs,
                                                      *m_levelBar, m_settings);
     m_levelActions->SetNotice(
@@ -204,14 +273,19 @@ void XMainWindow::ConnectOthers()
             QApplication::setOverrideCursor(Qt::WaitCursor);
     });
     m_actions->Connect("file.quit", [this] { close(); });
-    const auto copy = [this](const QString& text) {
-        if (text.isEmpty()) return;
-        QApplication::clipboard()->setText(text);
-        Notice("Copied " + text);
-    };
+    const auto copy = [this](const QString& text) { CopyText(text, "Copied " + text); };
     m_actions->Connect("edit.copyPosition", [this, copy] { copy(m_readOut->GetPositionText()); });
     m_actions->Connect("edit.copyGeographic",
                        [this, copy] { copy(m_readOut->GetGeographicText()); });
+    m_objectActions->SetCopied(
+        [this](const QString& text, const QString& notice) { CopyText(text, notice); });
+    m_actions->Connect("view.redraw", [this] {
+        m_files->ReloadAll([this](const QString& path, const QString& text) {
+            m_noticeBar->KeepOnly({}); // said again each time
+            m_noticeBar->Tell(path, text);
+        });
+        m_view->InvalidateControl(1);
+    });
     m_actions->Connect("view.zoomRect", [this] { ShowHint(); });
     m_actions->Connect("window.reset", [this] { ResetLayout(); });
     m_actions->Connect("help.keys", [this] {
@@ -227,55 +301,79 @@ void XMainWindow::ConnectOthers()
     });
 }
 
+void XMainWindow::CopyText(const QString& text, const QString& notice)
+{
+    if (text.isEmpty()) return;
+    QApplication::clipboard()->setText(text);
+    Notice(notice);
+}
+
 void XMainWindow::Notice(const QString& text, const QString& detail)
 {
     m_status->ShowNotice(text, detail, kNoticeMs);
 }
 
-// What Escape ends when no tool has taken it: the job at hand, then the full screen.
+// What Escape ends when no tool has taken it: the opening of files, the job at hand, the selection,
+// then the full screen.
 bool XMainWindow::StopOnEscape()
 {
-    if (!m_jobs->IsBusy()) return m_viewActions->LeaveFullScreen();
-    m_jobs->Cancel();
+    if (m_loads->IsBusy())
+        m_vectorActions->Stop();
+    else if (m_jobs->IsBusy())
+        m_jobs->Cancel();
+    else
+        return m_picker->Clear() || m_viewActions->LeaveFullScreen();
     return true;
 }
 
 void XMainWindow::ShowHint()
 {
     const char* hint = "Right button moves the view";
-    if (m_layers->GetCount() == 0)
-        hint = "Open an image with Ctrl+O, or drop one here";
+    if (m_tree->GetRowCount() == 0)
+        hint = "Open a file with Ctrl+O, or drop one here";
     else if (m_view->GetMode() == XGVMessageManager::kModeZoomRect)
         hint = "Drag a rectangle; Esc leaves";
+    else if (m_vectors->GetCount() > 0)
+        hint = "Click selects; right button moves the view";
     m_status->SetHint(hint);
 }
 
 void XMainWindow::FollowLayers()
 {
-    const int count = m_layers->GetCount();
+    const int rows = m_tree->GetRowCount();
     QStringList paths;
-    for (int i = 0; i < count; ++i)
-        paths.append(m_layers->GetAt(i)->path);
+    for (int row = 0; row < rows; ++row)
+        paths.append(m_tree->GetPath(m_tree->GetNode(row)));
     m_noticeBar->KeepOnly(paths);
-    const bool isFirst = m_shownLayers == 0 && count > 0;
-    const bool isMore = count > m_shownLayers;
-    m_shownLayers = count;
+    const bool isFirst = m_shownRows == 0 && rows > 0;
+    const bool isMoreRasters = m_layers->GetCount() > m_shownRasters;
+    m_shownRows = rows;
+    m_shownRasters = m_layers->GetCount();
     if (isFirst) {
         m_viewActions->Forget();
-        if (m_view->GetXDMCompManager()->IsRangeValid()) m_view->FitAll();
+        m_view->InvalidateControl(1);
+        m_view->FitAll();
     } else {
         m_view->InvalidateControl(1); // a later layer leaves the view where it is
     }
-    if (count == 0) m_viewActions->Forget();
+    if (rows == 0) m_viewActions->Forget();
     m_viewActions->EnableActions();
-    const tagXLayer* layer = m_layers->GetAt(m_layers->GetCurrent());
-    setWindowTitle(layer ? layer->name + " - tqlview" : QString("tqlview"));
-    setWindowFilePath(layer ? layer->path : QString());
+    const QString name = m_tree->GetName(m_tree->GetCurrent());
+    setWindowTitle(rows > 0 ? name + " - tqlview" : QString("tqlview"));
+    setWindowFilePath(m_tree->GetPath(m_tree->GetCurrent()));
     ShowHint();
-    m_actions->SetEnabled("edit.copyPosition", layer != nullptr, "Open an image first");
-    m_actions->SetEnabled("edit.copyGeographic", layer && !m_readOut->GetGeographicText().isEmpty(),
-                          "The image has no known coordinate system");
-    if (!isMore || !layer) return;
+    m_actions->SetEnabled("edit.copyPosition", rows > 0, "Open a file first");
+    m_actions->SetEnabled("edit.copyGeographic",
+                          rows > 0 && !m_readOut->GetGeographicText().isEmpty(),
+                          "The view has no known coordinate system");
+    if (isMoreRasters) TellOfRaster(isFirst);
+}
+
+// Another raster was opened: what the user might not see of it.
+void XMainWindow::TellOfRaster(bool isFirst)
+{
+    const tagXLayer* layer = m_layers->GetAt(m_layers->GetCurrent());
+    if (!layer) return;
     QStringList notices;
     const QString notes =
         XfnToQString(layer->file->GetNotes()).remove("\"" + layer->path + "\": ").trimmed();
@@ -384,6 +482,7 @@ void XMainWindow::ShareHeight()
 void XMainWindow::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
+    NameTabs();
     if (std::exchange(m_isFirstShow, false) && m_settings.GetWindowLayout().isEmpty())
         ShareHeight();
 }
@@ -418,6 +517,9 @@ void XMainWindow::closeEvent(QCloseEvent* event)
     m_settings.SetWindow(isPlain ? geometry() : normalGeometry(), isMaximized(),
                          m_viewActions->GetLayout());
     m_levelActions->SetNotice(nullptr);
+    m_vectorActions->SetNotice(nullptr);
+    m_vectorActions->Stop(); // so that none follows the one at hand
+    m_loads->CancelAll();
     m_jobs->CancelAll();
     QMainWindow::closeEvent(event);
 }

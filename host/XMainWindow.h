@@ -8,6 +8,7 @@
 
 #include <memory>
 
+class QDockWidget;
 class QMenu;
 class XFileActions;
 class XHostView;
@@ -15,20 +16,26 @@ class XLayerActions;
 class XJobRunner;
 class XJobWidget;
 class XLayerStack;
+class XLayerTree;
 class XLevelActions;
 class XLevelBar;
 class XNoticeBar;
 class XMainActions;
+class XObjectActions;
+class XObjectPicker;
 class XReadOut;
 class XStatusWidget;
+class XVectorActions;
+class XVectorStack;
 class XViewActions;
 
-/// The window of tqlview: one view in the middle, panels for layers and bands, menus, a toolbar and
-/// the read-outs. It receives the reports of its view.
+/// The window of tqlview: one view in the middle, panels for layers, bands and attributes, menus, a
+/// toolbar and the read-outs. It receives the reports of its view.
 ///
 /// What it does stands in helpers: XFileActions opens and closes, XViewActions moves the view,
-/// XLayerActions serves the Layer and Image menus, XReadOut fills the status bar, XLayerStack is what
-/// is open. This class puts them together.
+/// XLayerActions serves the Layer and Image menus, XVectorActions and XObjectActions vector files and
+/// the object selected in them, XReadOut fills the status bar, XLayerTree is what is open. This class
+/// puts them together.
 class XMainWindow : public QMainWindow, public XMessageWindow
 {
 public:
@@ -39,7 +46,11 @@ public:
     XHostView& GetView() { return *m_view; }
     XLayerStack& GetLayers() { return *m_layers; }
     XFileActions& GetFiles() { return *m_files; }
+    XLayerTree& GetTree() { return *m_tree; }
+    XVectorStack& GetVectors() { return *m_vectors; }
+    XObjectPicker& GetPicker() { return *m_picker; }
     XJobRunner& GetJobs() { return *m_jobs; }
+    XJobRunner& GetLoads() { return *m_loads; } ///< vector files being opened
     XMainActions& GetActions() { return *m_actions; }
 
     /// Places the window: as asked for, else as it was left, always inside an available screen.
@@ -59,11 +70,17 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    void MakeModels();
     void MakePanels();
+    void ShowAttributes();
+    void NameTabs();
     void MakeJobs();
     void MakeMenus();
     void ConnectOthers();
+    void ConnectView();
     void FollowLayers();
+    void TellOfRaster(bool isFirst);
+    void CopyText(const QString& text, const QString& notice);
     void ShowHint();
     void ResetLayout();
     void ShareHeight();
@@ -76,16 +93,25 @@ private:
     XHostView* m_view;
     std::unique_ptr<XMainActions> m_actions;
     std::unique_ptr<XLayerStack> m_layers;
+    std::unique_ptr<XVectorStack> m_vectors;
+    std::unique_ptr<XLayerTree> m_tree;
+    std::unique_ptr<XObjectPicker> m_picker;
     XStatusWidget* m_status = nullptr;
     std::unique_ptr<XReadOut> m_readOut;
+    std::unique_ptr<XJobRunner> m_loads;
+    std::unique_ptr<XVectorActions> m_vectorActions;
     std::unique_ptr<XFileActions> m_files;
     std::unique_ptr<XViewActions> m_viewActions;
     std::unique_ptr<XLayerActions> m_layerActions;
+    std::unique_ptr<XObjectActions> m_objectActions;
+    QDockWidget* m_attributes = nullptr;
+    bool m_wereAttributesShown = false;
     XLevelBar* m_levelBar = nullptr;
     XNoticeBar* m_noticeBar = nullptr;
     std::unique_ptr<XJobRunner> m_jobs;
     std::unique_ptr<XLevelActions> m_levelActions;
     QByteArray m_firstLayout;
-    int m_shownLayers = 0;
+    int m_shownRows = 0;
+    int m_shownRasters = 0;
     bool m_isFirstShow = true;
 };

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-/// Names and values as a table of two columns, read only.
+/// Names and values as a table of two columns, read only. A null value makes its name a heading.
 class XPropertyTableModel : public QAbstractTableModel
 {
 public:

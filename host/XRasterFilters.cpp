@@ -2,10 +2,12 @@
 
 #include "foundation/platform/XQtText.h"
 #include "foundation/raster/XRSFileIO.h"
+#include "host/XVectorReader.h"
 
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -67,6 +69,29 @@ const QStringList& OtherSuffixes()
 
 } // namespace
 
+QString XfnOpenFilter()
+{
+    static const std::vector<tagXFormat> vectors = {
+        {"XVC", {"xvc"}},        {"Shapefile", {"shp"}},   {"DXF drawing", {"dxf"}},
+        {"DGN design", {"dgn"}}, {"GeoJSON", {"geojson"}}, {"GeoPackage", {"gpkg"}},
+        {"KML", {"kml", "kmz"}}, {"GML", {"gml"}},         {"FlatGeobuf", {"fgb"}},
+        {"GPX", {"gpx"}},
+    };
+    QStringList shapes;
+    QString each;
+    for (const tagXFormat& format : vectors) {
+        const QString patterns = Patterns(format);
+        shapes.append(patterns);
+        each += QString("%1 (%2)|%2|").arg(format.label, patterns);
+    }
+    const QString rasters = XfnRasterFilter();
+    const QString all = rasters.section('|', 1, 1);
+    const QString vector = shapes.join(';');
+    return QString("All supported files|%1;%2|All supported rasters|%1|All vector files|%2|")
+               .arg(all, vector) +
+           rasters.section('|', 2, -5) + "|" + each + "All files (*)|*||";
+}
+
 QString XfnRasterFilter()
 {
     QStringList all;
@@ -107,7 +132,7 @@ tagXDroppedPaths XfnSortDroppedPaths(const QStringList& paths)
         const QStringList names = folder.entryList(QDir::Files, QDir::Name | QDir::IgnoreCase);
         for (const QString& name : names) {
             if (found == kMaxFolderFiles) break;
-            if (!XfnHasRasterSuffix(name)) continue;
+            if (!XfnHasRasterSuffix(name) && !XfnHasVectorSuffix(name)) continue;
             sorted.folderFiles.append(folder.filePath(name));
             ++found;
         }
@@ -119,9 +144,12 @@ tagXDroppedPaths XfnSortDroppedPaths(const QStringList& paths)
 QString XfnFolderQuestion(const QStringList& folderFiles)
 {
     constexpr int kListed = 10;
-    QString text = folderFiles.size() == 1
-                       ? QString("Open the raster of this folder?\n")
-                       : QString("Open the %1 rasters of this folder?\n").arg(folderFiles.size());
+    const bool isRasters = std::all_of(folderFiles.begin(), folderFiles.end(), &XfnHasRasterSuffix);
+    const QString what = isRasters ? "raster" : "file";
+    QString text =
+        folderFiles.size() == 1
+            ? QString("Open the %1 of this folder?\n").arg(what)
+            : QString("Open the %1 %2s of this folder?\n").arg(folderFiles.size()).arg(what);
     for (int i = 0; i < folderFiles.size() && i < kListed; ++i)
         text += "\n" + QFileInfo(folderFiles[i]).fileName();
     if (folderFiles.size() > kListed)

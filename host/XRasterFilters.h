@@ -3,9 +3,13 @@
 #include <QString>
 #include <QStringList>
 
-/// The filter of the Open dialog: all supported rasters, each format, all files, in the form
+/// The filter of a dialog for rasters: all supported ones, each format, all files, in the form
 /// "Label (*.a;*.b)|*.a;*.b|...||".
 QString XfnRasterFilter();
+
+/// The filter of the Open dialog: all that can be opened, all rasters, all vector files, the formats of
+/// XfnRasterFilter and those of vector files, all files.
+QString XfnOpenFilter();
 
 /// True when the name ends like a raster of the filter; the case does not matter.
 bool XfnHasRasterSuffix(const QString& path);
@@ -14,14 +18,14 @@ bool XfnHasRasterSuffix(const QString& path);
 struct tagXDroppedPaths
 {
     QStringList files;        ///< dropped as files, in order, whatever their suffix
-    QStringList folderFiles;  ///< rasters found directly in dropped folders, by name
-    QStringList emptyFolders; ///< dropped folders that hold no raster
+    QStringList folderFiles;  ///< rasters and vector files directly in dropped folders, by name
+    QStringList emptyFolders; ///< dropped folders that hold none
 };
 
-/// Looks into dropped folders one level deep; a folder with more than `kMaxFolderFiles` rasters
+/// Looks into dropped folders one level deep; a folder with more than `kMaxFolderFiles` of them
 /// gives the first of them.
 tagXDroppedPaths XfnSortDroppedPaths(const QStringList& paths);
 constexpr int kMaxFolderFiles = 200;
 
-/// The question before the rasters of dropped folders are opened: how many, and which.
+/// The question before the files of dropped folders are opened: how many, and which.
 QString XfnFolderQuestion(const QStringList& folderFiles);

@@ -9,7 +9,7 @@
 #include "foundation/raster/XRasterTypes.h"
 #include "foundation/reference/XCoordinateTransformation.h"
 #include "foundation/surface/XBackBuffer.h"
-#include "host/XLayerStack.h"
+#include "host/XLayerTree.h"
 #include "host/XStatusWidget.h"
 #include "view/XTQSpaceView.h"
 
@@ -103,10 +103,10 @@ QString SamplesText(const XDMComposite& composite, const double (&values)[3])
 
 } // namespace
 
-XReadOut::XReadOut(XTQSpaceView& view, XLayerStack& layers, XStatusWidget& status)
-    : m_view(view), m_layers(layers), m_status(status)
+XReadOut::XReadOut(XTQSpaceView& view, XLayerTree& tree, XStatusWidget& status)
+    : m_view(view), m_tree(tree), m_layers(tree.GetRasters()), m_status(status)
 {
-    m_layers.AddObserver([this](LayerChange change) {
+    m_tree.AddObserver([this](LayerChange change) {
         if (change == LayerChange::Closing) return;
         m_samples.clear();
         m_status.SetLayersNamed(m_layers.GetCount() > 1);
@@ -134,7 +134,7 @@ void XReadOut::OnViewChanged()
 
 void XReadOut::OnSystemChanged()
 {
-    const bool isEmpty = m_layers.GetCount() == 0;
+    const bool isEmpty = m_tree.GetRowCount() == 0;
     const XSpatialReference reference =
         isEmpty ? XSpatialReference() : *m_view.GetXDMCompManager()->GetSR();
     const bool isSame =
@@ -171,7 +171,7 @@ void XReadOut::GetPoint(double& x, double& y) const
 
 bool XReadOut::GetGeographic(double x, double y, double& latDeg, double& lonDeg) const
 {
-    if (!m_toGeographic || m_layers.GetCount() == 0) return false;
+    if (!m_toGeographic || m_tree.GetRowCount() == 0) return false;
     if (!m_toGeographic->TransformPt(x, y) || !XfnIsSet(x) || !XfnIsSet(y)) return false;
     lonDeg = x;
     latDeg = y;
@@ -197,7 +197,7 @@ QString XReadOut::MakeSamples(double x, double y)
 
 void XReadOut::Show()
 {
-    if (!m_hasPointer || m_layers.GetCount() == 0) {
+    if (!m_hasPointer || m_tree.GetRowCount() == 0) {
         m_status.SetSamples(QString());
         m_status.SetPosition(QString());
         m_status.SetGeographic(QString());
@@ -217,12 +217,12 @@ void XReadOut::Show()
 void XReadOut::ShowScale()
 {
     const tagXLayer* layer = m_layers.GetAt(m_layers.GetCurrent());
-    if (!layer) {
+    if (m_tree.GetRowCount() == 0) {
         m_status.SetScale(QString());
         return;
     }
     const XBackBuffer& buffer = *m_view.GetBackBuffer();
-    const XDMBand* band = layer->composite->GetFirstBand();
+    const XDMBand* band = layer ? layer->composite->GetFirstBand() : nullptr;
     double metres = m_system.metresPerUnit;
     if (m_system.unit == WorldUnit::Degree) {
         double x = 0;
@@ -237,7 +237,7 @@ void XReadOut::ShowScale()
 
 QString XReadOut::GetPositionText() const
 {
-    if (m_layers.GetCount() == 0) return QString();
+    if (m_tree.GetRowCount() == 0) return QString();
     double x = 0;
     double y = 0;
     GetPoint(x, y);

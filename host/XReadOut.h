@@ -9,6 +9,7 @@
 
 class XCoordinateTransformation;
 class XLayerStack;
+class XLayerTree;
 class XStatusWidget;
 class XTQSpaceView;
 
@@ -25,12 +26,12 @@ tagXWorldSystem XfnDescribeSystem(const XSpatialReference& reference);
 /// "EPSG:31985 SIRGAS 2000 / UTM zone 25S", "no coordinate system", "unknown coordinate system".
 QString XfnSystemText(const tagXWorldSystem& system);
 
-/// Keeps the read-outs of the status bar true: what is under the pointer, where that is, and the
+/// Keeps the read-outs of the status bar true: the samples under the pointer, where that is, and the
 /// scale of the view. User interface thread; view, layers and status bar outlive it.
 class XReadOut
 {
 public:
-    XReadOut(XTQSpaceView& view, XLayerStack& layers, XStatusWidget& status);
+    XReadOut(XTQSpaceView& view, XLayerTree& tree, XStatusWidget& status);
     ~XReadOut();
 
     void OnPointer(int xPx, int yPx); ///< device pixels of the view
@@ -54,6 +55,7 @@ private:
     bool GetGeographic(double x, double y, double& latDeg, double& lonDeg) const;
 
     XTQSpaceView& m_view;
+    XLayerTree& m_tree;
     XLayerStack& m_layers;
     XStatusWidget& m_status;
     ZoomFormat m_zoomFormat = ZoomFormat::Ratio;

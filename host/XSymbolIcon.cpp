@@ -6,6 +6,9 @@
 #include <QPainterPath>
 #include <QPalette>
 
+#include <functional>
+#include <utility>
+
 namespace {
 
 // All signs are drawn on a square of 16 units with a pen of 1.4.
@@ -129,6 +132,41 @@ QPainterPath PathOf(Symbol symbol)
         Line(path, 1.5, 8, 6, 8);
         Line(path, 10, 8, 14.5, 8);
         break;
+    case Symbol::Lock:
+    case Symbol::Unlock:
+        path.addRect(3.5, 7.5, 9, 6.5);
+        path.moveTo(5.5, 7.5);
+        path.lineTo(5.5, 5);
+        path.arcTo(QRectF(5.5, 2.5, 5, 5), 180, symbol == Symbol::Lock ? -180 : -130);
+        if (symbol == Symbol::Lock) path.lineTo(10.5, 7.5);
+        Line(path, 8, 10, 8, 11.5);
+        break;
+    case Symbol::Image:
+        path.addRect(2, 3, 12, 10);
+        path.moveTo(2, 11);
+        path.lineTo(6, 7);
+        path.lineTo(9, 10);
+        path.lineTo(11, 8);
+        path.lineTo(14, 11);
+        break;
+    case Symbol::Shapes:
+        path.moveTo(2, 9);
+        path.lineTo(5, 3);
+        path.lineTo(9, 7);
+        path.closeSubpath();
+        Line(path, 4, 13.5, 13.5, 10.5);
+        path.addEllipse(QPointF(12, 4.5), 1.6, 1.6);
+        break;
+    case Symbol::CopyText:
+        path.addRect(2, 2, 8.5, 9.5);
+        path.moveTo(10.5, 4.5);
+        path.lineTo(14, 4.5);
+        path.lineTo(14, 14);
+        path.lineTo(5.5, 14);
+        path.lineTo(5.5, 11.5);
+        Line(path, 4.2, 5, 8.3, 5);
+        Line(path, 4.2, 8, 8.3, 8);
+        break;
     }
     return path;
 }
@@ -167,8 +205,8 @@ void PaintProgram(QPainter& painter, QIcon::Mode)
 class XDrawnIconEngine final : public QIconEngine
 {
 public:
-    using Paint = void (*)(QPainter&, Symbol, QIcon::Mode);
-    XDrawnIconEngine(Paint paint, Symbol symbol) : m_paint(paint), m_symbol(symbol) {}
+    using Paint = std::function<void(QPainter&, QIcon::Mode)>;
+    explicit XDrawnIconEngine(Paint paint) : m_paint(std::move(paint)) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override
     {
@@ -178,7 +216,7 @@ public:
         painter->translate(rect.x() + (rect.width() - side) / 2,
                            rect.y() + (rect.height() - side) / 2);
         painter->scale(side / kSide, side / kSide);
-        m_paint(*painter, m_symbol, mode);
+        m_paint(*painter, mode);
         painter->restore();
     }
 
@@ -196,19 +234,26 @@ public:
 
 private:
     Paint m_paint;
-    Symbol m_symbol;
 };
 
 } // namespace
 
 QIcon XfnSymbolIcon(Symbol symbol)
 {
-    return QIcon(new XDrawnIconEngine(&PaintSymbol, symbol));
+    return QIcon(new XDrawnIconEngine(
+        [symbol](QPainter& painter, QIcon::Mode mode) { PaintSymbol(painter, symbol, mode); }));
+}
+
+QIcon XfnSwatchIcon(const QColor& color)
+{
+    return QIcon(new XDrawnIconEngine([color](QPainter& painter, QIcon::Mode) {
+        painter.setPen(QPen(QGuiApplication::palette().color(QPalette::Text), 1));
+        painter.setBrush(color);
+        painter.drawRoundedRect(QRectF(2.5, 2.5, 11, 11), 2, 2);
+    }));
 }
 
 QIcon XfnProgramIcon()
 {
-    return QIcon(new XDrawnIconEngine(
-        [](QPainter& painter, Symbol, QIcon::Mode mode) { PaintProgram(painter, mode); },
-        Symbol::Open));
+    return QIcon(new XDrawnIconEngine(&PaintProgram));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QIcon>
 
 /// The signs of the toolbar and the docks.
@@ -18,12 +19,20 @@ enum class Symbol {
     Down,
     Top,
     FullScreen,
-    CopyPosition
+    CopyPosition,
+    Lock,
+    Unlock,
+    Image,
+    Shapes,
+    CopyText
 };
 
 /// An icon drawn as lines in the text colour of the palette at the moment of painting, at whatever
 /// size and scale is asked for: it follows a change between light and dark without being replaced.
 QIcon XfnSymbolIcon(Symbol symbol);
+
+/// A patch of one colour with a thin rim in the text colour, for lists.
+QIcon XfnSwatchIcon(const QColor& color);
 
 /// The program's own picture, in colours: a tilted grid of image bands over a horizon.
 QIcon XfnProgramIcon();

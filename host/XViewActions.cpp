@@ -4,7 +4,7 @@
 #include "foundation/platform/XUserSettings.h"
 #include "foundation/surface/XBackBuffer.h"
 #include "host/XHostView.h"
-#include "host/XLayerStack.h"
+#include "host/XLayerTree.h"
 #include "host/XMainActions.h"
 #include "host/XReadOut.h"
 #include "host/XSessionSettings.h"
@@ -28,7 +28,7 @@ long long NowMs()
 
 } // namespace
 
-XViewActions::XViewActions(QMainWindow& window, XHWND handle, XHostView& view, XLayerStack& layers,
+XViewActions::XViewActions(QMainWindow& window, XHWND handle, XHostView& view, XLayerTree& layers,
                            XMainActions& actions, XReadOut& readOut, XSessionSettings& settings)
     : m_window(window),
       m_handle(handle),
@@ -72,7 +72,6 @@ void XViewActions::Connect()
         tagXViewState state;
         if (m_history.GoForward(state)) GoTo(state);
     });
-    m_actions.Connect("view.redraw", [this] { m_view.InvalidateControl(1); });
     m_actions.Connect("view.background", [this] { ChooseBackground(); });
     m_actions.Connect("view.overview", [this] { m_view.ShowThumbView(1); });
     m_actions.Connect("view.percent", [this] {
@@ -109,7 +108,7 @@ tagXViewState XViewActions::GetState() const
 
 void XViewActions::OnPainted()
 {
-    if (m_layers.GetCount() == 0) return;
+    if (m_layers.GetRowCount() == 0) return;
     const QSize size = m_view.GetBackBuffer()->GetImage().size();
     // only a view that still shows the whole of something looks elsewhere at another size
     if (size != m_paintedSize && !m_isJump && m_view.IsFitted())
@@ -156,10 +155,10 @@ void XViewActions::GoTo(const tagXViewState& state)
     EnableActions();
 }
 
-void XViewActions::FitLayer(int index)
+void XViewActions::FitLayer(const tagXTreeNode& node)
 {
     double box[4] = {0, 0, 0, 0};
-    if (m_layers.GetExtent(index, box)) m_view.FitBox(box[0], box[1], box[2], box[3]);
+    if (m_layers.GetExtent(node, box)) m_view.FitBox(box[0], box[1], box[2], box[3]);
 }
 
 void XViewActions::ChooseBackground()
@@ -217,15 +216,16 @@ bool XViewActions::LeaveFullScreen()
 
 void XViewActions::EnableActions()
 {
-    const bool hasLayer = m_layers.GetCount() > 0;
+    const bool isAny = m_layers.GetRowCount() > 0;
+    const bool hasLayer = m_layers.GetRasters().GetCount() > 0;
     const QString noLayer = "Open an image first";
-    for (const char* id : {"view.fitAll", "view.fitLayer", "view.oneToOne", "view.zoomIn",
-                           "view.zoomOut", "view.zoomRect", "view.redraw"})
-        m_actions.SetEnabled(id, hasLayer, noLayer);
-    m_actions.SetEnabled("view.previous", hasLayer && m_history.CanGoBack(),
+    for (const char* id : {"view.fitAll", "view.fitLayer", "view.zoomIn", "view.zoomOut",
+                           "view.zoomRect", "view.redraw"})
+        m_actions.SetEnabled(id, isAny, "Open a file first");
+    m_actions.SetEnabled("view.oneToOne", hasLayer, noLayer);
+    m_actions.SetEnabled("view.previous", isAny && m_history.CanGoBack(),
                          "There is no earlier view");
-    m_actions.SetEnabled("view.next", hasLayer && m_history.CanGoForward(),
-                         "There is no later view");
+    m_actions.SetEnabled("view.next", isAny && m_history.CanGoForward(), "There is no later view");
     const QString unbound = "Not available yet";
     m_actions.SetEnabled("view.overview", hasLayer && m_view.CanShowThumbView(),
                          hasLayer ? unbound : noLayer);

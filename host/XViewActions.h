@@ -8,7 +8,8 @@
 
 class QMainWindow;
 class XHostView;
-class XLayerStack;
+class XLayerTree;
+struct tagXTreeNode;
 class XMainActions;
 class XReadOut;
 class XSessionSettings;
@@ -17,7 +18,7 @@ class XSessionSettings;
 class XViewActions
 {
 public:
-    XViewActions(QMainWindow& window, XHWND handle, XHostView& view, XLayerStack& layers,
+    XViewActions(QMainWindow& window, XHWND handle, XHostView& view, XLayerTree& layers,
                  XMainActions& actions, XReadOut& readOut, XSessionSettings& settings);
 
     void OnPainted();       ///< the view painted: notes where it looks now
@@ -29,8 +30,7 @@ public:
     /// Where panels and toolbar stand, in full screen those of the window that comes back after it.
     QByteArray GetLayout() const;
 
-    /// Shows the whole layer `index`.
-    void FitLayer(int index);
+    void FitLayer(const tagXTreeNode& node); ///< shows the whole of it
     void EnableActions();
 
 private:
@@ -45,7 +45,7 @@ private:
     QMainWindow& m_window;
     XHWND m_handle;
     XHostView& m_view;
-    XLayerStack& m_layers;
+    XLayerTree& m_layers;
     XMainActions& m_actions;
     XReadOut& m_readOut;
     XSessionSettings& m_settings;

@@ -1,12 +1,17 @@
-// Pictures of the windows, for the documentation and for the eye: tql_gallery FOLDER
+// Pictures of the windows and of the vector classes, for the documentation and for the eye: tql_gallery FOLDER
 
+#include "foundation/surface/XBackBuffer.h"
 #include "host/XBusyWidget.h"
 #include "host/XFileActions.h"
 #include "host/XHostView.h"
 #include "host/XJobRunner.h"
-#include "host/XLayerStack.h"
+#include "host/XLayerTree.h"
 #include "host/XMainActions.h"
 #include "host/XMainWindow.h"
+#include "host/XObjectPicker.h"
+#include "host/gallery/XObjectDialogSheet.h"
+#include "host/gallery/XVectorScene.h"
+#include "host/gallery/XVectorSheet.h"
 
 #include <QAction>
 #include <QApplication>
@@ -34,7 +39,8 @@ enum class Moment {
     Rest,
     ZoomRect, ///< a zoom rectangle is being pulled open
     Busy,     ///< the status bar alone, while passes run
-    Offer     ///< a pyramid is offered, and a job is at hand
+    Offer,    ///< a pyramid is offered, and a job is at hand
+    Vectors   ///< a vector file over the image, one of its objects selected
 };
 
 struct tagXShot
@@ -86,6 +92,27 @@ void SendMouse(QWidget& to, QEvent::Type type, QPointF at, Qt::MouseButton butto
     QCoreApplication::sendEvent(&to, &event);
 }
 
+bool PickOverVectors(XMainWindow& window)
+{
+    const QTemporaryDir folder;
+    const QString path = XfnWriteVectorScene(folder.path());
+    if (path.isEmpty() || window.GetFiles().OpenFiles({path}) != 1) return false;
+    while (window.GetLoads().IsBusy())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    Settle(window);
+    // a layer, whose properties name no folder of this machine
+    window.GetTree().SetCurrent(window.GetTree().GetNode(0, 2));
+    XTQSpaceView& view = window.GetView();
+    double x = kVectorScenePlace[0];
+    double y = kVectorScenePlace[1];
+    view.GetBackBuffer()->ConvWorldToPixelCoord(x, y);
+    const QPointF at = QPointF(x, y) / view.devicePixelRatioF();
+    SendMouse(view, QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton);
+    SendMouse(view, QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
+    Settle(window);
+    return window.GetPicker().GetObject() != nullptr;
+}
+
 // What the window is doing when it is pictured. Answers the part of it to picture.
 QWidget* Act(XMainWindow& window, Moment moment)
 {
@@ -123,6 +150,8 @@ QWidget* Act(XMainWindow& window, Moment moment)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         Settle(window);
         return &window;
+    case Moment::Vectors:
+        return PickOverVectors(window) ? &window : nullptr;
     }
     return &window;
 }
@@ -145,11 +174,23 @@ bool SaveWindow(const tagXShot& shot, QSize size, const QString& sample, const Q
     SendMouse(view, QEvent::MouseMove, QPointF(view.width() / 2.0, view.height() / 2.0),
               Qt::NoButton, Qt::NoButton);
     Settle(window);
-    QImage picture =
-        Act(window, shot.moment)->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    QWidget* pictured = Act(window, shot.moment);
+    if (!pictured) return false;
+    QImage picture = pictured->grab().toImage().convertToFormat(QImage::Format_RGB32);
     picture.setDevicePixelRatio(1);
     Coarsen(picture);
     return picture.save(QDir(folder).filePath(shot.name), "PNG", 0);
+}
+
+const char* SaveObjectDialogs(const QString& folder, bool isLarge)
+{
+    QApplication::setPalette(MakePalette(false));
+    if (isLarge) return XfnSaveObjectDialogs(folder, "-150", false);
+    if (const char* name = XfnSaveObjectDialogs(folder, "", true)) return name;
+    QApplication::setPalette(MakePalette(true));
+    const char* name = XfnSaveObjectDialogs(folder, "-dark", false);
+    QApplication::setPalette(MakePalette(false));
+    return name;
 }
 
 // The scale of the controls is fixed when the application starts, so another one is another process.
@@ -225,7 +266,9 @@ int main(int argc, char** argv)
                                         {"mainwindow-dark.png", true},
                                         {"zoomrectangle.png", false, Moment::ZoomRect},
                                         {"busy.png", false, Moment::Busy},
-                                        {"pyramid.png", false, Moment::Offer}};
+                                        {"pyramid.png", false, Moment::Offer},
+                                        {"vectors.png", false, Moment::Vectors},
+                                        {"vectors-dark.png", true, Moment::Vectors}};
     const QString large = WriteLarge(sample, settings.path());
     for (const tagXShot& shot : shots) {
         const QString& shown = shot.moment == Moment::Offer ? large : sample;
@@ -233,5 +276,14 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "tql_gallery: %s was not made\n", shot.name);
         return 1;
     }
-    return isLarge ? 0 : RunAtScale("1.5", arguments);
+    if (const char* name = SaveObjectDialogs(arguments[1], isLarge)) {
+        std::fprintf(stderr, "tql_gallery: the dialog %s was not pictured\n", name);
+        return 1;
+    }
+    if (isLarge) return 0;
+    if (const char* name = XfnSaveVectorSheets(arguments[1])) {
+        std::fprintf(stderr, "tql_gallery: %s was not made\n", name);
+        return 1;
+    }
+    return RunAtScale("1.5", arguments);
 }

@@ -4,6 +4,7 @@
 #include "foundation/surface/XBackBuffer.h"
 #include "host/XFileActions.h"
 #include "host/XHostView.h"
+#include "host/XJobRunner.h"
 #include "host/XLayerStack.h"
 #include "host/XMainActions.h"
 #include "host/XMainWindow.h"
@@ -44,6 +45,7 @@ protected:
     /// Until nothing waits any more and the view shows its last picture.
     void Settle()
     {
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !window || !window->GetLoads().IsBusy(); }));
         EXPECT_TRUE(QTest::qWaitFor([this] { return !window || !window->GetView().IsBusy(); }));
         for (int i = 0; i < 5; ++i)
             QCoreApplication::processEvents(QEventLoop::AllEvents, 50);

@@ -11,7 +11,6 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
@@ -561,7 +560,7 @@ TEST_F(XMainWindowTest, DisabledEntriesSayWhyInTheStatusLine)
     Settle();
     QTest::mouseMove(menu, menu->actionGeometry(Action("file.close")).center());
     Settle();
-    EXPECT_EQ(window->statusBar()->currentMessage(), "No image is open");
+    EXPECT_EQ(window->statusBar()->currentMessage(), "No file is open");
     menu->close();
 }
 

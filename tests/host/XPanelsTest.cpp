@@ -2,7 +2,6 @@
 
 #include "foundation/raster/XDMCompManager.h"
 #include "foundation/raster/XDMComposite.h"
-#include "host/XLayerListModel.h"
 #include "host/XLayerPlacement.h"
 #include "host/XLayerReport.h"
 
@@ -12,7 +11,6 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
 #include <QMimeData>
 #include <QRadioButton>
 #include <QSlider>
@@ -20,6 +18,7 @@
 #include <QStatusBar>
 #include <QTableView>
 #include <QToolButton>
+#include <QTreeView>
 
 namespace {
 
@@ -60,7 +59,7 @@ protected:
 TEST_F(XPanelsTest, LayersMoveByButtonsKeysAndDragging)
 {
     OpenThree();
-    QAbstractItemModel* model = Find<QListView>("layers.list")->model();
+    QAbstractItemModel* model = Find<QTreeView>("layers.list")->model();
     QAbstractItemModelTester tester(model, QAbstractItemModelTester::FailureReportingMode::Fatal);
     EXPECT_EQ(Order(), "abc");
     QTest::mouseClick(Find<QToolButton>("layers.down"), Qt::LeftButton);
@@ -103,7 +102,7 @@ TEST_F(XPanelsTest, HidingOpacityAndClosingChangeThePicture)
     const QRgb shown = Grab().pixel(middle);
     ASSERT_NE(shown, background);
 
-    auto* list = Find<QListView>("layers.list");
+    auto* list = Find<QTreeView>("layers.list");
     list->setFocus();
     QTest::keyClick(list, Qt::Key_Space);
     Settle();

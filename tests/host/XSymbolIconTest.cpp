@@ -33,7 +33,7 @@ TEST(XSymbolIconTest, SignsTakeTheColourOfThePaletteAtEverySize)
         palette.setColor(QPalette::Active, QPalette::ButtonText, text);
         palette.setColor(QPalette::Disabled, QPalette::ButtonText, QColor(120, 120, 120));
         QApplication::setPalette(palette);
-        for (int s = 0; s <= static_cast<int>(Symbol::CopyPosition); ++s) {
+        for (int s = 0; s <= static_cast<int>(Symbol::CopyText); ++s) {
             const QIcon icon = XfnSymbolIcon(static_cast<Symbol>(s));
             for (const int side : {16, 24, 36}) {
                 QColor colour;

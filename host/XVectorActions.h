@@ -1,0 +1,84 @@
+#pragma once
+
+#include "foundation/platform/XWindowMessages.h"
+#include "host/XOpenErrors.h"
+#include "host/XVectorStack.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <deque>
+#include <functional>
+#include <memory>
+
+class XJobRunner;
+class XLayerTree;
+class XMainActions;
+class XSessionSettings;
+struct tagXVectorRead;
+
+/// Opens vector files by jobs, one after the other, and serves the commands that only they have. All
+/// parts outlive it.
+///
+/// A file is read for the coordinate system that the view has when its turn comes; when the view has
+/// another one by the time it was read, it is read once more. What cannot be opened is told in one
+/// box when the last of those that wait is done.
+class XVectorActions
+{
+public:
+    XVectorActions(XHWND handle, XLayerTree& tree, XMainActions& actions, XJobRunner& jobs,
+                   XSessionSettings& settings);
+
+    void Open(const QString& path); ///< in its turn
+    void ReloadAll();               ///< every file that is open, in its turn
+    void Start();                   ///< begins with what waits, if nothing is at hand
+    bool IsBusy() const { return m_isBusy; }
+    /// Stops the file at hand and forgets those that wait.
+    void Stop();
+
+    /// Called when a file was opened: its path.
+    void SetOpened(std::function<void(const QString&)> opened) { m_opened = std::move(opened); }
+    /// Receives what is worth a line in the status bar, and what a tip adds to it.
+    void SetNotice(std::function<void(const QString& text, const QString& detail)> notice)
+    {
+        m_notice = std::move(notice);
+    }
+    /// Receives what has to stand until it is read, about a file.
+    void SetWarning(std::function<void(const QString& path, const QString& text)> warning)
+    {
+        m_warning = std::move(warning);
+    }
+    void EnableActions();
+
+    /// What has to be said about where a file lies; empty when it lies where it belongs.
+    QString GetPlaceText(int file) const;
+
+private:
+    struct tagWaiting
+    {
+        QString path;
+        const XvcBase* replaced = nullptr; ///< to find its file by; it may be gone by then
+    };
+
+    void Begin(const tagWaiting& wanted);
+    void Ended(const tagWaiting& wanted, const std::shared_ptr<tagXVectorRead>& read, bool isDone,
+               bool isStopped, const QString& message);
+    void Take(const tagWaiting& wanted, tagXVectorRead& read);
+    void TellPlace(const QString& path, long long lost, long long vertices);
+    void TellErrors();
+    void ChooseColor();
+    void AskAndSave();
+
+    XHWND m_handle;
+    XLayerTree& m_tree;
+    XVectorStack& m_vectors;
+    XMainActions& m_actions;
+    XJobRunner& m_jobs;
+    XSessionSettings& m_settings;
+    std::deque<tagWaiting> m_waiting;
+    bool m_isBusy = false;
+    XOpenErrors m_errors;
+    std::function<void(const QString&)> m_opened;
+    std::function<void(const QString&, const QString&)> m_notice;
+    std::function<void(const QString&, const QString&)> m_warning;
+};
