@@ -47,14 +47,18 @@ public:
     XRows() { std::printf("[\n"); }
     ~XRows() { std::printf("\n]\n"); }
 
-    /// @param limit  of the ratio; 0 when there is none
+    /// @param yardstick  0 when there is none
+    /// @param limit      of the ratio; 0 when there is none
     void Add(const char* name, double value, double yardstick, double limit,
              const char* unit = "ms")
     {
-        std::printf(
-            "%s  {\"name\": \"%s\", \"value\": %.4f, \"unit\": \"%s\", \"yardstick\": %.4f, "
-            "\"ratio\": %.3f, \"limit\": ",
-            m_separator, name, value, unit, yardstick, value / yardstick);
+        std::printf("%s  {\"name\": \"%s\", \"value\": %.4f, \"unit\": \"%s\", ", m_separator, name,
+                    value, unit);
+        if (yardstick > 0.0)
+            std::printf("\"yardstick\": %.4f, \"ratio\": %.3f, \"limit\": ", yardstick,
+                        value / yardstick);
+        else
+            std::printf("\"yardstick\": null, \"ratio\": null, \"limit\": ");
         if (limit > 0.0)
             std::printf("%.3g}", limit);
         else

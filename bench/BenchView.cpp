@@ -19,6 +19,7 @@
 #include <pthread.h>
 #include <time.h>
 
+#include <array>
 #include <atomic>
 #include <cstring>
 #include <filesystem>
@@ -100,15 +101,24 @@ public:
         workerClock = clock;
         begun.fetch_add(1);
         XTQSpaceView::OnPreDraw();
-        endedAt = Clock::now();
-        endedCpuMs = ThreadCpuMs();
+        ends[static_cast<std::size_t>(ended) % ends.size()] = {Clock::now(), ThreadCpuMs()};
         ended.fetch_add(1);
         passEnd.Set();
     }
 
+    struct tagEnd
+    {
+        Clock::time_point at;
+        double cpuMs; // of the worker's thread
+    };
+    /// Of pass `index`, which has ended. Later passes may have ended by the time that one looks.
+    const tagEnd& GetEnd(int index) const
+    {
+        return ends[static_cast<std::size_t>(index) % ends.size()];
+    }
+
     std::atomic<int> begun{0}, ended{0};
-    std::atomic<Clock::time_point> endedAt{};
-    std::atomic<double> endedCpuMs{0.0}; // of the worker's thread
+    std::array<tagEnd, 256> ends{};
     std::atomic<clockid_t> workerClock{};
     XEvent passEnd;
 };
@@ -290,7 +300,7 @@ void BenchFirst(XRows& rows, const std::string& path, tagLive& live, const tagYa
         const auto begin = Clock::now();
         live.view.InvalidateControl(1);
         live.view.passEnd.Wait();
-        drawn.push_back(MsBetween(begin, live.view.endedAt));
+        drawn.push_back(MsBetween(begin, live.view.GetEnd(0).at));
         while (live.view.GetBackBuffer()->GetImage().cacheKey() == before)
             QCoreApplication::processEvents();
         live.view.repaint();
@@ -347,8 +357,9 @@ void BenchStop(XRows& rows, const std::string& path, tagLive& live)
         live.view.InvalidateControl(1);
         while (live.view.ended == ended)
             live.view.passEnd.Wait(1);
-        stopCpu.push_back(live.view.endedCpuMs - cpuBegin);
-        stop.push_back(std::max(0.0, MsBetween(begin, live.view.endedAt)));
+        const XBenchView::tagEnd& end = live.view.GetEnd(ended);
+        stopCpu.push_back(std::max(0.0, end.cpuMs - cpuBegin));
+        stop.push_back(std::max(0.0, MsBetween(begin, end.at)));
     }
     rows.Add("live.stop.p99", PercentileOf(stop, 0.99), 2 * MedianOf(tile), 1.0);
     rows.Add("live.stop.cpu.p99", PercentileOf(stopCpu, 0.99), 2 * MedianOf(tile), 0.0);
