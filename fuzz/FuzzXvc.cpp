@@ -29,8 +29,10 @@ void StartFonts()
     Require(application != nullptr);
 }
 
+/// As what is drawn and edited is: measured.
 void Write(XvcBase& base, XMemFile& file)
 {
+    base.CalcRange();
     XVectorJob job("fuzz.xvc");
     XString error;
     Require(XVectorFileWriter(file, job).Write(base, error));
@@ -81,6 +83,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool hasReference = text.find("CS[") != text.npos || text.find("CRS[") != text.npos;
     Require(hasReference || (third.GetLength() == second.GetLength() &&
                              std::memcmp(third.GetBuffer(), second.GetBuffer(), text.size()) == 0));
-    base.CalcRange(); // whatever was read can be measured
     return 0;
 }

@@ -16,7 +16,9 @@ QString GetModulePath()
     Dl_info info{};
     if (!dladdr(reinterpret_cast<const void*>(&XfnMakeTempFolder), &info) || !info.dli_fname)
         return {};
-    return QFileInfo(QFile::decodeName(info.dli_fname)).absoluteFilePath();
+    const QString path = QFile::decodeName(info.dli_fname);
+    // of the program itself the loader knows only how it was called
+    return QDir::isAbsolutePath(path) ? path : QFile::symLinkTarget("/proc/self/exe");
 }
 
 bool MakeFolder(const QString& path)

@@ -25,9 +25,9 @@ void XfnSetInvertMouseWheelZoomDir(bool isInverted)
     OpenSettings().setValue(kInvertWheelKey, isInverted);
 }
 
-bool XfnGetAskForNewObject()
+bool XfnGetAskForNewObject(bool ifNotChosen)
 {
-    return OpenSettings().value(kAskForNewKey, false).toBool();
+    return OpenSettings().value(kAskForNewKey, ifNotChosen).toBool();
 }
 
 void XfnSetAskForNewObject(bool isAsked)

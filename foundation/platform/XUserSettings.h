@@ -9,7 +9,7 @@
 XAPI bool XfnGetInvertMouseWheelZoomDir();
 XAPI void XfnSetInvertMouseWheelZoomDir(bool isInverted);
 
-/// True when the properties of an object are asked for as soon as it is drawn; by default they are
-/// not.
-XAPI bool XfnGetAskForNewObject();
+/// True when the properties of an object are asked for as soon as it is drawn.
+/// @param ifNotChosen  the answer while the user has not chosen yet
+XAPI bool XfnGetAskForNewObject(bool ifNotChosen);
 XAPI void XfnSetAskForNewObject(bool isAsked);

@@ -20,6 +20,7 @@ class XThread;
 class XVertBuffer;
 struct tagBITMAPINFO;
 struct tagXDrawJob;
+struct tagXSaveControl;
 
 /// A picture made of up to three bands, or of one vector band, and everything that says how the
 /// bands become colours.
@@ -245,6 +246,9 @@ public:
     /// @return 0 on a wrong size, a stop, or when tiles cannot be read
     int ReadROI(int ch, const double* xs, const double* ys, int n, double* out, int width,
                 int height, XThread* thread) const;
+    /// The same for work that has a stop word but reports its percents by itself.
+    int ReadROI(int ch, const double* xs, const double* ys, int n, double* out, int width,
+                int height, const tagXSaveControl& control) const;
 
     /// World range of the last Draw or SetDrawRange; the whole extent before any.
     void GetDrawRange(double& x0, double& y0, double& x1, double& y1) const;

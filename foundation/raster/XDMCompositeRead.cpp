@@ -128,6 +128,14 @@ void XDMComposite::CalcROISizeMax(int ch, const double* xs, const double* ys, in
 int XDMComposite::ReadROI(int ch, const double* xs, const double* ys, int n, double* out, int width,
                           int height, XThread* thread) const
 {
+    tagXSaveControl control;
+    control.thread = thread;
+    return ReadROI(ch, xs, ys, n, out, width, height, control);
+}
+
+int XDMComposite::ReadROI(int ch, const double* xs, const double* ys, int n, double* out, int width,
+                          int height, const tagXSaveControl& control) const
+{
     const XDMBand* band = GetReadableBand(Channel(ch));
     tagPolygon polygon;
     if (!band || !out || !PlacePolygon(m_channels[ch], xs, ys, n, polygon)) return 0;
@@ -138,9 +146,7 @@ int XDMComposite::ReadROI(int ch, const double* xs, const double* ys, int n, dou
         return 0;
     int tileWidth = 0, tileHeight = 0;
     band->GetTileSize(0, tileWidth, tileHeight);
-    const std::atomic<int>* stop = thread ? thread->GetStopFlag() : nullptr;
-    tagXSaveControl control;
-    control.thread = thread;
+    const std::atomic<int>* stop = control.thread ? control.thread->GetStopFlag() : control.abort;
     std::vector<tagXRowSpan> runs;
     const int right = polygon.left + width, bottom = polygon.top + height;
     const auto count = [](int first, int end, int size) {

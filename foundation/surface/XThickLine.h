@@ -6,9 +6,11 @@
 #include <QPointF>
 
 #include <cstddef>
+#include <vector>
 
 /// The outline of lines that are wider than a pixel, as rings that wind one way: filled by the
-/// winding rule they give the line, each of its pixels once. Corners are round. Places are pixels.
+/// winding rule they give the line, each of its pixels once; smoothed, with sides that are as even at
+/// ends and corners as between. Corners are round. Places are pixels.
 class XThickLine
 {
 public:
@@ -27,12 +29,18 @@ public:
 
 private:
     void AddRing(const QPointF* points, std::size_t count);
-    void AddSegment(const QPointF& a, const QPointF& b, bool isLongerA, bool isLongerB);
-    void AddDisc(const QPointF& centre);
+    int CountSides(double angle) const;
+    void AddArc(std::vector<QPointF>& ring, const QPointF& centre, double from,
+                double angle) const; // without its ends
+    void AddSegment(const QPointF& a, const QPointF& b, bool isEndA, bool isEndB);
+    void AddCorner(const QPointF& before, const QPointF& corner, const QPointF& after);
+    void AddPoint(const QPointF& centre);
 
     XScanFill& m_fill;
     double m_half;
     XCap m_cap;
+    std::vector<QPointF> m_ring;     // for work
+    std::vector<QPointF> m_distinct; // likewise
 };
 
 /// A place as the scan conversion takes it; far ones are held at its bounds.

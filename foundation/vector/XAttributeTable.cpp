@@ -1,6 +1,7 @@
 #include "foundation/vector/XAttributeTable.h"
 
 #include "foundation/base/XArchive.h"
+#include "foundation/base/XCodePage.h"
 #include "foundation/base/XFileException.h"
 #include "foundation/base/XNumber.h"
 #include "foundation/base/XSentinels.h"
@@ -216,7 +217,9 @@ XString XAttributeTable::GetText(int row, int column) const
     const Column* found = FindCell(row, column);
     if (!found) return XString();
     const std::int64_t cell = found->GetCell(row);
-    if (found->type == kText) return XString(found->texts.Get(static_cast<std::size_t>(cell)));
+    if (found->type == kText) {
+        return XfnTextFromUtf8(XString(found->texts.Get(static_cast<std::size_t>(cell))));
+    }
     if (found->type == kReal) return XfnFormatShortest(std::bit_cast<double>(cell));
     return XfnFormat("%I64d", cell);
 }
@@ -298,18 +301,18 @@ void XAttributeTable::SetReal(int column, double value)
     }
 }
 
-void XAttributeTable::SetText(int column, const char* text, std::size_t length)
+void XAttributeTable::SetText(int column, const char* utf8, std::size_t length)
 {
     Column& to = *m_columns[static_cast<std::size_t>(column)];
     if (to.type == kText) {
-        const std::int64_t number = to.texts.Put({text, length});
+        const std::int64_t number = to.texts.Put({utf8, length});
         if (number >= 0) to.SetCell(m_rows - 1, number);
         return;
     }
     double real = 0.0;
     std::int64_t whole = 0;
-    if (to.type == kReal && XfnReadNumber(text, length, real)) SetReal(column, real);
-    if (to.type == kInteger && XfnReadInteger(text, length, whole)) SetInteger(column, whole);
+    if (to.type == kReal && XfnReadNumber(utf8, length, real)) SetReal(column, real);
+    if (to.type == kInteger && XfnReadInteger(utf8, length, whole)) SetInteger(column, whole);
 }
 
 void XAttributeTable::Seal()

@@ -24,7 +24,8 @@ class XvcObj;
 /// its object keeps (XvcObj::GetRecord). So copies of an object find the same row while they lie in
 /// the layer, and none in a layer with another table.
 /// Memory: a whole number takes 1 to 8 bytes, as the widest of its column needs, a real 8, a text 4 and
-/// its bytes once for all rows that have the same.
+/// its bytes once for all rows that have the same. Texts are kept and stored in UTF-8, so nothing is
+/// lost in a process with another code page.
 /// Threads: filled by one thread; once sealed, read by any.
 class XAPI XAttributeTable
 {

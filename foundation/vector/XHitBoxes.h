@@ -18,7 +18,7 @@ public:
 
     XHitBoxes() = default;
     /// @param ranges  at most kMaxCount
-    explicit XHitBoxes(const std::vector<const tagXVectorRange*>& ranges);
+    explicit XHitBoxes(const std::vector<tagXVectorRange>& ranges);
 
     /// @param found  receives the indices, in order; has room for kMaxCount
     /// @return how many there are

@@ -45,11 +45,11 @@ std::size_t FindPacked(const std::int16_t* sides, std::size_t count, std::int16_
 
 } // namespace
 
-XHitBoxes::XHitBoxes(const std::vector<const tagXVectorRange*>& ranges)
+XHitBoxes::XHitBoxes(const std::vector<tagXVectorRange>& ranges)
 {
     tagXVectorRange whole;
-    for (const tagXVectorRange* range : ranges)
-        whole.Add(*range);
+    for (const tagXVectorRange& range : ranges)
+        whole.Add(range);
     const std::size_t count = std::min(ranges.size(), kMaxCount);
     m_sides.resize(4 * count);
     if (!whole.IsEmpty()) {
@@ -64,7 +64,7 @@ XHitBoxes::XHitBoxes(const std::vector<const tagXVectorRange*>& ranges)
         m_roundY = kRounding * std::max(std::fabs(whole.minY), std::fabs(whole.maxY));
     }
     for (std::size_t i = 0; i < count; ++i) {
-        const tagXVectorRange& range = *ranges[i];
+        const tagXVectorRange& range = ranges[i];
         const bool isAnywhere = range.IsEmpty();
         const auto least = [&](double value, double min, double step) {
             return isAnywhere ? kLeast : Pack(std::floor(value / step - min / step));

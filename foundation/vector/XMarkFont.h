@@ -24,6 +24,7 @@ struct XAPI XMarkFont
     tagXTextStyle style{};
 
     void SetSize(double height); ///< 0 or no number: ignored
+    void Scale(double factor) { SetSize(size > 0.0 ? size * factor : size); } ///< a world length
     /// World length of a line's height, 0 when it is not known.
     double GetHeight(double worldPerPixel) const;
     /// How wide a text is in heights of a line; that of the widest line. Good to a twelfth: fonts

@@ -257,7 +257,7 @@ private:
                 table.SetReal(i, feature.GetFieldAsDouble(column.field));
             } else {
                 const XString text =
-                    m_walk.GetSource().ToText(feature.GetFieldAsString(column.field));
+                    m_walk.GetSource().ToUtf8(feature.GetFieldAsString(column.field));
                 table.SetText(i, text, static_cast<std::size_t>(text.GetLength()));
             }
         }

@@ -272,6 +272,10 @@ bool XOgrSource::ChooseEncoding(const XString& path, const char* const* drivers,
 
 XString XOgrSource::ToText(const char* bytes) const
 {
-    if (m_codePage == 0) return XfnTextFromUtf8(bytes);
-    return XfnTextFromUtf8(XfnCodePageToUtf8(m_codePage, bytes));
+    return XfnTextFromUtf8(ToUtf8(bytes));
+}
+
+XString XOgrSource::ToUtf8(const char* bytes) const
+{
+    return m_codePage == 0 ? XString(bytes) : XfnCodePageToUtf8(m_codePage, bytes);
 }

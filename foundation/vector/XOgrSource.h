@@ -31,6 +31,7 @@ public:
     /// one that programs write without asking, are taken for UTF-8, Korean or Western, whichever
     /// their bytes can be.
     XString ToText(const char* bytes) const;
+    XString ToUtf8(const char* bytes) const;
 
     /// Names of the readers that may be asked, ending in null.
     static const char* const* GetLocalDrivers();

@@ -33,6 +33,11 @@ public:
     explicit operator bool() const { return m_block != nullptr; }
     const Record& operator*() const { return m_block->record; }
     const Record* operator->() const { return &m_block->record; }
+    /// Of the handles: records that are equal may be two.
+    friend bool operator==(const XSharedRecord& a, const XSharedRecord& b)
+    {
+        return a.m_block == b.m_block;
+    }
 
 private:
     struct tagBlock

@@ -13,6 +13,7 @@ public:
     {}
 
     bool Begin();
+    XvcTextBox& GetBox() const { return m_box; }
     XTextEditor& GetEditor() const { return *m_editor; }
     double GetWorldPerPixel() const { return m_worldPerPixel; }
 

@@ -26,6 +26,7 @@ struct XAPI XTextFrame
     double GetAngleDeg() const; ///< of the way across, counter-clockwise
 
     /// Records a text whose position, height and width are those of the plane. Where the plane is not
-    /// square the letters keep to its lines.
+    /// square the letters keep to its lines. The font size flag of the recording does not count:
+    /// letters of pixels would leave the places that are laid out for them.
     void Record(XVertBuffer& buffer, tagXVertText text) const;
 };

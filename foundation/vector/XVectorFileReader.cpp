@@ -22,7 +22,7 @@ namespace {
 
 constexpr std::size_t kHeaderChecked = sizeof(tagXVectorFileHeader) - sizeof(std::uint32_t);
 constexpr std::size_t kHeadChecked = sizeof(tagXVectorFileBlockHead) - sizeof(std::uint32_t);
-constexpr int kRecordBuffer = 512;
+constexpr int kBufferBytes = 16384;
 
 struct Summary
 {
@@ -142,7 +142,7 @@ bool XVectorFileReader::Parse(const char* what, const Use& use)
     if (!ReadPayload()) return false;
     XMemFile file;
     file.Attach(m_payload.get(), static_cast<std::size_t>(m_head.bytes));
-    XArchive archive(&file, XArchive::kLoad, kRecordBuffer);
+    XArchive archive(&file, XArchive::kLoad, kBufferBytes);
     archive.UseUtf8();
     try {
         use(archive);
@@ -297,21 +297,24 @@ bool XVectorFileReader::ReadRecords(const Take& take)
         for (XString& name : classes)
             archive >> name;
         const std::uint32_t count = archive.ReadCount(sizeof(tagXVectorFileRecordHead));
+        std::size_t at = static_cast<std::size_t>(m_head.bytes - archive.GetBytesLeft());
+        XMemFile record; // one record after the other, so that none reads beyond its own end
+        XArchive own(&record, XArchive::kLoad, kBufferBytes);
+        own.UseUtf8();
         for (std::uint32_t i = 0; isGoing && i < count; ++i) {
             tagXVectorFileRecordHead head;
-            archive.ReadExactly(&head, sizeof head);
-            const std::uint64_t left = archive.GetBytesLeft();
-            if (head.bytes > left || head.classIndex >= classes.size()) {
+            const std::size_t left = static_cast<std::size_t>(m_head.bytes) - at;
+            if (left < sizeof head) throw XFileException(XFileException::kInvalidFile);
+            std::memcpy(&head, m_payload.get() + at, sizeof head);
+            if (head.bytes > left - sizeof head || head.classIndex >= classes.size()) {
                 throw XFileException(XFileException::kInvalidFile);
             }
-            const std::size_t begin = static_cast<std::size_t>(m_head.bytes - left);
+            own.Flush(); // drops what the last one left
+            record.Attach(m_payload.get() + at + sizeof head, head.bytes);
+            at += sizeof head + head.bytes;
             const XString& className = classes[head.classIndex];
             auto object = XfnNewVectorObject(className);
             if (object) {
-                XMemFile record;
-                record.Attach(m_payload.get() + begin, head.bytes);
-                XArchive own(&record, XArchive::kLoad, kRecordBuffer);
-                own.UseUtf8();
                 try {
                     object->Serialize(own);
                 } catch (XFileException& e) {
@@ -324,8 +327,6 @@ bool XVectorFileReader::ReadRecords(const Take& take)
             } else {
                 m_job.Count(XfnFormat("of the class \"%s\" could not be read", className));
             }
-            archive.Flush();
-            archive.GetFile()->Seek(static_cast<std::int64_t>(begin + head.bytes), XFile::kBegin);
         }
     });
     return isRead && (isGoing || Fail(""));

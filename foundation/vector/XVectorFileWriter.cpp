@@ -5,11 +5,7 @@
 #include "foundation/vector/XAttributeTable.h"
 #include "foundation/vector/XVectorJob.h"
 #include "foundation/vector/XvcBase.h"
-#include "foundation/vector/XvcGroup.h"
 #include "foundation/vector/XvcLayer.h"
-#include "foundation/vector/XvcMSymbol.h"
-#include "foundation/vector/XvcSymbol.h"
-#include "foundation/vector/XvcSymbolTable.h"
 
 #include <algorithm>
 #include <map>
@@ -66,28 +62,6 @@ void Store(XArchive& archive, const Summary& summary)
 {
     archive << summary.objects << summary.contents;
     archive.Write(&summary.range, sizeof summary.range);
-}
-
-/// Definitions that symbols bring along from tables of their own.
-void CollectSymbols(const XObject* element, std::map<int, const XvcObj*>& definitions)
-{
-    const auto add = [&](const XvcSymbol* symbol) {
-        const XvcSymbolTable* table = symbol->GetSymbolTable();
-        const XvcObj* definition = table ? table->Find(symbol->GetID()) : nullptr;
-        if (definition) definitions.try_emplace(symbol->GetID(), definition);
-    };
-    if (const auto* symbol = dynamic_cast<const XvcSymbol*>(element)) {
-        add(symbol);
-    } else if (const auto* symbols = dynamic_cast<const XvcMSymbol*>(element)) {
-        for (int i = 0; i < symbols->GetNumOfSymbols(); ++i)
-            add(symbols->GetSymbolObjAt(i));
-    } else if (const auto* group = dynamic_cast<const XvcGroup*>(element)) {
-        for (int i = 0; i < group->GetNumOfObjs(); ++i)
-            CollectSymbols(group->GetObjAt(i), definitions);
-    } else if (const auto* list = dynamic_cast<const XObList*>(element)) {
-        for (__POSITION* pos = list->GetHeadPosition(); pos;)
-            CollectSymbols(list->GetNext(pos), definitions);
-    }
 }
 
 } // namespace
@@ -148,7 +122,9 @@ bool XVectorFileWriter::WriteBase(const XvcBase& base, int depth)
                 << base.GetSR()->GetCoordType() << wkt;
         Store(archive, Summarize(base));
     });
-    if (!WriteSymbols(base) || !WriteChildren(base, nullptr, depth)) return false;
+    m_numbers.OpenBase(base);
+    if (!WriteSymbols() || !WriteChildren(base, nullptr, depth)) return false;
+    m_numbers.CloseBase();
     WriteBlock(kXVectorFileEnd, XMemFile());
     return true;
 }
@@ -183,7 +159,10 @@ bool XVectorFileWriter::WriteChildren(const XObList& list, const XAttributeTable
         const XObject* element = list.GetNext(pos);
         if (const auto* object = dynamic_cast<const XvcObj*>(element)) {
             const int row = table ? table->GetRowOf(object->GetRecord()) : -1;
-            if (!AddRecord(*object, static_cast<std::uint32_t>(row + 1))) return false;
+            const std::unique_ptr<XvcObj> numbered = m_numbers.MakeNumbered(*object);
+            if (!AddRecord(numbered ? *numbered : *object, static_cast<std::uint32_t>(row + 1))) {
+                return false;
+            }
             if (m_records.GetLength() >= kBlockBytes) FlushRecords(kXVectorFileObjects);
             m_job.SetProgress(++m_done, m_whole);
             continue;
@@ -205,14 +184,9 @@ bool XVectorFileWriter::WriteChildren(const XObList& list, const XAttributeTable
     return true;
 }
 
-bool XVectorFileWriter::WriteSymbols(const XvcBase& base)
+bool XVectorFileWriter::WriteSymbols()
 {
-    std::map<int, const XvcObj*> definitions;
-    for (const int id :
-         base.GetSymbolTable() ? base.GetSymbolTable()->GetIDs() : std::vector<int>())
-        definitions[id] = base.GetSymbolTable()->Find(id);
-    CollectSymbols(&base, definitions);
-    for (const auto& [id, definition] : definitions)
+    for (const auto& [id, definition] : m_numbers.GetDefinitions())
         if (!AddRecord(*definition, static_cast<std::uint32_t>(id))) return false;
     FlushRecords(kXVectorFileSymbols);
     return true;

@@ -2,6 +2,7 @@
 
 #include "foundation/base/XMemFile.h"
 #include "foundation/vector/XVectorFileLayout.h"
+#include "foundation/vector/XVectorFileNumbers.h"
 
 #include <string>
 #include <vector>
@@ -31,7 +32,7 @@ private:
     bool WriteBase(const XvcBase& base, int depth);
     bool WriteLayer(const XvcLayer& layer, int depth);
     bool WriteChildren(const XObList& list, const XAttributeTable* table, int depth);
-    bool WriteSymbols(const XvcBase& base);
+    bool WriteSymbols();
     bool AddRecord(const XvcObj& object, std::uint32_t number);
     void FlushRecords(std::uint32_t type);
     template <class Fill>
@@ -41,6 +42,7 @@ private:
 
     XFile& m_file;
     XVectorJob& m_job;
+    XVectorFileNumbers m_numbers;
     XString m_error;
     double m_done = 0.0; // objects
     double m_whole = 0.0;

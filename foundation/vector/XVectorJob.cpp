@@ -2,6 +2,8 @@
 
 #include "foundation/base/XPath.h"
 #include "foundation/platform/XThread.h"
+#include "foundation/vector/XSymbolSet.h"
+#include "foundation/vector/XVectorFileNumbers.h"
 #include "foundation/vector/XvcBase.h"
 #include "foundation/vector/XvcGroup.h"
 #include "foundation/vector/XvcLayer.h"
@@ -13,21 +15,75 @@
 
 namespace {
 
-void LinkSymbols(XObject* element, const XvcSymbolTable* table)
+/// Links symbols to the innermost table around them that holds their number.
+class Linker
 {
-    if (auto* symbol = dynamic_cast<XvcSymbol*>(element)) {
-        symbol->SetSymbolTable(table);
-    } else if (auto* symbols = dynamic_cast<XvcMSymbol*>(element)) {
-        symbols->SetSymbolTable(table);
-    } else if (auto* group = dynamic_cast<XvcGroup*>(element)) {
-        for (int i = 0; i < group->GetNumOfObjs(); ++i)
-            LinkSymbols(group->GetObjAt(i), table);
-    } else if (auto* list = dynamic_cast<XObList*>(element)) {
-        const auto* inner = dynamic_cast<const XvcBase*>(list);
-        const XvcSymbolTable* own = inner ? inner->GetSymbolTable() : nullptr;
-        for (__POSITION* pos = list->GetHeadPosition(); pos;)
-            LinkSymbols(list->GetNext(pos), own ? own : table);
+public:
+    /// @param table    takes the symbols of the file's own table; null when it has none
+    /// @param numbers  those of the file, and what they are in `table`
+    Linker(const XvcSymbolTable* table, const std::map<int, int>& numbers)
+        : m_table(table), m_numbers(numbers)
+    {}
+
+    void Link(XObject* element)
+    {
+        if (auto* symbol = dynamic_cast<XvcSymbol*>(element)) {
+            LinkOne(*symbol);
+        } else if (auto* symbols = dynamic_cast<XvcMSymbol*>(element)) {
+            for (int i = 0; i < symbols->GetNumOfSymbols(); ++i)
+                LinkOne(*symbols->GetSymbolObjAt(i));
+        } else if (auto* group = dynamic_cast<XvcGroup*>(element)) {
+            for (int i = 0; i < group->GetNumOfObjs(); ++i)
+                Link(group->GetObjAt(i));
+        } else if (auto* list = dynamic_cast<XObList*>(element)) {
+            const auto* inner = dynamic_cast<const XvcBase*>(list);
+            const XvcSymbolTable* own = inner ? inner->GetSymbolTable() : nullptr;
+            if (own) m_inner.push_back(own);
+            for (__POSITION* pos = list->GetHeadPosition(); pos;)
+                Link(list->GetNext(pos));
+            if (own) m_inner.pop_back();
+        }
     }
+
+private:
+    void LinkOne(XvcSymbol& symbol) const
+    {
+        const int id = symbol.GetID();
+        for (auto table = m_inner.rbegin(); table != m_inner.rend(); ++table)
+            if ((*table)->Find(id)) return symbol.SetSymbolTable(*table);
+        const auto number = m_numbers.find(id);
+        if (number != m_numbers.end()) symbol.SetID(number->second);
+        // elsewhere the number means something that the file does not know of
+        const bool isStrange = number == m_numbers.end() && m_table && m_table->Find(id);
+        symbol.SetSymbolTable(isStrange ? nullptr : m_table);
+    }
+
+    const XvcSymbolTable* m_table;
+    const std::map<int, int>& m_numbers;
+    std::vector<const XvcSymbolTable*> m_inner; // of bases in the file, the innermost last
+};
+
+/// Moves definitions to the table of a base that may have others. @return their numbers there
+std::map<int, int> MoveSymbols(XvcSymbolTable& from, XvcSymbolTable& to, bool isFresh)
+{
+    constexpr int kFirstFree = 1001; // beyond the library's own
+    std::map<int, int> numbers;
+    const std::vector<int> taken = to.GetIDs();
+    for (const int id : from.GetIDs()) {
+        const auto same = std::find_if(taken.begin(), taken.end(), [&](int other) {
+            return XfnIsSameSymbol(to.Find(other), from.Find(id));
+        });
+        numbers[id] = same != taken.end() ? *same : id;
+        if (same != taken.end()) continue;
+        if (to.Find(id) || (!isFresh && XfnGetStandardSymbols().Find(id))) {
+            int free = kFirstFree;
+            while (to.Find(free) || from.Find(free))
+                ++free;
+            numbers[id] = free;
+        }
+        to.Add(numbers[id], from.Release(id));
+    }
+    return numbers;
 }
 
 } // namespace
@@ -78,18 +134,15 @@ void XfnAdoptImport(XvcBase& loaded, XvcBase& base, XVectorJob& job)
     if (base.GetLink().IsEmpty()) base.SetLink(loaded.GetLink());
     if (base.IsEmpty() && loaded.IsHidden()) base.SetHideFlag(1);
     if (loaded.GetSR()->GetCoordType() != 0) base.SetSR(loaded.GetSR());
+    XvcSymbolTable* table = nullptr;
+    std::map<int, int> numbers;
     if (loaded.GetSymbolTable()) {
-        XvcSymbolTable& to = base.GetOwnSymbolTable();
-        for (const int id : loaded.GetSymbolTable()->GetIDs()) {
-            if (!to.Add(id, loaded.GetSymbolTable()->Release(id)))
-                job.Note(XfnFormat("Symbol %d has a meaning already, which its symbols take.", id));
-        }
+        table = &base.GetOwnSymbolTable();
+        numbers = MoveSymbols(*loaded.GetSymbolTable(), *table, base.IsEmpty());
         loaded.SetSymbolTable(nullptr);
-        if (!base.GetSymbolTable()) base.SetSymbolTable(&to);
-        LinkSymbols(&loaded, &to);
-    } else if (job.HasSymbols()) {
-        LinkSymbols(&loaded, nullptr);
+        if (!base.GetSymbolTable()) base.SetSymbolTable(table);
     }
+    if (job.HasSymbols()) Linker(table, numbers).Link(&loaded);
     for (__POSITION* pos = loaded.GetHeadPosition(); pos;) {
         XObject* element = loaded.GetNext(pos);
         if (XfnIsExactly(element, "XvcLayer")) {

@@ -46,10 +46,11 @@ tagXVectorRange XfnCalcElementRange(XObject* element)
     Show(element, Order::RearToFront, [&](auto& shown) -> XvcObj* {
         if constexpr (std::is_same_v<decltype(shown), XvcObj&>) {
             shown.Refresh();
+            range.Add(shown.GetDrawnExtent());
         } else {
             shown.CalcRange();
+            range.Add(shown.GetRange());
         }
-        range.Add(shown.GetRange());
         return nullptr;
     });
     return range;

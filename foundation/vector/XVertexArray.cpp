@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstring>
 #include <new>
 #include <utility>
 
@@ -34,19 +35,14 @@ bool NeedsHeights(const XVertexArray& array)
 XVertexArray::XVertexArray(const XVertexArray& other)
 {
     if (other.IsEmpty()) return;
-    m_hasZ = NeedsHeights(other);
-    Relayout(other.m_size, m_hasZ);
-    m_size = other.m_size;
+    const int size = other.GetSize();
+    Relayout(static_cast<std::uint32_t>(size), NeedsHeights(other));
+    SetSize(static_cast<std::uint32_t>(size));
     const std::size_t from = static_cast<std::size_t>(other.GetStride());
     const std::size_t to = static_cast<std::size_t>(GetStride());
-    for (std::size_t i = 0; i < m_size; ++i) {
-        std::copy_n(other.m_coords.get() + i * from, to, m_coords.get() + i * to);
+    for (std::size_t i = 0; i < static_cast<std::size_t>(size); ++i) {
+        std::copy_n(other.GetCoords() + i * from, to, Coords() + i * to);
     }
-}
-
-XVertexArray::XVertexArray(XVertexArray&& other) noexcept
-{
-    *this = std::move(other);
 }
 
 XVertexArray& XVertexArray::operator=(const XVertexArray& other)
@@ -55,43 +51,45 @@ XVertexArray& XVertexArray::operator=(const XVertexArray& other)
     return *this;
 }
 
-XVertexArray& XVertexArray::operator=(XVertexArray&& other) noexcept
+void XVertexArray::SetSize(std::uint32_t size)
 {
-    if (this == &other) return *this;
-    m_coords = std::move(other.m_coords);
-    m_size = std::exchange(other.m_size, 0);
-    m_capacity = other.m_capacity;
-    m_hasZ = other.m_hasZ;
-    other.m_capacity = 0;
-    other.m_hasZ = 0;
-    return *this;
+    tagHead head = GetHead();
+    head.size = size;
+    std::memcpy(m_block.get(), &head, sizeof head);
 }
 
 // A copy keeps heights only when one is not 0, so `capacity` and `hasZ` hold for what is there.
 void XVertexArray::Relayout(std::uint32_t capacity, bool hasZ)
 {
-    const std::size_t from = m_hasZ ? 3 : 2;
+    const tagHead before = GetHead();
+    const std::size_t from = before.hasZ ? 3 : 2;
     const std::size_t to = hasZ ? 3 : 2;
-    std::unique_ptr<double[]> coords;
-    if (capacity > 0) coords.reset(new double[capacity * to]);
-    for (std::size_t i = 0; i < m_size; ++i) {
-        const double* source = m_coords.get() + i * from;
-        double* target = coords.get() + i * to;
+    if (capacity == 0) {
+        m_block.reset();
+        return;
+    }
+    std::unique_ptr<double[]> block(new double[1 + capacity * to]);
+    for (std::size_t i = 0; i < before.size; ++i) {
+        const double* source = GetCoords() + i * from;
+        double* target = block.get() + 1 + i * to;
         target[0] = source[0];
         target[1] = source[1];
-        if (hasZ) target[2] = m_hasZ ? source[2] : 0.0;
+        if (hasZ) target[2] = before.hasZ ? source[2] : 0.0;
     }
-    m_coords = std::move(coords);
-    m_capacity = capacity & kMaxCount;
-    m_hasZ = hasZ;
+    tagHead head;
+    head.size = before.size;
+    head.capacity = capacity & kMaxCount;
+    head.hasZ = hasZ;
+    std::memcpy(block.get(), &head, sizeof head);
+    m_block = std::move(block);
 }
 
 void XVertexArray::Put(int index, double x, double y, double z)
 {
-    double* at = m_coords.get() + Offset(index);
+    double* at = Coords() + Offset(index);
     at[0] = x;
     at[1] = y;
-    if (m_hasZ) at[2] = z;
+    if (HasZ()) at[2] = z;
 }
 
 int XVertexArray::Add(double x, double y, double z)
@@ -109,36 +107,37 @@ tagXVector3 XVertexArray::GetAt(int index) const
 int XVertexArray::GetAt(int index, double& x, double& y, double& z) const
 {
     if (!IsIndex(index)) return 0;
-    const double* at = m_coords.get() + Offset(index);
+    const double* at = GetCoords() + Offset(index);
     x = at[0];
     y = at[1];
-    z = m_hasZ ? at[2] : 0.0;
+    z = HasZ() ? at[2] : 0.0;
     return 1;
 }
 
 int XVertexArray::SetAt(int index, double x, double y, double z)
 {
     if (!IsIndex(index)) return 0;
-    if (IsHeight(z) && !m_hasZ) Relayout(m_capacity, true);
+    if (IsHeight(z) && !HasZ()) Relayout(GetHead().capacity, true);
     Put(index, x, y, z);
     return 1;
 }
 
 int XVertexArray::InsertAt(int index, const tagXVector3& vertex)
 {
-    if (index < 0 || index > GetSize() || m_size == kMaxCount) return 0;
+    const tagHead head = GetHead();
+    if (index < 0 || index > GetSize() || head.size == kMaxCount) return 0;
     const tagXVector3 added = vertex; // may lie in this array
-    const bool hasZ = m_hasZ || IsHeight(added.z);
-    if (m_size == m_capacity) {
-        const std::uint64_t wanted = m_size + std::uint64_t{m_size} / 2 + 4;
+    const bool hasZ = head.hasZ || IsHeight(added.z);
+    if (head.size == head.capacity) {
+        const std::uint64_t wanted = head.size + std::uint64_t{head.size} / 2 + 4;
         Relayout(static_cast<std::uint32_t>(std::min<std::uint64_t>(wanted, kMaxCount)), hasZ);
-    } else if (hasZ != (m_hasZ != 0)) {
-        Relayout(m_capacity, true);
+    } else if (hasZ != (head.hasZ != 0)) {
+        Relayout(head.capacity, true);
     }
-    double* begin = m_coords.get() + Offset(index);
-    double* end = m_coords.get() + Offset(GetSize());
+    double* begin = Coords() + Offset(index);
+    double* end = Coords() + Offset(GetSize());
     std::copy_backward(begin, end, end + GetStride());
-    ++m_size;
+    SetSize(head.size + 1);
     Put(index, added.x, added.y, added.z);
     return 1;
 }
@@ -147,10 +146,9 @@ int XVertexArray::RemoveAt(int index, int count)
 {
     if (!IsIndex(index) || count < 0) return 0;
     count = std::min(count, GetSize() - index);
-    const double* begin = m_coords.get();
-    std::copy(begin + Offset(index + count), begin + Offset(GetSize()),
-              m_coords.get() + Offset(index));
-    m_size -= static_cast<std::uint32_t>(count);
+    const double* begin = GetCoords();
+    std::copy(begin + Offset(index + count), begin + Offset(GetSize()), Coords() + Offset(index));
+    SetSize(static_cast<std::uint32_t>(GetSize() - count));
     return 1;
 }
 
@@ -162,20 +160,22 @@ void XVertexArray::RemoveAll()
 void XVertexArray::Reserve(int count)
 {
     const auto wanted = static_cast<std::uint32_t>(std::max(count, 0));
-    if (wanted > m_capacity) Relayout(wanted, m_hasZ);
+    if (wanted > GetHead().capacity) Relayout(wanted, HasZ());
 }
 
 void XVertexArray::Shrink()
 {
-    if (m_capacity != m_size || (m_hasZ && !NeedsHeights(*this))) *this = XVertexArray(*this);
+    const tagHead head = GetHead();
+    if (head.capacity != head.size || (head.hasZ && !NeedsHeights(*this)))
+        *this = XVertexArray(*this);
 }
 
 tagXVector3* XVertexArray::GetData()
 {
-    if (m_size == 0) return nullptr;
-    if (!m_hasZ) Relayout(m_capacity, true);
+    if (IsEmpty()) return nullptr;
+    if (!HasZ()) Relayout(GetHead().capacity, true);
     // a vertex is laid out as three reals in a row
-    return reinterpret_cast<tagXVector3*>(m_coords.get());
+    return reinterpret_cast<tagXVector3*>(Coords());
 }
 
 tagXVector3* XVertexArray::GetDataAt(int index)
@@ -185,8 +185,8 @@ tagXVector3* XVertexArray::GetDataAt(int index)
 
 void XVertexArray::CopyTo(std::vector<tagXVector3>& vertices) const
 {
-    vertices.resize(m_size);
-    const double* at = m_coords.get();
+    vertices.resize(static_cast<std::size_t>(GetSize()));
+    const double* at = GetCoords();
     const int stride = GetStride();
     for (tagXVector3& vertex : vertices) {
         vertex = {at[0], at[1], stride == 3 ? at[2] : 0.0};
@@ -196,22 +196,23 @@ void XVertexArray::CopyTo(std::vector<tagXVector3>& vertices) const
 
 std::size_t XVertexArray::GetMemoryUse() const
 {
-    return std::size_t{m_capacity} * static_cast<std::size_t>(GetStride()) * sizeof(double);
+    return std::size_t{GetHead().capacity} * static_cast<std::size_t>(GetStride()) * sizeof(double);
 }
 
 void XVertexArray::Serialize(XArchive& archive)
 {
     if (archive.IsStoring()) {
         const bool hasZ = NeedsHeights(*this);
-        archive << static_cast<std::uint8_t>(hasZ) << std::uint32_t{m_size};
+        const std::size_t size = GetHead().size;
+        archive << static_cast<std::uint8_t>(hasZ) << static_cast<std::uint32_t>(size);
         const std::size_t stored = hasZ ? 3 : 2;
         const std::size_t stride = static_cast<std::size_t>(GetStride());
         if (stored == stride) {
-            archive.Write(m_coords.get(), m_size * stored * sizeof(double));
+            archive.Write(GetCoords(), size * stored * sizeof(double));
             return;
         }
-        for (std::size_t i = 0; i < m_size; ++i) {
-            archive.Write(m_coords.get() + i * stride, stored * sizeof(double));
+        for (std::size_t i = 0; i < size; ++i) {
+            archive.Write(GetCoords() + i * stride, stored * sizeof(double));
         }
         return;
     }
@@ -223,14 +224,16 @@ void XVertexArray::Serialize(XArchive& archive)
     if (count > kMaxCount) throw XFileException(XFileException::kInvalidFile);
     XVertexArray loaded;
     loaded.Relayout(count, hasZ != 0);
-    if (count > 0) archive.ReadExactly(loaded.m_coords.get(), count * stride * sizeof(double));
-    loaded.m_size = count;
+    if (count > 0) {
+        archive.ReadExactly(loaded.Coords(), count * stride * sizeof(double));
+        loaded.SetSize(count);
+    }
     *this = std::move(loaded);
 }
 
 bool XVertexArray::Equals(const XVertexArray& other) const
 {
-    if (m_size != other.m_size) return false;
+    if (GetSize() != other.GetSize()) return false;
     for (int i = 0; i < GetSize(); ++i) {
         if (GetAt(i) != other.GetAt(i)) return false;
     }

@@ -3,6 +3,7 @@
 #include "foundation/base/XApi.h"
 #include "foundation/base/XVector3.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -10,7 +11,9 @@
 
 class XArchive;
 
-/// The vertices of one object, in little memory: 16 bytes and the coordinates themselves.
+/// The vertices of one object, in little memory: a pointer to a block of the
+/// coordinates themselves, which a head of 8 bytes precedes (as an allocation has 8 to spare behind
+/// an even number of reals, it takes no room).
 ///
 /// Heights are stored only once one of them is not 0, so a flat vertex takes 16 bytes and another
 /// 24. Growing leaves room for more; Shrink gives it back. Copies and archives keep no spare room.
@@ -22,14 +25,14 @@ class XAPI XVertexArray
 public:
     XVertexArray() = default;
     XVertexArray(const XVertexArray& other);
-    XVertexArray(XVertexArray&& other) noexcept;
+    XVertexArray(XVertexArray&& other) noexcept = default;
     XVertexArray& operator=(const XVertexArray& other);
-    XVertexArray& operator=(XVertexArray&& other) noexcept;
+    XVertexArray& operator=(XVertexArray&& other) noexcept = default;
     ~XVertexArray() = default;
 
-    int GetSize() const { return static_cast<int>(m_size); }
-    int IsEmpty() const { return m_size == 0; }
-    int HasZ() const { return m_hasZ; } ///< heights are stored; they may all be 0 again
+    int GetSize() const { return static_cast<int>(GetHead().size); }
+    int IsEmpty() const { return GetHead().size == 0; }
+    int HasZ() const { return GetHead().hasZ; } ///< heights are stored; they may all be 0 again
 
     /// @return the index of the new vertex
     int Add(double x, double y, double z = 0.0);
@@ -53,10 +56,13 @@ public:
 
     /// The coordinates in one block: vertex i begins at [i * GetStride()], with x, y and, when the
     /// stride is 3, z. Null when empty. Good until the next change.
-    const double* GetCoords() const { return m_coords.get(); }
-    int GetStride() const { return m_hasZ ? 3 : 2; }
-    double GetX(int index) const { return m_coords[Offset(index)]; } ///< the index is not checked
-    double GetY(int index) const { return m_coords[Offset(index) + 1]; }
+    const double* GetCoords() const { return m_block ? m_block.get() + 1 : nullptr; }
+    int GetStride() const { return HasZ() ? 3 : 2; }
+    double GetX(int index) const
+    {
+        return m_block[1 + Offset(index)];
+    } ///< the index is not checked
+    double GetY(int index) const { return m_block[2 + Offset(index)]; }
 
     /// The vertices to write through; heights are stored from now on. Null when empty. Good until
     /// the next change of the size.
@@ -74,17 +80,25 @@ public:
     friend bool operator==(const XVertexArray& a, const XVertexArray& b) { return a.Equals(b); }
 
 private:
+    struct tagHead
+    {
+        std::uint32_t size = 0;
+        std::uint32_t capacity : 31 = 0; // in vertices
+        std::uint32_t hasZ : 1 = 0;
+    };
+    static_assert(sizeof(tagHead) == sizeof(double));
+
+    tagHead GetHead() const { return m_block ? std::bit_cast<tagHead>(m_block[0]) : tagHead(); }
+    void SetSize(std::uint32_t size); // there is a block
+    double* Coords() { return m_block.get() + 1; }
     std::size_t Offset(int index) const
     {
-        return static_cast<std::size_t>(index) * (m_hasZ ? 3u : 2u);
+        return static_cast<std::size_t>(index) * static_cast<std::size_t>(GetStride());
     }
     bool IsIndex(int index) const { return index >= 0 && index < GetSize(); }
     bool Equals(const XVertexArray& other) const;
     void Relayout(std::uint32_t capacity, bool hasZ);
     void Put(int index, double x, double y, double z);
 
-    std::unique_ptr<double[]> m_coords;
-    std::uint32_t m_size = 0;
-    std::uint32_t m_capacity : 31 = 0; // in vertices
-    std::uint32_t m_hasZ : 1 = 0;
+    std::unique_ptr<double[]> m_block; // the head, then the coordinates; null when there is no room
 };

@@ -298,6 +298,13 @@ void XvcAxis::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
     m_font.Record(*buffer, text, map, paint.line.colour);
 }
 
+void XvcAxis::ScaleLengths(double factorX, double factorY)
+{
+    XvcVertexObj::ScaleLengths(factorX, factorY);
+    SetGridLength(m_gridLength * (IsUpright() ? factorX : factorY)); // runs across the axis
+    m_font.Scale(factorY);
+}
+
 XString XvcAxis::ExportToWkt() const
 {
     return XWktWriter::FromLine(m_vertices);

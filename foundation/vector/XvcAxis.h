@@ -117,6 +117,7 @@ public:
 protected:
     XHitShape GetHitShape() const override { return XHitShape::Line; }
     bool IsVertexCountAllowed(int count) const override { return count == 2; }
+    void ScaleLengths(double factorX, double factorY) override;
     void StoreOwn(XArchive& archive) const override;
     void LoadOwn(XArchive& archive) override;
 

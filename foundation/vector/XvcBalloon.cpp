@@ -110,6 +110,13 @@ void XvcBalloon::RecordFrame(XVertBuffer& buffer, const tagXVector3 (&)[kCornerC
                       paint.GetFill());
 }
 
+tagXVectorRange XvcBalloon::GetDrawnExtent() const
+{
+    tagXVectorRange extent = m_range;
+    if (!extent.IsEmpty()) extent.Add(m_point.x, m_point.y, extent.minZ);
+    return extent;
+}
+
 XvcObj* XvcBalloon::HitTest(const tagXVector3& point, double toleranceX, double toleranceY,
                             tagXHitFlag& hitFlag)
 {

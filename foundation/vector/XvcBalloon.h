@@ -8,7 +8,8 @@
 /// position within the box has no pointer. Until a position is set there is none; CalcBound then sets
 /// one below the left of the box. The border is drawn at first.
 /// The range is that of the box alone, whose corners editors mark; the pointer is hit and drawn
-/// outside it. Its position is vertex 0 for HitTest and MoveVertex.
+/// outside it, and layers and views that fit to what is drawn see it. Its position is a vertex (kind
+/// 1, index 0) for HitTest and MoveVertex, although the object is a box: so a tool drags it alone.
 class XAPI XvcBalloon : public XvcTextBox
 {
     X_DECLARE_CLASS(XvcBalloon)
@@ -21,6 +22,7 @@ public:
     void SetPointPosition(double x, double y, double z = 0.0) { SetPointPosition({x, y, z}); }
 
     void CalcBound(double width, double height) override;
+    tagXVectorRange GetDrawnExtent() const override;
     /// Within the tolerances of the position vertex 0; the pointer is body as the box is.
     XvcObj* HitTest(const tagXVector3& point, double toleranceX, double toleranceY,
                     tagXHitFlag& hitFlag) override;

@@ -9,7 +9,6 @@
 #include "foundation/vector/XWkbReader.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <utility>
 
@@ -18,14 +17,16 @@ X_IMPLEMENT_CLASS(XvcBspline, XvcVertexObj)
 namespace {
 
 constexpr std::size_t kMaxCurveVertices = 1000000;
+constexpr std::size_t kMaxSteps = 512 * kMaxCurveVertices; // of the recurrence, in all
 
-// The point of the curve at u within the span from knot `span` to the next.
+// The point of the curve at u within the span from knot `span` to the next. `points` is for work.
 tagXVector3 Evaluate(const std::vector<tagXVector3>& poles, const std::vector<double>& knots,
-                     std::size_t order, std::size_t span, double u)
+                     std::size_t order, std::size_t span, double u,
+                     std::vector<tagXVector3>& points)
 {
-    std::array<tagXVector3, XvcBspline::kMaxOrder> points;
     const std::size_t first = span + 1 - order;
-    std::copy_n(poles.begin() + static_cast<std::ptrdiff_t>(first), order, points.begin());
+    const auto begin = poles.begin() + static_cast<std::ptrdiff_t>(first);
+    points.assign(begin, begin + static_cast<std::ptrdiff_t>(order));
     for (std::size_t level = 1; level < order; ++level) {
         for (std::size_t i = order - 1; i >= level; --i) {
             const double low = knots[first + i];
@@ -132,20 +133,27 @@ void XvcBspline::GetCurve(std::vector<tagXVector3>& curve) const
         knots = MakeKnots(poles.size(), order, m_type == kClamped);
     }
     const std::size_t spans = poles.size() + 1 - order;
-    const std::size_t steps = std::clamp<std::size_t>(kMaxCurveVertices / spans, 1,
-                                                      static_cast<std::size_t>(m_resolution));
-    curve.reserve(spans * steps + 1);
-    std::size_t last = 0;
-    for (std::size_t span = order - 1; span < poles.size(); ++span) {
+    const std::size_t most = std::min(kMaxCurveVertices, kMaxSteps / (order * order / 2));
+    const std::size_t steps =
+        std::clamp<std::size_t>(most / spans, 1, static_cast<std::size_t>(m_resolution));
+    const std::size_t stride = (spans + most - 1) / most;
+    std::vector<tagXVector3> points;
+    const auto add = [&](std::size_t span, double u) {
+        curve.push_back(Evaluate(poles, knots, order, span, u, points));
+    };
+    curve.reserve(spans / stride * steps + 2);
+    const auto hasWidth = [&](std::size_t span) { return knots[span + 1] > knots[span]; };
+    for (std::size_t span = order - 1; span < poles.size(); span += stride) {
         const double width = knots[span + 1] - knots[span];
-        if (!(width > 0.0)) continue;
-        last = span;
-        for (std::size_t step = 0; step < steps; ++step) {
+        for (std::size_t step = 0; step < steps && hasWidth(span); ++step) {
             const double part = static_cast<double>(step) / static_cast<double>(steps);
-            curve.push_back(Evaluate(poles, knots, order, span, knots[span] + width * part));
+            add(span, knots[span] + width * part);
         }
     }
-    if (last > 0) curve.push_back(Evaluate(poles, knots, order, last, knots[last + 1]));
+    std::size_t last = poles.size() - 1;
+    while (last >= order && !hasWidth(last))
+        --last;
+    if (hasWidth(last)) add(last, knots[last + 1]);
 }
 
 void XvcBspline::CalcRange()
@@ -156,6 +164,14 @@ void XvcBspline::CalcRange()
     for (const tagXVector3& vertex : curve)
         m_range.Add(vertex.x, vertex.y, vertex.z);
     if (curve.empty()) XvcVertexObj::CalcRange(); // a lone pole is where the object lies
+}
+
+tagXVectorRange XvcBspline::GetHitExtent() const
+{
+    tagXVectorRange extent = m_range;
+    for (int i = 0; i < GetPoleSize() && !m_range.IsEmpty(); ++i)
+        extent.Add(GetAt(i).x, GetAt(i).y, extent.minZ);
+    return extent;
 }
 
 void XvcBspline::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,

@@ -12,12 +12,14 @@
 /// | 1    | open: uniform knots, so it begins and ends short of the poles               |
 /// | 2    | closed: uniform knots, the poles repeat; smooth all round                   |
 ///
-/// The order is the degree plus one, 2 to kMaxOrder; 4 (cubic) at first. With fewer poles than
-/// the order says, the order of drawing is the number of poles.
+/// The order is the degree plus one, from 2 on; 4 (cubic) at first. With fewer poles than the order
+/// says, the order of drawing is the number of poles.
 /// Knots: types 0 and 1 use the object's own knots when there are as many as poles plus order of
 /// drawing, they are finite and never fall; otherwise, and for type 2 always, knots are made.
 /// Method: de Boor's recurrence (C. de Boor, A Practical Guide to Splines, Springer 1978, ch. X),
-/// convex combinations only, so the curve stays within its poles' hull.
+/// convex combinations only, so the curve stays within its poles' hull and no order loses digits.
+/// The time of a vertex rises with the square of the order: curves of high orders, which bend the
+/// less, have fewer vertices.
 /// The control points and the vertices hit are the poles. Poles that are not usable are left out.
 /// The range is that of the drawn curve.
 class XAPI XvcBspline : public XvcVertexObj
@@ -26,7 +28,7 @@ class XAPI XvcBspline : public XvcVertexObj
 public:
     enum Type { kClamped, kOpen, kClosed };
     static constexpr int kMinOrder = 2;
-    static constexpr int kMaxOrder = 32;
+    static constexpr int kMaxOrder = 4096; ///< a vertex of a higher one would take too long
     static constexpr int kDefaultResolution = 16;
     static constexpr int kMaxResolution = 1000;
 
@@ -68,11 +70,12 @@ public:
     void SetType(int type); ///< others than the three are ignored
 
     /// The curve as it is drawn; replaces what `curve` holds. A closed one ends where it begins.
-    /// Of so many poles that the curve would have more than a million vertices every span has
-    /// fewer steps, at least one.
+    /// A curve that would have more than a million vertices (fewer of orders above 32) has fewer
+    /// steps in each span, and then one in several spans.
     void GetCurve(std::vector<tagXVector3>& curve) const;
 
     void CalcRange() override;
+    tagXVectorRange GetHitExtent() const override; ///< with the poles
     void CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
                             const tagXDrawAttrs* attrs) override;
     /// A pole is a vertex; the curve itself is hit as the body.

@@ -186,6 +186,16 @@ void XvcEllipseObj::CalcRange()
         m_range.Add(vertex.x, vertex.y, z);
 }
 
+tagXVectorRange XvcEllipseObj::GetHitExtent() const
+{
+    tagXVectorRange extent = m_range;
+    for (const double angleDeg : {0.0, 90.0}) {
+        const tagXVector3 end = GetPointAt(angleDeg);
+        if (!extent.IsEmpty()) extent.Add(end.x, end.y, extent.minZ);
+    }
+    return extent;
+}
+
 void XvcEllipseObj::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
                                        const tagXDrawAttrs* attrs)
 {

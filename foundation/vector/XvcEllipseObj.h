@@ -60,7 +60,8 @@ public:
     void GetOutline(std::vector<tagXVector3>& outline) const;
 
     void Serialize(XArchive& archive) override;
-    void CalcRange() override; ///< of what is drawn
+    void CalcRange() override;                     ///< of what is drawn
+    tagXVectorRange GetHitExtent() const override; ///< with the ends of the half axes
     void CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
                             const tagXDrawAttrs* attrs) override;
     /// The ends of the half axes are vertices, whether the arc runs there or not; the outline and, of

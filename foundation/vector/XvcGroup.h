@@ -4,7 +4,9 @@
 
 /// Objects of any classes that are picked, moved, turned and scaled as one.
 ///
-/// Members keep attributes of their own. Groups may lie in groups. A hit on a member is one on the
+/// Members keep attributes of their own. Groups may lie in groups, kMaxDepth of them when they are to
+/// be stored. A member of a class that XvcFactory.h does not know is drawn and moved with the others,
+/// but neither copied nor to be read from a file. A hit on a member is one on the
 /// body of the group. MoveVertex takes the kinds 4 to 7 for the corners of the range (lower left,
 /// upper left, upper right, lower right) and scales the members about the opposite corner, so that
 /// the range changes by the step; a side without length, or one that the step would take away,

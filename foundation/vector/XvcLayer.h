@@ -62,8 +62,8 @@ public:
     int GetVertBufferFontSizeFlag() const { return m_vertBufferFontSizeFlag; }
     void SetVertBufferFontSizeFlag(int flag) { m_vertBufferFontSizeFlag = flag; }
 
-    /// Of every element, hidden ones too, and the union. Objects that were not touched since the last
-    /// time keep their range.
+    /// Of every element, hidden ones too, and the union of what they draw (GetDrawnExtent). Objects
+    /// that were not touched since the last time keep their range.
     void CalcRange();
     const tagXVectorRange& GetRange() const { return m_range; }
     void GetRange(double& minX, double& minY, double& minZ, double& maxX, double& maxY,

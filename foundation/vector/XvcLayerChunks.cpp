@@ -71,13 +71,13 @@ private:
     {
         auto chunk = std::make_unique<tagChunk>();
         chunk->revisions = m_revisions;
-        std::vector<const tagXVectorRange*> ranges;
-        ranges.reserve(m_objects.size());
+        std::vector<tagXVectorRange> extents;
+        extents.reserve(m_objects.size());
         for (const XvcObj* object : m_objects) {
-            ranges.push_back(&object->GetRange());
-            chunk->range.Add(object->GetRange());
+            extents.push_back(object->GetHitExtent());
+            chunk->range.Add(object->GetDrawnExtent());
         }
-        chunk->boxes = XHitBoxes(ranges);
+        chunk->boxes = XHitBoxes(extents);
         return chunk;
     }
 

@@ -3,6 +3,7 @@
 #include "foundation/base/XArchive.h"
 #include "foundation/base/XFileException.h"
 #include "foundation/surface/XVertBuffer.h"
+#include "foundation/vector/XSymbolSet.h"
 #include "foundation/vector/XVectorPaint.h"
 #include "foundation/vector/XVertexMath.h"
 #include "foundation/vector/XvcArcClosed.h"
@@ -18,6 +19,8 @@
 #include "foundation/vector/XvcPolypoint.h"
 #include "foundation/vector/XvcRectObj.h"
 #include "foundation/vector/XvcSymbol.h"
+#include "foundation/vector/XvcSymbolDef.h"
+#include "foundation/vector/XvcSymbolTable.h"
 
 #include <algorithm>
 #include <cmath>
@@ -41,6 +44,7 @@ constexpr double kColumnGap = 1.0;
 constexpr double kMarkSize = 0.8;
 constexpr double kWidthSlack = 1.08; // hinted letters are wider at some sizes
 constexpr int kBold = 700;
+constexpr int kOutlineText = 0; // which reserved text of a stored look is the outline
 
 template <class... Classes>
 bool IsAnyOf(const XvcObj& object)
@@ -75,6 +79,14 @@ tagXLegendItem TakeLook(const XvcObj& object)
     item.lineStyle = object.GetLineStyle();
     item.fillStyle = object.GetFillStyle();
     return item;
+}
+
+void TakeSymbol(const XvcSymbol& symbol, tagXLegendItem& item)
+{
+    item.shape = symbol.GetID();
+    const XvcSymbolDef* const definition = symbol.GetDefinition();
+    if (definition && definition != XfnGetStandardSymbols().Find(item.shape))
+        item.outline = definition->GetOutline().GetText();
 }
 
 // The sample of a row, as an object of its kind within the given box.
@@ -112,7 +124,10 @@ void RecordSample(XVertBuffer& buffer, const XWarp2D* warp, const tagXDrawAttrs*
         XvcSymbol symbol(item.shape, middle.x, middle.y);
         GiveLook(item, symbol);
         symbol.SetScale(height);
-        return record(symbol);
+        XSymbolOutline outline;
+        XString error;
+        if (item.outline.IsEmpty() || !outline.Set(item.outline, error)) return record(symbol);
+        return outline.Record(&buffer, symbol.CalcWarpCoeff(0), warp, XVectorPaint(symbol, attrs));
     }
     default:
         return;
@@ -155,12 +170,20 @@ int XvcLegend::AddItem(const XvcObj& object, const XString& label)
         if (object.IsKindOf(XvcMSymbol::GetRuntimeClassStatic())) {
             symbol = static_cast<const XvcMSymbol&>(object).GetSymbolObjAt(0);
         }
-        if (symbol) item.shape = static_cast<const XvcSymbol*>(symbol)->GetID();
+        if (symbol) TakeSymbol(static_cast<const XvcSymbol&>(*symbol), item);
     } else if (object.IsKindOf(XvcPoint::GetRuntimeClassStatic())) {
         item.kind = tagXLegendItem::kPoint;
         item.shape = static_cast<const XvcPoint&>(object).GetType();
-    } else if (IsAnyOf<XvcMPoint, XvcPolypoint, XvcMeasurePoint>(object)) {
+    } else if (object.IsKindOf(XvcMPoint::GetRuntimeClassStatic())) {
         item.kind = tagXLegendItem::kPoint;
+        const XvcPoint* const point = static_cast<const XvcMPoint&>(object).GetPointObjAt(0);
+        if (point) item.shape = point->GetType();
+    } else if (object.IsKindOf(XvcPolypoint::GetRuntimeClassStatic())) {
+        item.kind = tagXLegendItem::kPoint;
+        item.shape = static_cast<const XvcPolypoint&>(object).GetType();
+    } else if (object.IsKindOf(XvcMeasurePoint::GetRuntimeClassStatic())) {
+        item.kind = tagXLegendItem::kPoint;
+        item.shape = static_cast<const XvcMeasurePoint&>(object).GetType();
     } else if (IsAnyOf<XvcPolygon, XvcMPolygon, XvcRectObj, XvcBoxObj, XvcEllipse, XvcArcClosed,
                        XvcMeasureArea, XvcMeasureRange>(object)) {
         item.kind = tagXLegendItem::kPatch;
@@ -300,6 +323,15 @@ void XvcLegend::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
     }
 }
 
+void XvcLegend::Normalize(double minX, double minY, double maxX, double maxY)
+{
+    const tagXUnitMap map(minX, minY, maxX, maxY);
+    const bool isMapped = IsSet() && map.isValid && map.height != 0.0 &&
+                          map.CanApply(GetLeftTop()) && map.CanApply(GetRightBottom());
+    XvcBoxObj::Normalize(minX, minY, maxX, maxY);
+    if (isMapped) m_font.Scale(1.0 / std::fabs(map.height));
+}
+
 void XvcLegend::StoreOwn(XArchive& archive) const
 {
     archive << kArchiveVersion << m_title << m_columns << m_borderFlag << m_worldPerPixel;
@@ -309,6 +341,7 @@ void XvcLegend::StoreOwn(XArchive& archive) const
         XvcObj look; // stores the attributes of a row as those of any object
         GiveLook(item, look);
         look.SetName(item.label);
+        look.SetReserved(kOutlineText, item.outline);
         look.Serialize(archive);
         archive << item.kind << item.shape;
     }
@@ -332,6 +365,7 @@ void XvcLegend::LoadOwn(XArchive& archive)
         XvcObj look;
         look.Serialize(archive);
         tagXLegendItem item = TakeLook(look);
+        item.outline = look.GetReserved(kOutlineText);
         archive >> item.kind >> item.shape;
         if (item.kind < 0 || item.kind >= tagXLegendItem::kKindCount) {
             throw XFileException(XFileException::kInvalidFile);

@@ -27,6 +27,7 @@ struct tagXLegendItem
     tagXLineStyle lineStyle{};
     tagXFillStyle fillStyle{};
     int shape = 1;
+    XString outline{}; ///< of a symbol: drawn (XSymbolOutline) instead of that of the number
 
     friend bool operator==(const tagXLegendItem&, const tagXLegendItem&) = default;
 };
@@ -53,8 +54,9 @@ public:
     }
     /// @return its index; -1 when there are kMaxItems
     int AddItem(const tagXLegendItem& item);
-    /// A row that looks as `object` does: an area, a line, a point or a symbol by its class. An empty
-    /// label takes the object's name.
+    /// A row that looks as `object` does: an area, a line, a point or a symbol by its class, the
+    /// first of several; a symbol of a table of the host's own takes its outline along. An empty label
+    /// takes the object's name.
     int AddItem(const XvcObj& object, const XString& label = "");
     int GetNumOfItems() const { return static_cast<int>(m_items.size()); }
     const tagXLegendItem* GetItemAt(int index) const; ///< null for an index that there is not
@@ -98,6 +100,8 @@ public:
 
     void CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
                             const tagXDrawAttrs* attrs) override;
+    /// A font size in world lengths follows the y side of the box.
+    void Normalize(double minX, double minY, double maxX, double maxY) override;
 
 protected:
     void StoreOwn(XArchive& archive) const override;

@@ -3,8 +3,6 @@
 #include "foundation/base/XNumber.h"
 #include "foundation/reference/XGeodesy.h"
 #include "foundation/surface/XTextAlign.h"
-#include "foundation/surface/XVertBuffer.h"
-#include "foundation/vector/XVectorPaint.h"
 #include "foundation/vector/XVertexMath.h"
 
 #include <algorithm>
@@ -79,19 +77,19 @@ bool XvcMeasureAngle::GetArcPoint(double share, double stretch, tagXVector3& poi
     return XfnIsUsable(point);
 }
 
-void XvcMeasureAngle::Record(XVertBuffer* buffer, const XWarp2D* warp,
-                             const XVectorPaint& paint) const
+void XvcMeasureAngle::GetDrawn(std::vector<tagDrawn>& drawn) const
 {
     Path vertices;
     GetUsable(vertices);
     if (vertices.size() < 2) return;
-    RecordPath(buffer, warp, paint, TracePath(vertices, false), false);
-    Path arc(kArcChords + 1);
+    AddDrawn(drawn, Trace(vertices, false));
+    tagDrawn arc;
+    arc.path.resize(kArcChords + 1);
     for (int i = 0; i <= kArcChords; ++i) {
-        if (!GetArcPoint(double(i) / kArcChords, 1.0, arc[static_cast<std::size_t>(i)])) return;
+        if (!GetArcPoint(double(i) / kArcChords, 1.0, arc.path[static_cast<std::size_t>(i)]))
+            return;
     }
-    XfnWarpVertices(arc, warp);
-    XfnRecordPolyline(buffer, arc, paint);
+    drawn.push_back(arc);
 }
 
 bool XvcMeasureAngle::GetLabelPlace(tagXVector3& place, int& align) const

@@ -19,7 +19,7 @@ public:
 protected:
     int GetMaxVertices() const override { return 3; }
     XHitShape GetHitShape() const override { return XHitShape::Line; }
-    void Record(XVertBuffer* buffer, const XWarp2D* warp, const XVectorPaint& paint) const override;
+    void GetDrawn(std::vector<tagDrawn>& drawn) const override;
     bool GetLabelPlace(tagXVector3& place, int& align) const override;
 
 private:

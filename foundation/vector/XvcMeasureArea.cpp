@@ -2,7 +2,6 @@
 
 #include "foundation/reference/XGeodesy.h"
 #include "foundation/surface/XTextAlign.h"
-#include "foundation/vector/XVectorPaint.h"
 #include "foundation/vector/XVertexMath.h"
 #include "foundation/vector/XWkbGeometry.h"
 #include "foundation/vector/XWkbReader.h"
@@ -66,11 +65,11 @@ int XvcMeasureArea::ImportFromWkb(const unsigned char* bytes, std::size_t& size,
     XWkbGeometry read;
     std::size_t used = size;
     if (!read.Read(bytes, used, {XWkbReader::kPolygon}, "a polygon", error)) return 0;
-    if (read.parts.size() > 1 || (read.parts.size() == 1 && read.parts[0].size() != 1)) {
+    if (read.parts[0].size() > 1) {
         error = "The polygon has more than one ring.";
         return 0;
     }
-    m_vertices = read.parts.empty() ? XVertexArray() : std::move(read.parts[0][0]);
+    m_vertices = read.parts[0].empty() ? XVertexArray() : std::move(read.parts[0][0]);
     size = used;
     return 1;
 }
@@ -80,12 +79,11 @@ XString XvcMeasureArea::ExportToWkt() const
     return XWktWriter::FromRing(m_vertices);
 }
 
-void XvcMeasureArea::Record(XVertBuffer* buffer, const XWarp2D* warp,
-                            const XVectorPaint& paint) const
+void XvcMeasureArea::GetDrawn(std::vector<tagDrawn>& drawn) const
 {
     Path ring;
     GetUsable(ring);
-    if (ring.size() >= 2) RecordPath(buffer, warp, paint, TracePath(ring, true), true);
+    if (ring.size() >= 2) AddDrawn(drawn, Trace(ring, true));
 }
 
 bool XvcMeasureArea::GetLabelPlace(tagXVector3& place, int& align) const

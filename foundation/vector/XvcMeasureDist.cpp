@@ -1,7 +1,6 @@
 #include "foundation/vector/XvcMeasureDist.h"
 
 #include "foundation/surface/XTextAlign.h"
-#include "foundation/vector/XVectorPaint.h"
 #include "foundation/vector/XWkbGeometry.h"
 #include "foundation/vector/XWkbReader.h"
 
@@ -37,14 +36,11 @@ XString XvcMeasureDist::ExportToWkt() const
     return XWktWriter::FromLine(m_vertices);
 }
 
-void XvcMeasureDist::Record(XVertBuffer* buffer, const XWarp2D* warp,
-                            const XVectorPaint& paint) const
+void XvcMeasureDist::GetDrawn(std::vector<tagDrawn>& drawn) const
 {
     Path vertices;
     GetUsable(vertices);
-    if (vertices.size() >= 2) {
-        RecordPath(buffer, warp, paint, TracePath(vertices, false), false);
-    }
+    if (vertices.size() >= 2) AddDrawn(drawn, Trace(vertices, false));
 }
 
 bool XvcMeasureDist::GetLabelPlace(tagXVector3& place, int& align) const

@@ -16,6 +16,6 @@ public:
 
 protected:
     XHitShape GetHitShape() const override { return XHitShape::Line; }
-    void Record(XVertBuffer* buffer, const XWarp2D* warp, const XVectorPaint& paint) const override;
+    void GetDrawn(std::vector<tagDrawn>& drawn) const override;
     bool GetLabelPlace(tagXVector3& place, int& align) const override;
 };

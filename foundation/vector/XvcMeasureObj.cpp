@@ -15,6 +15,7 @@
 #include <climits>
 #include <cmath>
 #include <numbers>
+#include <string>
 
 X_IMPLEMENT_CLASS(XvcMeasureObj, XvcVertexObj)
 
@@ -27,6 +28,7 @@ constexpr double kTurn = 360.0;
 constexpr double kHalfTurn = 180.0;
 constexpr double kStepMetres = 50000.0; // a chord of this length departs from its line by 50 m
 constexpr int kMaxSteps = 256;
+constexpr double kMaxBlanks = 100.0;
 
 bool IsLengthUnit(int unit)
 {
@@ -108,11 +110,14 @@ void XvcMeasureObj::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
     if (!m_labelFlag || !GetLabelPlace(label.position, label.align)) return;
     label.text = GetLabel();
     if (label.text.IsEmpty()) return;
-    if (label.align & kXTextLeft) { // a blank keeps each line off the mark that it stands beside
-        label.text.Insert(0, " ");
-        label.text.Replace("\n", "\n ");
-    }
     const XMarkFont font{m_fontSize, m_textColor, m_textStyle};
+    if (label.align & kXTextLeft) { // a blank keeps each line off the mark that it stands beside
+        const double blankPixels = font.GetWidth(" ") * -m_fontSize; // only where both are pixels
+        const double more = blankPixels > 0.0 ? std::ceil(GetMarkPixels() / blankPixels) : 0.0;
+        const std::string blanks(1 + static_cast<std::size_t>(std::min(more, kMaxBlanks)), ' ');
+        label.text.Insert(0, blanks.c_str());
+        label.text.Replace("\n", XString("\n") + blanks.c_str());
+    }
     font.Record(*buffer, label, map, paint.line.colour);
 }
 
@@ -215,17 +220,31 @@ XString XvcMeasureObj::FormatArea(double inUnit) const
     return m_reference.GetCoordType() == kPixelCoord ? text + XString(L" px\u00B2") : text;
 }
 
-XvcMeasureObj::Path XvcMeasureObj::TracePath(const Path& vertices, bool isRing) const
+XvcMeasureObj::tagDrawn XvcMeasureObj::Trace(const Path& vertices, bool isRing) const
 {
-    if (!IsGeodesic() || vertices.size() < 2) return vertices;
+    tagDrawn traced;
+    traced.isRing = isRing;
+    std::vector<int> indices; // of the edges: the vertices that they begin at
+    for (int i = 0; i < GetSize(); ++i) {
+        if (XfnIsUsable(GetAt(i))) indices.push_back(i);
+    }
+    if (!IsGeodesic() || vertices.size() < 2) {
+        traced.path = vertices;
+        traced.edges = indices; // the last leads to the first
+        std::rotate(traced.edges.begin(), traced.edges.end() - !indices.empty(),
+                    traced.edges.end());
+        return traced;
+    }
     const double unit = GetDegreesPerUnit();
     const double semiMajor = m_reference.GetSemiMajor();
     const double flattening = m_reference.GetFlattening();
-    Path traced{vertices[0]};
+    traced.path = {vertices[0]};
+    traced.edges = {indices.back()};
     double besideDeg = vertices[0].x * unit;
-    const auto push = [&](double lonDeg, double latDeg) {
+    const auto push = [&](double lonDeg, double latDeg, std::size_t edge) {
         besideDeg = CarryTo(besideDeg, lonDeg);
-        traced.push_back({besideDeg / unit, latDeg / unit});
+        traced.path.push_back({besideDeg / unit, latDeg / unit});
+        traced.edges.push_back(indices[edge]);
     };
     const std::size_t edges = isRing ? vertices.size() : vertices.size() - 1;
     for (std::size_t i = 0; i < edges; ++i) {
@@ -242,29 +261,17 @@ XvcMeasureObj::Path XvcMeasureObj::TracePath(const Path& vertices, bool isRing) 
             double lonDeg, latDeg;
             if (XfnGeodesicDirect(a.x * unit, a.y * unit, azimuth, length * step / steps, lonDeg,
                                   latDeg, semiMajor, flattening)) {
-                push(lonDeg, latDeg);
+                push(lonDeg, latDeg, i);
             }
         }
-        push(b.x * unit, b.y * unit);
+        push(b.x * unit, b.y * unit, i);
     }
     return traced;
 }
 
-void XvcMeasureObj::RecordPath(XVertBuffer* buffer, const XWarp2D* warp, const XVectorPaint& paint,
-                               const Path& traced, bool isRing) const
+void XvcMeasureObj::AddDrawn(std::vector<tagDrawn>& drawn, const tagDrawn& traced) const
 {
-    const auto record = [&](double shift) {
-        Path path = traced;
-        for (tagXVector3& vertex : path)
-            vertex.x += shift;
-        XfnWarpVertices(path, warp);
-        if (isRing) {
-            XfnRecordPolygon(buffer, path, paint);
-        } else {
-            XfnRecordPolyline(buffer, path, paint);
-        }
-    };
-    record(0.0);
+    drawn.push_back(traced);
     if (!IsGeodesic()) return;
     const double half = kHalfTurn / GetDegreesPerUnit();
     const auto isBeyond = [half](double x) { return x < -half ? -1 : x > half ? 1 : 0; };
@@ -272,10 +279,80 @@ void XvcMeasureObj::RecordPath(XVertBuffer* buffer, const XWarp2D* warp, const X
         if (isBeyond(GetAt(i).x)) return; // longitudes of another convention
     }
     int sides = 0;
-    for (const tagXVector3& vertex : traced) {
+    for (const tagXVector3& vertex : traced.path) {
         const int side = isBeyond(vertex.x);
         sides |= side < 0 ? 1 : side > 0 ? 2 : 0;
     }
-    if (sides & 1) record(2.0 * half);
-    if (sides & 2) record(-2.0 * half);
+    const auto addTurned = [&](double shift) {
+        drawn.push_back(traced);
+        for (tagXVector3& vertex : drawn.back().path)
+            vertex.x += shift;
+    };
+    if (sides & 1) addTurned(2.0 * half);
+    if (sides & 2) addTurned(-2.0 * half);
+}
+
+void XvcMeasureObj::Record(XVertBuffer* buffer, const XWarp2D* warp,
+                           const XVectorPaint& paint) const
+{
+    std::vector<tagDrawn> drawn;
+    GetDrawn(drawn);
+    for (tagDrawn& part : drawn) {
+        XfnWarpVertices(part.path, warp);
+        if (part.isRing) {
+            XfnRecordPolygon(buffer, part.path, paint);
+        } else {
+            XfnRecordPolyline(buffer, part.path, paint);
+        }
+    }
+}
+
+void XvcMeasureObj::CalcRange()
+{
+    XvcVertexObj::CalcRange();
+    std::vector<tagDrawn> drawn;
+    GetDrawn(drawn);
+    const double z = m_range.minZ;
+    for (const tagDrawn& part : drawn) {
+        for (const tagXVector3& vertex : part.path)
+            m_range.Add(vertex.x, vertex.y, z);
+    }
+}
+
+XvcObj* XvcMeasureObj::HitTest(const tagXVector3& point, double toleranceX, double toleranceY,
+                               tagXHitFlag& hitFlag)
+{
+    const tagXHitPointer pointer = XfnMakeHitPointer(point, toleranceX, toleranceY);
+    if (!pointer.isUsable) return nullptr;
+    if (XfnHitVertices(pointer, m_vertices, XHitShape::Points, hitFlag)) return this;
+    std::vector<tagDrawn> drawn;
+    GetDrawn(drawn);
+    double nearest = 1.0;
+    int edge = -1;
+    bool isBody = false;
+    for (const tagDrawn& part : drawn) {
+        const std::size_t count = part.path.size();
+        for (std::size_t i = part.isRing ? 0 : 1; i < count; ++i) {
+            const tagXVector3& a = part.path[i > 0 ? i - 1 : count - 1];
+            const tagXVector3& b = part.path[i];
+            const double distance = XfnHitDistanceSquared(pointer, a.x, a.y, b.x, b.y);
+            if (!(distance <= 1.0)) continue;
+            isBody = true;
+            if (part.edges.empty() || distance > nearest) continue;
+            nearest = distance;
+            edge = part.edges[i];
+        }
+        isBody = isBody || (part.isRing && GetHitShape() == XHitShape::Ring &&
+                            XfnIsInRing(point.x, point.y, part.path[0], 3, count));
+    }
+    if (!isBody) return nullptr;
+    hitFlag =
+        edge >= 0 ? tagXHitFlag{tagXHitFlag::kEdge, edge} : tagXHitFlag{tagXHitFlag::kBody, 0};
+    return this;
+}
+
+void XvcMeasureObj::ScaleLengths(double factorX, double factorY)
+{
+    XvcVertexObj::ScaleLengths(factorX, factorY);
+    if (m_fontSize > 0.0) SetFontSize(m_fontSize * factorY);
 }

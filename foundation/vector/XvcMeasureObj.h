@@ -20,7 +20,7 @@ struct tagXDrawAttrs;
 /// | any other, none   | in the plane, as it stands                                 | none       |
 ///
 /// On geographic references edges are drawn along the shortest lines that are measured, across the
-/// date line too.
+/// date line too. Range and hits are those of what is drawn, without the label.
 /// Vertices that are not set or not finite are left out of figures and drawing.
 /// The label stands beside the object in its text style. Its height is a world length, or pixels
 /// when negative; its colour is the line colour unless SetTextColor gives another.
@@ -76,11 +76,21 @@ public:
     /// What the label says; empty while there are too few vertices.
     virtual XString GetLabel() const = 0;
 
+    void CalcRange() override;
+    XvcObj* HitTest(const tagXVector3& point, double toleranceX, double toleranceY,
+                    tagXHitFlag& hitFlag) override;
+    using XvcObj::HitTest;
     void CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
                             const tagXDrawAttrs* attrs) override;
 
 protected:
     using Path = std::vector<tagXVector3>;
+    struct tagDrawn
+    {
+        Path path;
+        std::vector<int> edges; ///< those that lead to each vertex; empty: it is none of the edges
+        bool isRing = false;
+    };
 
     XvcMeasureObj() = default;
     XvcMeasureObj(const XvcMeasureObj&) = default;
@@ -91,9 +101,12 @@ protected:
     void StoreOwn(XArchive& archive) const override;
     void LoadOwn(XArchive& archive) override;
 
+    /// Adds the lines and rings that are drawn, in the object's coordinates.
+    virtual void GetDrawn(std::vector<tagDrawn>& drawn) const = 0;
     /// Records what is measured; the label is none of it.
-    virtual void Record(XVertBuffer* buffer, const XWarp2D* warp,
-                        const XVectorPaint& paint) const = 0;
+    virtual void Record(XVertBuffer* buffer, const XWarp2D* warp, const XVectorPaint& paint) const;
+    /// Pixels of the mark that a label beside the vertex has to keep off, half its size.
+    virtual double GetMarkPixels() const { return 0.0; }
     /// Where the label stands, in the object's coordinates, and by which point of its box
     /// (XTextAlign). @return false for nowhere
     virtual bool GetLabelPlace(tagXVector3& place, int& align) const = 0;
@@ -108,13 +121,13 @@ protected:
     XString FormatArea(double inUnit) const;
     /// Degrees in a unit of geographic coordinates.
     double GetDegreesPerUnit() const;
-    /// The vertices and, on the ellipsoid, those of the shortest lines between them, with longitudes
-    /// that never jump.
-    Path TracePath(const Path& vertices, bool isRing) const;
-    /// Records a traced path, and once more a turn away where it leaves -180 to 180 degrees although
+    /// The usable vertices and, on the ellipsoid, those of the shortest lines between them, with
+    /// longitudes that never jump.
+    tagDrawn Trace(const Path& vertices, bool isRing) const;
+    /// Adds what was traced, and once more a turn away where it leaves -180 to 180 degrees although
     /// no vertex does.
-    void RecordPath(XVertBuffer* buffer, const XWarp2D* warp, const XVectorPaint& paint,
-                    const Path& traced, bool isRing) const;
+    void AddDrawn(std::vector<tagDrawn>& drawn, const tagDrawn& traced) const;
+    void ScaleLengths(double factorX, double factorY) override;
 
 private:
     XSpatialReference m_reference;

@@ -77,9 +77,17 @@ void XvcMeasurePoint::Record(XVertBuffer* buffer, const XWarp2D* warp,
     XvcPoint::Record(*buffer, GetVertex(), m_type, paint, warp);
 }
 
+double XvcMeasurePoint::GetMarkPixels() const
+{
+    const double thick = GetThick();
+    return XfnIsSet(thick) && thick <= 0.0 ? (thick < 0.0 ? -thick : XvcPoint::kDefaultPixels) / 2.0
+                                           : 0.0;
+}
+
 bool XvcMeasurePoint::GetLabelPlace(tagXVector3& place, int& align) const
 {
     place = GetVertex();
+    if (GetThick() > 0.0) place.x += GetThick() / 2.0; // beside the mark
     align = kXTextLeft | kXTextBottom;
     return XfnIsUsable(place);
 }

@@ -31,7 +31,9 @@ protected:
     XHitShape GetHitShape() const override { return XHitShape::Points; }
     void StoreOwn(XArchive& archive) const override;
     void LoadOwn(XArchive& archive) override;
+    void GetDrawn(std::vector<tagDrawn>&) const override {} ///< the mark lies at the vertex
     void Record(XVertBuffer* buffer, const XWarp2D* warp, const XVectorPaint& paint) const override;
+    double GetMarkPixels() const override;
     bool GetLabelPlace(tagXVector3& place, int& align) const override;
 
 private:

@@ -2,8 +2,6 @@
 
 #include "foundation/reference/XGeodesy.h"
 #include "foundation/surface/XTextAlign.h"
-#include "foundation/vector/XHitGeometry.h"
-#include "foundation/vector/XVectorPaint.h"
 #include "foundation/vector/XVertexMath.h"
 
 #include <cmath>
@@ -101,42 +99,15 @@ bool XvcMeasureRange::GetCircle(Path& ring) const
     return true;
 }
 
-void XvcMeasureRange::CalcRange()
+void XvcMeasureRange::GetDrawn(std::vector<tagDrawn>& drawn) const
 {
-    XvcMeasureObj::CalcRange();
-    Path ring;
-    if (!GetCircle(ring)) return;
-    const double z = m_range.minZ;
-    for (const tagXVector3& vertex : ring)
-        m_range.Add(vertex.x, vertex.y, z);
-}
-
-XvcObj* XvcMeasureRange::HitTest(const tagXVector3& point, double toleranceX, double toleranceY,
-                                 tagXHitFlag& hitFlag)
-{
-    if (XvcMeasureObj::HitTest(point, toleranceX, toleranceY, hitFlag)) return this;
-    const tagXHitPointer pointer = XfnMakeHitPointer(point, toleranceX, toleranceY);
-    Path ring;
-    if (!pointer.isUsable || !GetCircle(ring)) return nullptr;
-    for (std::size_t i = 0; i < ring.size(); ++i) {
-        const tagXVector3& a = ring[i];
-        const tagXVector3& b = ring[(i + 1) % ring.size()];
-        if (XfnHitDistanceSquared(pointer, a.x, a.y, b.x, b.y) > 1.0) continue;
-        hitFlag = {tagXHitFlag::kBody, 0};
-        return this;
-    }
-    return nullptr;
-}
-
-void XvcMeasureRange::Record(XVertBuffer* buffer, const XWarp2D* warp,
-                             const XVectorPaint& paint) const
-{
-    Path ring;
-    if (!GetCircle(ring)) return;
-    RecordPath(buffer, warp, paint, ring, true);
+    tagDrawn circle;
+    circle.isRing = true;
+    if (!GetCircle(circle.path)) return;
+    AddDrawn(drawn, circle);
     Path spoke;
     GetUsable(spoke);
-    RecordPath(buffer, warp, paint, TracePath(spoke, false), false);
+    AddDrawn(drawn, Trace(spoke, false));
 }
 
 bool XvcMeasureRange::GetLabelPlace(tagXVector3& place, int& align) const

@@ -45,6 +45,21 @@ public:
         static XRecordPool<tagStyles> pool;
         return pool.Find(styles);
     }
+    /// Of objects without anything rare. Those of a file come in runs of the same look.
+    static const XSharedRecord<tagShared>& ShareRun(const tagStyles& styles)
+    {
+        static thread_local XSharedRecord<tagShared> last;
+        if (!last || !(*last->styles == styles)) last = Share(Get(styles), tagRare());
+        return last;
+    }
+    static XSharedRecord<tagShared> Share(XSharedRecord<tagStyles> styles, const tagRare& rare)
+    {
+        static XRecordPool<tagShared> pool;
+        tagShared shared{std::move(styles), {}};
+        if (rare.IsEmpty()) return pool.Find(shared);
+        shared.rare = XSharedRecord<tagRare>(rare);
+        return XSharedRecord<tagShared>(std::move(shared));
+    }
 };
 
 std::atomic<std::uint32_t> XvcObjRange::s_touchCount{0};
@@ -90,14 +105,14 @@ void XvcObj::ChangeRare(const Change& change)
 {
     tagRare changed = GetRare();
     change(changed);
-    m_rare = changed.IsEmpty() ? XSharedRecord<tagRare>() : XSharedRecord<tagRare>(changed);
+    m_shared = StylePool::Share(m_shared->styles, changed);
     Touch();
 }
 
 XvcObj::XvcObj()
 {
-    static const XSharedRecord<tagStyles> styles = StylePool::Get(tagStyles());
-    m_styles = styles;
+    static const auto shared = StylePool::Share(StylePool::Get(tagStyles()), tagRare());
+    m_shared = shared;
 }
 
 XvcObj::XvcObj(const XvcObj& other) : XObject(other)
@@ -114,8 +129,7 @@ XvcObj& XvcObj::operator=(const XvcObj& other)
     m_backColor = other.m_backColor;
     m_record = other.m_record;
     m_thick = other.m_thick;
-    m_styles = other.m_styles;
-    m_rare = other.m_rare;
+    m_shared = other.m_shared;
     return *this;
 }
 
@@ -139,8 +153,8 @@ void XvcObj::Serialize(XArchive& archive)
         const tagXVectorRange empty;
         const tagXVectorRange& range = m_range;
         const tagRare& rare = GetRare();
-        const tagXFillStyle& fill = m_styles->fill;
-        const tagXLineStyle& line = m_styles->line;
+        const tagXFillStyle& fill = GetFillStyle();
+        const tagXLineStyle& line = GetLineStyle();
         const bool hasValue = std::bit_cast<std::uint64_t>(rare.reservedValue) != 0;
         const bool hasPattern = HasOwnPattern(fill);
         const bool hasTexts = rare.HasTexts();
@@ -190,9 +204,9 @@ void XvcObj::Serialize(XArchive& archive)
     tagXVectorRange range;
     if (stored & kStoredRange) archive.ReadExactly(&range, sizeof range);
     loaded.m_range = range;
-    loaded.m_styles = StylePool::Get(styles);
     rare.warp = GetWarpCeoff();
-    if (!rare.IsEmpty()) loaded.m_rare = XSharedRecord<tagRare>(rare);
+    loaded.m_shared = rare.IsEmpty() ? StylePool::ShareRun(styles)
+                                     : StylePool::Share(StylePool::Get(styles), rare);
     XvcObj::operator=(loaded);
 }
 
@@ -223,7 +237,7 @@ void XvcObj::SetBackColor(tagXColor color)
 void XvcObj::SetReserved(int index, const XString& text)
 {
     if (index < 0 || index >= kReservedCount) return;
-    if (!m_rare && text.IsEmpty()) return;
+    if (!m_shared->rare && text.IsEmpty()) return;
     ChangeRare([&](tagRare& rare) { rare.reserved[static_cast<std::size_t>(index)] = text; });
 }
 
@@ -240,21 +254,21 @@ void XvcObj::SetThick(double value)
 
 void XvcObj::SetFillStyle(const tagXFillStyle& style)
 {
-    if (style == m_styles->fill) return;
-    m_styles = StylePool::Get({style, m_styles->line});
+    if (style == GetFillStyle()) return;
+    m_shared = StylePool::Share(StylePool::Get({style, GetLineStyle()}), GetRare());
     Touch();
 }
 
 void XvcObj::SetLineStyle(const tagXLineStyle& style)
 {
-    if (style == m_styles->line) return;
-    m_styles = StylePool::Get({m_styles->fill, style});
+    if (style == GetLineStyle()) return;
+    m_shared = StylePool::Share(StylePool::Get({GetFillStyle(), style}), GetRare());
     Touch();
 }
 
 void XvcObj::SetLink(const XString& text)
 {
-    if (!m_rare && text.IsEmpty()) return;
+    if (!m_shared->rare && text.IsEmpty()) return;
     ChangeRare([&](tagRare& rare) { rare.link = text; });
 }
 
@@ -327,6 +341,7 @@ void XvcObj::RotateObject(double, double, double) {}
 
 void XvcObj::RotateObject(double angle)
 {
+    CalcRange(); // the one of before may be that of another place
     if (m_range.IsEmpty()) return;
     RotateObject(m_range.minX / 2.0 + m_range.maxX / 2.0, m_range.minY / 2.0 + m_range.maxY / 2.0,
                  angle);

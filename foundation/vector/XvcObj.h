@@ -98,8 +98,8 @@ public:
     tagXColor GetBackColor() const { return m_backColor; }
     double GetThick() const { return m_thick; }
     /// Good until the style is set anew.
-    const tagXFillStyle& GetFillStyle() const { return m_styles->fill; }
-    const tagXLineStyle& GetLineStyle() const { return m_styles->line; }
+    const tagXFillStyle& GetFillStyle() const { return m_shared->styles->fill; }
+    const tagXLineStyle& GetLineStyle() const { return m_shared->styles->line; }
     int GetHideFlag() const { return m_range.hideFlag; }
     int IsHidden() const { return m_range.hideFlag; }
     XvcLayer* GetParentLayer() const { return m_parentLayer; }
@@ -172,7 +172,7 @@ public:
     virtual tagXVector3* MoveVertex(int hitIndex, double dx, double dy, double dz);
     /// @param angle  degrees, counter-clockwise with y upwards
     virtual void RotateObject(double x, double y, double angle);
-    virtual void RotateObject(double angle); ///< about the centre of the range
+    virtual void RotateObject(double angle); ///< about the centre of the range, calculated anew
 
     /// Maps the box from (minX, minY) to (maxX, maxY) onto the unit square. A side without length
     /// maps to 0; a box that is not finite changes nothing.
@@ -184,6 +184,11 @@ public:
     /// @return 0 with a sentence in `error`; then the object is as it was
     virtual int ImportFromWkb(const unsigned char* bytes, std::size_t& size, XString& error);
     virtual XString ExportToWkt() const; ///< the root's is empty
+
+    /// What is seen and what is hit may lie outside the range, which is that of the geometry. Both
+    /// are those of the range calculated last.
+    virtual tagXVectorRange GetDrawnExtent() const { return m_range; } ///< what a view fits to
+    virtual tagXVectorRange GetHitExtent() const { return GetDrawnExtent(); }
 
     /// Calculates the range if the object was touched since the last call. For layers.
     /// @return never 0; a number that no other object and no other state of this one has had
@@ -211,9 +216,15 @@ private:
         bool HasTexts() const;
         bool IsEmpty() const;
     };
+    struct tagShared
+    {
+        XSharedRecord<tagStyles> styles; // never null
+        XSharedRecord<tagRare> rare;     // null while it would be empty
+        friend bool operator==(const tagShared&, const tagShared&) = default;
+    };
     class StylePool;
 
-    const tagRare& GetRare() const { return m_rare ? *m_rare : GetNoRare(); }
+    const tagRare& GetRare() const { return m_shared->rare ? *m_shared->rare : GetNoRare(); }
     static const tagRare& GetNoRare();
     template <class Change>
     void ChangeRare(const Change& change);
@@ -224,7 +235,6 @@ private:
     tagXColor m_backColor = kXOpaque | 0xFFFFFFu;
     std::uint32_t m_record = 0;
     double m_thick = 0.0;
-    XSharedRecord<tagStyles> m_styles; // never null
-    XSharedRecord<tagRare> m_rare;     // null while it would be empty
+    XSharedRecord<tagShared> m_shared; // never null
     XvcLayer* m_parentLayer = nullptr;
 };

@@ -7,6 +7,7 @@
 #include "foundation/vector/XvcVertexObj.h"
 
 #include <algorithm>
+#include <string>
 #include <utility>
 
 X_IMPLEMENT_CLASS(XvcPartsObj, XvcObj)
@@ -18,6 +19,17 @@ using Parts = std::vector<std::unique_ptr<XvcObj>>;
 constexpr std::uint8_t kArchiveVersion = 1;
 constexpr std::size_t kMinPartBytes = 16; // far less than the attributes alone take
 
+class DepthException final : public XFileException
+{
+public:
+    DepthException() : XFileException(kInvalidFile) {}
+    XString GetErrorMessage() const override
+    {
+        return XString("Objects lie in each other more than ") +
+               std::to_string(XvcPartsObj::kMaxDepth).c_str() + " deep.";
+    }
+};
+
 // Objects within objects within objects would otherwise end the stack.
 class DepthGuard
 {
@@ -25,7 +37,7 @@ public:
     DepthGuard()
     {
         if (s_depth >= XvcPartsObj::kMaxDepth) {
-            throw XFileException(XFileException::kInvalidFile);
+            throw DepthException();
         }
         ++s_depth;
     }
@@ -163,6 +175,22 @@ void XvcPartsObj::CalcRange()
         part->Refresh();
         m_range.Add(part->GetRange());
     }
+}
+
+tagXVectorRange XvcPartsObj::GetDrawnExtent() const
+{
+    tagXVectorRange extent = m_range;
+    for (const auto& part : m_parts)
+        extent.Add(part->GetDrawnExtent());
+    return extent;
+}
+
+tagXVectorRange XvcPartsObj::GetHitExtent() const
+{
+    tagXVectorRange extent = m_range;
+    for (const auto& part : m_parts)
+        extent.Add(part->GetHitExtent());
+    return extent;
 }
 
 std::uint32_t XvcPartsObj::Refresh()

@@ -7,15 +7,17 @@
 
 /// What objects made of other objects have in common. They own their parts.
 ///
-/// Copies copy the parts (of classes that XvcFactory.h knows). What is done to the whole is done to each part; the range is the union of
-/// theirs. Vertices and edges are counted through all parts: the index of a hit is that of the part
+/// Copies and files hold the parts of classes that XvcFactory.h knows, and leave others out. What is
+/// done to the whole is done to each part; the range is the union of theirs. Vertices and edges are counted through all parts: the index of a hit is that of the part
 /// plus the numbers of vertices of the parts before it, and MoveVertex takes it so.
 /// Parts learn the parent layer of the whole.
 class XAPI XvcPartsObj : public XvcObj
 {
     X_DECLARE_CLASS(XvcPartsObj)
 public:
-    static constexpr int kMaxDepth = 32; ///< of objects of this kind in each other, in files
+    /// Objects of this kind in each other that a file holds; storing more throws XFileException with
+    /// a sentence that says so.
+    static constexpr int kMaxDepth = 32;
 
     ~XvcPartsObj() override;
 
@@ -30,6 +32,8 @@ public:
     void Serialize(XArchive& archive) override;
     void SetParentLayer(XvcLayer* layer) override;
     void CalcRange() override;
+    tagXVectorRange GetDrawnExtent() const override;
+    tagXVectorRange GetHitExtent() const override;
     std::uint32_t Refresh() override;
     void CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
                             const tagXDrawAttrs* attrs) override;

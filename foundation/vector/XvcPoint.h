@@ -15,7 +15,7 @@ struct XVectorPaint;
 /// | 4          | upright cross |
 /// | 5          | diagonal cross|
 ///
-/// Other codes are kept and drawn as a dot. Marks 1 to 3 are outlined in the line colour and filled
+/// A new point is a diagonal cross. Other codes are kept and drawn as a dot. Marks 1 to 3 are outlined in the line colour and filled
 /// with the fore colour, whatever the fill style says; the others are strokes in the line colour. The
 /// line style kNone leaves outlines and strokes out.
 ///
@@ -104,7 +104,7 @@ public:
 
 private:
     tagXVector3 m_vertex;
-    int m_type = 0;
+    int m_type = 5; // a cross shows its size
     int m_numPieSegs = 24;
     double m_worldPerPixel = 0.0;
     unsigned m_drawListID = 0;

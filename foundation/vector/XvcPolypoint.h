@@ -40,5 +40,5 @@ protected:
     void LoadOwn(XArchive& archive) override;
 
 private:
-    int m_type = 0;
+    int m_type = 5; // as that of XvcPoint
 };

@@ -227,6 +227,12 @@ void XvcScaleBar::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
     }
 }
 
+void XvcScaleBar::ScaleLengths(double factorX, double factorY)
+{
+    XvcRectObj::ScaleLengths(factorX, factorY);
+    m_font.Scale(factorY);
+}
+
 void XvcScaleBar::StoreOwn(XArchive& archive) const
 {
     archive << kArchiveVersion << m_type << m_textAlign << m_worldPerPixel;

@@ -88,6 +88,7 @@ public:
                             const tagXDrawAttrs* attrs) override;
 
 protected:
+    void ScaleLengths(double factorX, double factorY) override;
     void StoreOwn(XArchive& archive) const override;
     void LoadOwn(XArchive& archive) override;
 

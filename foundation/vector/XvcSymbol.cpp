@@ -7,7 +7,6 @@
 #include "foundation/vector/XVertexMath.h"
 #include "foundation/vector/XvcPoint.h"
 #include "foundation/vector/XvcSymbolDef.h"
-#include "foundation/vector/XvcSymbolTable.h"
 
 #include <cmath>
 
@@ -19,9 +18,8 @@ constexpr std::uint8_t kArchiveVersion = 1;
 constexpr double kCorners[4][2] = {{-0.5, -0.5}, {-0.5, 0.5}, {0.5, 0.5}, {0.5, -0.5}};
 constexpr double kHalfSide = 0.5 + 1e-9; // what rounding takes away at the edge
 
-const XvcSymbolDef* FindIn(const XvcSymbolTable* table, int id)
+const XvcSymbolDef* ToDefinition(const XvcObj* found)
 {
-    const XvcObj* const found = table ? table->Find(id) : nullptr;
     if (!found || !found->IsKindOf(XvcSymbolDef::GetRuntimeClassStatic())) return nullptr;
     return static_cast<const XvcSymbolDef*>(found);
 }
@@ -49,8 +47,13 @@ XvcSymbol::XvcSymbol(int id, double x, double y, double z) : m_id(id)
 
 const XvcSymbolDef* XvcSymbol::GetDefinition() const
 {
-    const XvcSymbolDef* const found = FindIn(m_table, m_id);
-    return found ? found : FindIn(&XfnGetStandardSymbols(), m_id);
+    const XvcSymbolDef* const found = GetOwnDefinition();
+    return found ? found : ToDefinition(XfnGetStandardSymbols().Find(m_id));
+}
+
+const XvcSymbolDef* XvcSymbol::GetOwnDefinition() const
+{
+    return m_shared ? ToDefinition(m_shared->Find(m_id)) : nullptr;
 }
 
 void XvcSymbol::SetRotate(double angleDeg)

@@ -1,15 +1,16 @@
 #pragma once
 
 #include "foundation/base/XWarp2D.h"
+#include "foundation/vector/XvcSymbolTable.h"
 #include "foundation/vector/XvcVertexObj.h"
 
 class XvcSymbolDef;
-class XvcSymbolTable;
 
 /// An instance of a symbol of a table: a number, a centre, a turn and a size on each axis.
 ///
 /// The scale is the side of the symbol's square in world units; a negative one mirrors. The table is
-/// lent. Without one, or when it does not hold the number, the library's own symbols are asked; a
+/// lent, but its definitions are shared: copies in other layers look the same when the table is
+/// gone. Without one, or when it does not hold the number, the library's own symbols are asked; a
 /// number that neither knows is drawn as a box with a cross, so that it can be found and mended.
 /// The outline is drawn in the object's colours and thickness (XSymbolOutline).
 /// A symbol whose centre is not set draws nothing and is not hit. A new one is number 1, of scale 1.
@@ -28,10 +29,11 @@ public:
     }
     void SetSymbolTable(const XvcSymbolTable* table)
     {
-        m_table = table;
+        m_shared = table ? table->m_shared : nullptr;
         Touch();
     }
-    const XvcSymbolTable* GetSymbolTable() const { return m_table; }
+    /// Null when there is none or it is gone.
+    const XvcSymbolTable* GetSymbolTable() const { return m_shared ? m_shared->table : nullptr; }
     const XvcSymbolDef* GetDefinition() const; ///< null when no table knows the number
 
     tagXVector3 GetCenter() const { return GetAt(0); }
@@ -72,8 +74,10 @@ protected:
     void LoadOwn(XArchive& archive) override;
 
 private:
+    const XvcSymbolDef* GetOwnDefinition() const; // of its table alone
+
     int m_id = 1;
-    const XvcSymbolTable* m_table = nullptr;
+    std::shared_ptr<const XvcSymbolTable::tagShared> m_shared;
     double m_angleDeg = 0.0;
     double m_scaleX = 1.0;
     double m_scaleY = 1.0;

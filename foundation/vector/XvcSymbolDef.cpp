@@ -22,6 +22,16 @@ std::shared_ptr<const XSymbolOutline> GetEmptyOutline()
 
 XvcSymbolDef::XvcSymbolDef() : m_outline(GetEmptyOutline()) {}
 
+XvcSymbolDef& XvcSymbolDef::operator=(const XvcSymbolDef& other)
+{
+    XvcObj::operator=(other);
+    m_id = other.m_id;
+    m_group = other.m_group;
+    if (m_outline != other.m_outline) TouchAll();
+    m_outline = other.m_outline;
+    return *this;
+}
+
 int XvcSymbolDef::SetOutline(const XString& text, XString& error)
 {
     Touch();

@@ -15,6 +15,8 @@ class XAPI XvcSymbolDef : public XvcObj
     X_DECLARE_CLASS(XvcSymbolDef)
 public:
     XvcSymbolDef();
+    XvcSymbolDef(const XvcSymbolDef& other) = default;
+    XvcSymbolDef& operator=(const XvcSymbolDef& other); ///< seen by the symbols that show it
 
     int GetID() const { return m_id; }
     void SetID(int id)

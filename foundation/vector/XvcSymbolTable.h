@@ -9,7 +9,8 @@
 
 class XvcObj;
 
-/// Symbol definitions by their number. The table owns them.
+/// Symbol definitions by their number. The table owns them, together with the symbols that were
+/// linked to it: these keep what they show when the table is gone.
 class XAPI XvcSymbolTable : public XObject
 {
     X_DECLARE_CLASS(XvcSymbolTable)
@@ -28,9 +29,16 @@ public:
     std::vector<int> GetIDs() const; ///< ascending
     int Remove(int id);              ///< 0 when there is none; destroys the definition
     void RemoveAll();
-    int GetCount() const { return static_cast<int>(m_definitions.size()); }
+    int GetCount() const { return static_cast<int>(m_shared->definitions.size()); }
     int GetFreeID() const; ///< the lowest id from 1 on that is not taken
 
 private:
-    std::map<int, std::unique_ptr<XvcObj>> m_definitions;
+    friend class XvcSymbol;
+    struct tagShared
+    {
+        std::map<int, std::unique_ptr<XvcObj>> definitions;
+        const XvcSymbolTable* table; // null once it is gone
+        XvcObj* Find(int id) const;
+    };
+    std::shared_ptr<tagShared> m_shared;
 };

@@ -65,6 +65,7 @@ XvcText& XvcText::operator=(const XvcText& other)
     m_drawBorder = other.m_drawBorder;
     m_textColor = other.m_textColor;
     m_style = other.m_style;
+    m_parent = other.m_parent;
     return *this;
 }
 
@@ -203,6 +204,7 @@ void XvcText::Serialize(XArchive& archive)
     loaded.SetAngle(angle);
     loaded.SetWorldPerPixel(worldPerPixel);
     loaded.SetDrawBorder(loaded.m_drawBorder);
+    loaded.m_parent = m_parent;
     *this = loaded;
 }
 
@@ -228,19 +230,19 @@ void XvcText::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
     text.colour = m_textColor ? m_textColor : paint.line.colour;
     const XTextFrame frame(m_position, 1.0, m_angle, ChooseWarp(warp));
     if (!frame.isUsable) return;
-    if (m_fontSize > 0.0) {
+    const int flag = buffer->GetFontSizeFlag();
+    if (m_fontSize > 0.0 && !flag) {
         RecordInWorld(*buffer, text, frame, paint);
         return;
     }
     // the box in the world is not known: frame and fill are those of the text primitive
     text.position = frame.origin;
-    text.height = GetPixelHeight();
+    text.height = m_fontSize > 0.0 ? m_fontSize : GetPixelHeight();
     text.angleDeg = frame.GetAngleDeg();
     if (m_drawBorder) {
         if (paint.GetFill()) text.backColour = paint.fill.foreColour;
         if (paint.GetLine()) text.borderColour = paint.line.colour;
     }
-    const int flag = buffer->GetFontSizeFlag();
     buffer->SetFontSizeFlag(1);
     buffer->AddText(text);
     buffer->SetFontSizeFlag(flag);

@@ -22,6 +22,8 @@ struct tagXVertText;
 /// The corners of the box are the indices 4 lower left, 5 upper left, 6 upper right and 7 lower right
 /// of MoveVertex, as with other boxes: the opposite corner stays and the font size follows the
 /// height, or the width where only that changes.
+/// Recorded with the font size flag, a positive size counts pixels as well; the object does not know
+/// how much of the world such a text covers.
 /// A text whose position is not set (x or y 1.7e308, or not finite) has an empty range, is not hit
 /// and draws nothing.
 class XAPI XvcText : public XvcObj
@@ -32,7 +34,7 @@ public:
     static constexpr int kCornerCount = 4;
 
     XvcText();
-    /// A copy is part of no other object.
+    /// A copy is part of what the other is part of, until SetParent says otherwise.
     XvcText(const XvcText& other);
     XvcText& operator=(const XvcText& other);
 

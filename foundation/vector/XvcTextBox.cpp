@@ -89,7 +89,8 @@ void XvcTextBox::CalcBound(double width, double height)
 
 void XvcTextBox::SetScale(double worldPerPixel)
 {
-    if (!(worldPerPixel > 0.0) || !XfnIsSet(worldPerPixel)) return;
+    // one that is not normal has lost digits
+    if (!(worldPerPixel > 0.0) || !XfnIsSet(worldPerPixel) || !std::isnormal(worldPerPixel)) return;
     Touch();
     m_scale = worldPerPixel;
 }
@@ -395,13 +396,16 @@ void XvcTextBox::CalcRange()
     double width = 0.0, height = 0.0;
     if (m_autoAlign && IsSet()) GetTextSize(width, height);
     const double more = height - (top - bottom);
-    if (height > 0.0 && XfnIsSet(more) && std::fabs(more) > 1e-9 * height) {
+    // what coordinates of this size cannot hold would shift the box at every call
+    const double least = std::max(1e-9 * height, 4.0 * std::numeric_limits<double>::epsilon() *
+                                                     std::max(std::fabs(top), std::fabs(bottom)));
+    if (height > 0.0 && XfnIsSet(more) && std::fabs(more) > least) {
         if (m_vertAlign & kXTextMiddle) {
             SetBound(left, top + more / 2.0, right, bottom - more / 2.0);
         } else if (m_vertAlign & kXTextBottom) {
-            SetBound(left, top + more, right, bottom);
+            SetBound(left, bottom + height, right, bottom);
         } else {
-            SetBound(left, top, right, bottom - more);
+            SetBound(left, top, right, top - height);
         }
     }
     XvcBoxObj::CalcRange();
@@ -413,8 +417,9 @@ void XvcTextBox::CreateVertexBuffer(XVertBuffer* buffer, const XWarp2D* warp,
     tagXVector3 corners[kCornerCount];
     if (!buffer || !GetCorners(warp, corners)) return;
     const XVectorPaint paint(*this, attrs);
-    RecordFrame(*buffer, corners, warp, paint);
-    if (!m_editing) RecordText(*buffer, ChooseWarp(warp), paint.line.colour);
+    const XWarp2D* const map = ChooseWarp(warp);
+    RecordFrame(*buffer, corners, map, paint);
+    if (!m_editing) RecordText(*buffer, map, paint.line.colour);
 }
 
 void XvcTextBox::RecordFrame(XVertBuffer& buffer, const tagXVector3 (&corners)[kCornerCount],

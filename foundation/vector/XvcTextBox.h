@@ -15,7 +15,8 @@ struct XVectorPaint;
 ///
 /// Sizes: letters are measured in points at 96 pixels to the inch, and SetScale tells the world
 /// length of such a pixel, so a box keeps its line breaks at every zoom. A scale that is not set
-/// (0, at first) is 1. Lines that begin below the box are not drawn.
+/// (0, at first) is 1. Lines that begin below the box are not drawn. The font size flag of a recording
+/// does not count, as the letters are laid out within the box.
 /// Looks: the box is filled (fill style, fore and back colour) and, with the border, outlined (line
 /// colour, style and thickness). Letters without a colour of their own have the line colour, those
 /// without a face that of the text style.
@@ -52,7 +53,7 @@ public:
         GetBound(left, top, right, bottom);
     }
     double GetScale() const { return m_scale; }
-    void SetScale(double worldPerPixel); ///< one that is not above 0 is ignored
+    void SetScale(double worldPerPixel); ///< one that is not above 0, or not normal, is ignored
     /// Width and height that the text takes at the width of the box, margins included, in world
     /// lengths. The width is that of the longest line.
     void GetTextSize(double& width, double& height) const;

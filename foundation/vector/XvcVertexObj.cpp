@@ -5,6 +5,7 @@
 #include "foundation/base/XPtrArray.h"
 #include "foundation/vector/XVertexMath.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -67,12 +68,21 @@ bool XvcVertexObj::IsVertexCountAllowed(int) const
 
 void XvcVertexObj::CalcRange()
 {
-    m_range.Clear();
-    for (int i = 0; i < m_vertices.GetSize(); ++i) {
-        const tagXVector3 vertex = m_vertices.GetAt(i);
+    tagXVectorRange range;
+    const double* at = m_vertices.GetCoords();
+    const int count = m_vertices.GetSize(), stride = m_vertices.GetStride();
+    for (int i = 0; i < count; ++i, at += stride) {
+        if (!XfnIsSet(at[0]) || !XfnIsSet(at[1])) continue;
         // a height that is not set must not take the vertex out of the range
-        m_range.Add(vertex.x, vertex.y, XfnIsSet(vertex.z) ? vertex.z : 0.0);
+        const double z = stride == 3 && XfnIsSet(at[2]) ? at[2] : 0.0;
+        range.minX = std::min(range.minX, at[0]);
+        range.minY = std::min(range.minY, at[1]);
+        range.minZ = std::min(range.minZ, z);
+        range.maxX = std::max(range.maxX, at[0]);
+        range.maxY = std::max(range.maxY, at[1]);
+        range.maxZ = std::max(range.maxZ, z);
     }
+    m_range = range;
 }
 
 XvcObj* XvcVertexObj::HitTest(const tagXVector3& point, double toleranceX, double toleranceY,
@@ -114,5 +124,11 @@ void XvcVertexObj::Normalize(double minX, double minY, double maxX, double maxY)
     Touch();
     const tagXUnitMap map(minX, minY, maxX, maxY);
     if (!ApplyToAll(m_vertices, map)) return;
-    if (map.width != 0.0 && GetThick() > 0.0) SetThick(GetThick() / std::fabs(map.width));
+    ScaleLengths(map.width != 0.0 ? 1.0 / std::fabs(map.width) : 1.0,
+                 map.height != 0.0 ? 1.0 / std::fabs(map.height) : 1.0);
+}
+
+void XvcVertexObj::ScaleLengths(double factorX, double)
+{
+    if (GetThick() > 0.0) SetThick(GetThick() * factorX);
 }

@@ -33,7 +33,8 @@ public:
     tagXVector3* MoveVertex(int hitIndex, double dx, double dy, double dz) override;
     void RotateObject(double x, double y, double angle) override;
     using XvcObj::RotateObject;
-    /// A thickness in world units follows the x side of the box.
+    /// A thickness in world units follows the x side of the box; so do, or the y side, lengths of the
+    /// class (ScaleLengths).
     void Normalize(double minX, double minY, double maxX, double maxY) override;
 
 protected:
@@ -48,6 +49,8 @@ protected:
     virtual void StoreOwn(XArchive& archive) const;
     virtual void LoadOwn(XArchive& archive);
     virtual bool IsVertexCountAllowed(int count) const; ///< asked when loading
+    /// Scales what are world lengths besides the vertices, the thickness at least; for Normalize.
+    virtual void ScaleLengths(double factorX, double factorY);
 
     /// The vertices to change.
     XVertexArray& ChangeVertices()

@@ -1,18 +1,19 @@
 #!/usr/bin/env python3
-"""A second reader of XVC vector files, written from the page docs/formats/xvc.md alone.
+"""Read an XVC file and print what is in it as one JSON object in one line.
 
-Command line: `xvc_reader.py FILE` prints one JSON object in one line, exit code 0. A file it cannot read: nothing on
-stdout, one sentence on stderr, exit code 1. Wrong usage: exit code 2.
+Usage: xvc_reader.py FILE
 
-Integers and reals are JSON numbers as Python's repr writes them, so reals come back bit by bit. JSON has no other reals:
-NaN is the string "nan", infinities are "inf" and "-inf". Bytes are strings of hexadecimal digits, colors numbers.
+    {"version": [major, minor], "root": base}
+    base     {node, name, link, hidden, coordinates, wkt, objects, kinds, range, symbols, children}
+    layer    {node, name, link, hidden, locked, hit, bufferType, fontSizeFlag, objects, kinds, range, columns,
+             attributes: null or {rows, columns: [{name, type, values}]}, children}
+    list     {node, children}
+    object   {class, common: {...}, own: {...}, number}; one that cannot be read {class, number, unread: bytes}
 
-  {"version": [major, minor], "root": base}
-  base     {node, name, link, hidden, coordinates, wkt, objects, kinds, range, symbols: [object], children}
-  layer    {node, name, link, hidden, locked, hit, bufferType, fontSizeFlag, objects, kinds, range, columns: [name],
-           attributes: none or {rows, columns: [{name, type, values}]}, children}; a missing value is none
-  list     {node, children}
-  object   {class, number, common: {...}, own: {...}}; one that cannot be read {class, number, unread: bytes}
+Reals are numbers, NaN and infinities the strings "nan", "inf" and "-inf"; bytes are hexadecimal digits; colors are
+numbers; "pattern" and "range" of an object are null when they are not stored. "line" is the pattern of the line, its
+style and the two words that are only kept. "numbers" of a font are its five i32 and its eight u8; "face" is all of
+its 32 bytes. Exit code 0; a file that cannot be read: one sentence on stderr, exit code 1; wrong usage: 2.
 """
 
 import json
@@ -20,427 +21,541 @@ import math
 import struct
 import sys
 
-SUMMARY_RANGE = 6
+MAGIC = b"\x89XVC\r\n\x1a\n"
+HEADER_BYTES, HEAD_BYTES, RECORD_HEAD_BYTES = 32, 24, 12
+BASE, LAYER, LIST, CLOSE, OBJECTS, ATTRIBUTES, SYMBOLS = range(1, 8)
+MOST_NODES_DEEP, MOST_PARTS_DEEP, MOST_LEGEND_ROWS = 64, 32, 10000
+LEAST_CHORDS, MOST_CHORDS = 3, 10000
+SAMPLE_BYTES = {1: 1, 2: 1, 3: 2, 4: 2, 5: 4, 6: 4, 7: 4, 8: 8}
+PIXEL_BITS = (1, 4, 8, 16, 24, 32)
+CELL_CODES = {1: "b", 2: "h", 4: "i", 8: "q"}
+WHOLE, REAL, TEXT = 1, 2, 3
+
+# What a class has behind its shared beginning: "key:kind" with the kinds of KINDS below; ":v8" and ":v16" are versions.
+MEASURE = (":v8 reference:reference lengthUnit:i32 areaUnit:i32 decimals:i32 label:i32 size:f64 textColor:u32 "
+           "style:style")
+TEXT_BOX = (":v8 rtf:text worldPerPixel:f64 xSpace:f64 autoAlign:i32 vertAlign:i32 border:i32 style:style")
+AXIS = (":v8 minimum:f64 maximum:f64 log:i32 majorStep:f64 majorCount:i32 minorCount:i32 decimals:i32 title:text "
+        "inverted:i32 tickSide:i32 labels:i32 gridLength:f64 gridColor:u32 worldPerPixel:f64 font:font")
+ANY = None
+MANY = 0xFFFFFFFF
+
+# class: (beginning, its argument, fields); the argument of V: least and most vertices, of PARTS: the class of the parts
+CLASSES = {
+    "XvcPoint": ("OBJ", ANY, ":v16 vertex:vertex shape:i32 sides:i32 worldPerPixel:f64"),
+    "XvcMPoint": ("PARTS", "XvcPoint", ""),
+    "XvcPolypoint": ("V", (0, MANY), "shape:i32"),
+    "XvcLine": ("V", (2, 2), "startShape:i32 endShape:i32 startSize:f64 endSize:f64 worldPerPixel:f64"),
+    "XvcMLine": ("PARTS", "XvcLine", ""),
+    "XvcPolyline": ("V", (0, MANY), ""),
+    "XvcMPolyline": ("PARTS", "XvcPolyline", ""),
+    "XvcPolygon": ("V", (0, MANY), ""),
+    "XvcMPolygon": ("PARTS", "XvcPolygon", "fillRule:i32"),
+    "XvcBspline": ("V", (0, MANY), "order:i32 resolution:i32 type:i32 knots:reals"),
+    "XvcEllipse": ("ROUND", ANY, ""),
+    "XvcArc": ("ROUND", ANY, "startAngle:f64 endAngle:f64 mode:i32"),
+    "XvcArcClosed": ("ROUND", ANY, "startAngle:f64 endAngle:f64 mode:i32"),
+    "XvcRectangle": ("V", (4, 4), ""),
+    "XvcGroup": ("PARTS", ANY, ""),
+    "XvcGroup2": ("PARTS", ANY, ""),
+    "XvcNorthArrow": ("V", (4, 4), ":v8 style:i32 resolution:i32 angle:f64 worldPerPixel:f64"),
+    "XvcScaleBar": ("V", (4, 4), ":v8 type:i32 align:i32 worldPerPixel:f64 font:font reference:reference"),
+    "XvcText": ("v8 OBJ", ANY, "text:text position:vertex fontSize:f64 angle:f64 worldPerPixel:f64 align:i32 "
+                "border:i32 textColor:u32 style:style"),
+    "XvcMText": ("PARTS", "XvcText", ""),
+    "XvcTextBox": ("BOX", ANY, TEXT_BOX),
+    "XvcBalloon": ("BOX", ANY, TEXT_BOX + " :v8 pointer:vertex"),
+    "XvcBitmap": ("BOX", ANY, ":v8 file:text opacity:f64 border:i32 transparent:i32 hasIndexMap:i32 indexMap:corners "
+                  "mapBox:box picture:picture"),
+    "XvcRaster": ("BOX", ANY, ":v8 opacity:f64 samples:samples"),
+    "XvcEMF": ("BOX", ANY, ":v8 originalWidth:i32 originalHeight:i32 lock:i32 worldPerPixel:f64 outline:text"),
+    "XvcSymbol": ("V", (1, 1), ":v8 number:i32 rotation:f64 scaleX:f64 scaleY:f64"),
+    "XvcMSymbol": ("PARTS", "XvcSymbol", ""),
+    "XvcSymbolDef": ("v8 OBJ", ANY, "number:i32 group:text outline:text"),
+    "XvcMeasurePoint": ("V", (0, 1), "shape:i32 " + MEASURE),
+    "XvcMeasureDist": ("V", (0, MANY), MEASURE),
+    "XvcMeasureArea": ("V", (0, MANY), MEASURE),
+    "XvcMeasureAngle": ("V", (0, 3), MEASURE),
+    "XvcMeasureRange": ("V", (0, 2), MEASURE),
+    "XvcLeaderLine": ("V", (0, MANY), ":v8 text:text border:i32 startShape:i32 startSize:f64 landing:f64 "
+                      "worldPerPixel:f64 font:font"),
+    "XvcLegend": ("BOX", ANY, ":v8 title:text columns:i32 border:i32 worldPerPixel:f64 font:font rows:legend"),
+    "XvcAxis": ("V", (2, 2), AXIS),
+}
 
 
-class XvcError(Exception):
-    """The file is no XVC file, is damaged, or needs what this reader lacks."""
+class Damage(Exception):
+    """What is wrong with the file, or with a record, in a few words."""
 
 
-def need(condition, text):
-    if not condition:
-        raise XvcError(text)
-
-
-def _table():
+def crc_table():
+    """The 256 remainders of CRC-32C (Castagnoli), reflected."""
     table = []
-    for byte in range(256):
+    for value in range(256):
         for _ in range(8):
-            byte = (byte >> 1) ^ (0x82F63B78 if byte & 1 else 0)
-        table.append(byte)
+            value = value >> 1 ^ (0x82F63B78 if value & 1 else 0)
+        table.append(value)
     return table
 
 
-TABLE = _table()
+CRC_TABLE = crc_table()
 
 
 def crc32c(data):
+    table = CRC_TABLE
     crc = 0xFFFFFFFF
     for byte in data:
-        crc = (crc >> 8) ^ TABLE[(crc ^ byte) & 0xFF]
+        crc = crc >> 8 ^ table[(crc ^ byte) & 255]
     return crc ^ 0xFFFFFFFF
 
 
-class Bytes:
-    """A payload or record that is read from its begin on."""
+def plain(real):
+    """A real as JSON can hold it."""
+    if math.isfinite(real):
+        return real
+    if math.isnan(real):
+        return "nan"
+    return "inf" if real > 0 else "-inf"
+
+
+class Cursor:
+    """Reads values one behind the other and never past the end."""
 
     def __init__(self, data):
         self.data = data
         self.at = 0
 
-    def take(self, count):
-        need(0 <= count <= len(self.data) - self.at, "something ends early")
-        self.at += count
-        return self.data[self.at - count:self.at]
-
     def left(self):
         return len(self.data) - self.at
 
-    def one(self, form):
-        return struct.unpack("<" + form, self.take(struct.calcsize("<" + form)))[0]
+    def take(self, count):
+        if count > self.left():
+            raise Damage("%d bytes are wanted where %d are left" % (count, self.left()))
+        part = self.data[self.at:self.at + count]
+        self.at += count
+        return part
+
+    def unpack(self, codes):
+        layout = struct.Struct("<" + codes)
+        return layout.unpack(self.take(layout.size))
 
     def u8(self):
-        return self.one("B")
+        return self.unpack("B")[0]
 
     def u16(self):
-        return self.one("H")
+        return self.unpack("H")[0]
 
     def u32(self):
-        return self.one("I")
+        return self.unpack("I")[0]
 
     def i32(self):
-        return self.one("i")
+        return self.unpack("i")[0]
+
+    def u64(self):
+        return self.unpack("Q")[0]
 
     def f64(self):
-        return self.one("d")
+        return plain(self.unpack("d")[0])
 
-    def reals(self, count):
-        need(8 * count <= self.left(), "something ends early")
-        return [self.f64() for _ in range(count)]
+    def count(self, least_bytes):
+        """A number of things that have at least so many bytes each."""
+        number = self.u32()
+        if number * least_bytes > self.left():
+            raise Damage("a count of %d is more than the bytes behind it can hold" % number)
+        return number
+
+    def f64s(self, number):
+        return [plain(real) for real in struct.unpack("<%dd" % number, self.take(8 * number))]
+
+    def flag(self):
+        value = self.u8()
+        if value > 1:
+            raise Damage("a flag is %d, not 0 or 1" % value)
+        return value
 
     def text(self):
-        return self.take(self.u32()).decode("utf-8", "replace")
-
-    def vertex(self):
-        return self.reals(3)
-
-    def version(self, form="B"):
-        need(self.one(form) == 1, "an unknown version of a record")
+        return decoded(self.take(self.u32()))
 
 
-def style(b):
-    word = b.u32()
-    numbers = list(struct.unpack("<5i8B", b.take(28)))
-    face = b.take(32).split(b"\0")[0].decode("utf-8", "replace")
-    return {"word": word, "numbers": numbers, "face": face}
+def decoded(raw):
+    try:
+        return bytes(raw).decode("utf-8")
+    except UnicodeDecodeError:
+        raise Damage("a text is not UTF-8") from None
 
 
-def reference(b):
-    return {"wkt": b.text(), "coordinates": b.i32()}
+def read_version(cursor, code="B"):
+    version = cursor.unpack(code)[0]
+    if version != 1:
+        raise Damage("version %d is not known" % version)
 
 
-def font(b):
-    return {"size": b.f64(), "color": b.u32(), "style": style(b)}
+# ---- parts of records
 
 
-def measure(b):
-    b.version()
-    own = {"reference": reference(b), "lengthUnit": b.i32(), "areaUnit": b.i32(), "decimals": b.i32(),
-           "label": b.i32(), "size": b.f64(), "textColor": b.u32()}
-    own["style"] = style(b)
-    return own
+def read_vertex(cursor):
+    return cursor.f64s(3)
 
 
-def common(b):
-    b.version("H")
-    stored = b.u16()
-    need(stored & ~63 == 0, "something unknown is stored with an object")
-    made = {"lineColor": b.u32(), "foreColor": b.u32(), "backColor": b.u32(), "hidden": b.i32(), "thick": b.f64(),
-            "fill": b.i32(), "line": [b.u16(), b.i32(), b.u32(), b.u32()]}
-    need(stored & 8 or 0 <= made["fill"] <= 16, "a fill style without a pattern")
-    made["name"] = b.text() if stored & 1 else ""
-    made["link"] = b.text() if stored & 2 else ""
-    made["value"] = b.f64() if stored & 4 else 0.0
-    made["pattern"] = b.take(128).hex() if stored & 8 else None
-    made["texts"] = [b.text() for _ in range(5)] if stored & 16 else [""] * 5
-    made["range"] = b.reals(6) if stored & 32 else None
-    return made
+def read_style(cursor):
+    word = cursor.u32()
+    numbers = cursor.unpack("5i8B")
+    return {"word": word, "numbers": list(numbers), "face": cursor.take(32).hex()}
 
 
-def vertices(b, low=0, high=None):
-    heights = b.u8()
-    need(heights <= 1, "a flag that is neither 0 nor 1")
-    count = b.u32()
-    need(count >= low and (high is None or count <= high), "a number of vertices that cannot be")
-    need(count * (24 if heights else 16) <= b.left(), "something ends early")
-    return [b.reals(3) if heights else b.reals(2) + [0.0] for _ in range(count)]
+def read_font(cursor):
+    return {"size": cursor.f64(), "color": cursor.u32(), "style": read_style(cursor)}
 
 
-def v(low=0, high=None):
-    """A record that begins with V."""
-    def read(b, made):
-        b.version()
-        made["common"] = common(b)
-        made["own"]["vertices"] = vertices(b, low, high)
-    return read
+def read_reference(cursor):
+    return {"wkt": cursor.text(), "coordinates": cursor.i32()}
 
 
-def box(b, made):
-    b.version()
-    made["common"] = common(b)
-    made["own"].update(leftTop=b.vertex(), rightBottom=b.vertex())
+def read_legend(cursor):
+    number = cursor.count(4)
+    if number > MOST_LEGEND_ROWS:
+        raise Damage("a legend has %d rows, more than %d" % (number, MOST_LEGEND_ROWS))
+    return [{"look": read_common(cursor), "kind": cursor.i32(), "shape": cursor.i32()} for _ in range(number)]
 
 
-def round_(b, made):
-    b.version()
-    made["common"] = common(b)
-    made["own"].update(center=b.vertex(), start=b.vertex(), end=b.vertex(), axes=b.reals(2), rotation=b.f64(),
-                       resolution=b.i32())
+def read_picture(cursor):
+    if not cursor.flag():
+        return None
+    width, height, bits, x_metre, y_metre = cursor.unpack("iiHii")
+    if width < 0 or bits not in PIXEL_BITS:
+        raise Damage("a picture has width %d and %d bits a pixel" % (width, bits))
+    entries = cursor.count(4)
+    opaque = cursor.flag()
+    palette = cursor.take(4 * entries).hex()
+    rows = cursor.u32()
+    if rows not in (0, abs(height)):
+        raise Damage("a picture of height %d has %d rows" % (height, rows))
+    row_bytes = (width * bits + 31) // 32 * 4
+    return {"width": width, "height": height, "bits": bits, "metres": [x_metre, y_metre], "hasOpacity": opaque,
+            "palette": palette, "rows": cursor.take(rows * row_bytes).hex()}
 
 
-def parts(allowed=None):
-    def read(b, made):
-        b.version()
-        made["common"] = common(b)
-        members = []
-        for _ in range(b.u32()):
-            name = b.text()
-            need(allowed is None or name == allowed, "a part of a class that cannot be")
-            members.append(read_object(b, name, made["depth"] + 1))
-        made["own"]["parts"] = members
-    return read
+def read_samples(cursor):
+    if not cursor.flag():
+        return None
+    width, bands, kind, height = cursor.unpack("iiiI")
+    if width < 0 or bands < 0 or kind not in SAMPLE_BYTES:
+        raise Damage("a raster has width %d, %d bands and type %d" % (width, bands, kind))
+    raw = cursor.take(width * height * bands * SAMPLE_BYTES[kind])
+    return {"width": width, "height": height, "bands": bands, "type": kind, "bytes": raw.hex()}
 
 
-def point(b, made):
-    made["common"] = common(b)
-    b.version("H")
-    made["own"].update(vertex=b.vertex(), shape=b.i32(), sides=b.i32(), worldPerPixel=b.f64())
-
-
-def only_common(b, made):
-    b.version()
-    made["common"] = common(b)
-
-
-def fields(*names):
-    """Own values in a row: "i name", "d name", "t name" and so on."""
-    kinds = {"i": Bytes.i32, "d": Bytes.f64, "t": Bytes.text, "c": Bytes.u32, "x": Bytes.vertex, "style": style,
-             "font": font, "reference": reference}
-
-    def read(b, made):
-        for name in names:
-            kind, key = name.split()
-            if kind == "v":
-                b.version()
-            else:
-                made["own"][key] = kinds[kind](b)
-    return read
-
-
-def knots(b, made):
-    made["own"]["knots"] = b.reals(b.u32())
-
-
-def measured(b, made):
-    made["own"].update(measure(b))
-
-
-def picture(b, made):
-    b.version()
-    own = made["own"]
-    own.update(file=b.text(), opacity=b.f64(), border=b.i32(), transparent=b.i32(), hasIndexMap=b.i32())
-    own.update(indexMap=[b.vertex() for _ in range(4)], mapBox=b.reals(4), picture=None)
-    if not b.u8():
-        return
-    width, height, bits = b.i32(), b.i32(), b.u16()
-    shown = {"width": width, "height": height, "bits": bits, "metres": [b.i32(), b.i32()]}
-    colors = b.u32()
-    shown["hasOpacity"] = b.u8()
-    shown["palette"] = b.take(4 * colors).hex()
-    rows = b.u32()
-    need(rows in (0, abs(height)), "a picture whose rows are not all there")
-    shown["rows"] = b.take(rows * ((width * bits + 31) // 32 * 4)).hex()
-    own["picture"] = shown
-
-
-def samples(b, made):
-    b.version()
-    made["own"].update(opacity=b.f64(), samples=None)
-    if not b.u8():
-        return
-    width, bands, kind, height = b.i32(), b.i32(), b.i32(), b.u32()
-    need(1 <= kind <= 8 and width > 0 and bands > 0, "samples that cannot be")
-    size = {1: 1, 2: 1, 3: 2, 4: 2, 5: 4, 6: 4, 7: 4, 8: 8}[kind]
-    made["own"]["samples"] = {"width": width, "height": height, "bands": bands, "type": kind,
-                              "bytes": b.take(width * height * bands * size).hex()}
-
-
-def legend_rows(b, made):
-    count = b.u32()
-    need(count <= 10000, "a legend of too many rows")
-    made["own"]["rows"] = [{"look": common(b), "kind": b.i32(), "shape": b.i32()} for _ in range(count)]
-
-
-TEXT_BOX = fields("v -", "t rtf", "d worldPerPixel", "d xSpace", "i autoAlign", "i vertAlign", "i border",
-                  "style style")
-ARC = fields("d startAngle", "d endAngle", "i mode")
-
-CLASSES = {
-    "XvcPoint": [point],
-    "XvcMPoint": [parts("XvcPoint")],
-    "XvcPolypoint": [v(), fields("i shape")],
-    "XvcLine": [v(2, 2), fields("i startShape", "i endShape", "d startSize", "d endSize", "d worldPerPixel")],
-    "XvcMLine": [parts("XvcLine")],
-    "XvcPolyline": [v()],
-    "XvcMPolyline": [parts("XvcPolyline")],
-    "XvcPolygon": [v()],
-    "XvcMPolygon": [parts("XvcPolygon"), fields("i fillRule")],
-    "XvcBspline": [v(), fields("i order", "i resolution", "i type"), knots],
-    "XvcEllipse": [round_],
-    "XvcArc": [round_, ARC],
-    "XvcArcClosed": [round_, ARC],
-    "XvcRectangle": [v(4, 4)],
-    "XvcGroup": [parts()],
-    "XvcGroup2": [parts()],
-    "XvcNorthArrow": [v(4, 4), fields("v -", "i style", "i resolution", "d angle", "d worldPerPixel")],
-    "XvcScaleBar": [v(4, 4), fields("v -", "i type", "i align", "d worldPerPixel", "font font", "reference reference")],
-    "XvcText": [only_common, fields("t text", "x position", "d fontSize", "d angle", "d worldPerPixel", "i align",
-                                    "i border", "c textColor", "style style")],
-    "XvcMText": [parts("XvcText")],
-    "XvcTextBox": [box, TEXT_BOX],
-    "XvcBalloon": [box, TEXT_BOX, fields("v -", "x pointer")],
-    "XvcBitmap": [box, picture],
-    "XvcRaster": [box, samples],
-    "XvcEMF": [box, fields("v -", "i originalWidth", "i originalHeight", "i lock", "d worldPerPixel", "t outline")],
-    "XvcSymbol": [v(1, 1), fields("v -", "i number", "d rotation", "d scaleX", "d scaleY")],
-    "XvcMSymbol": [parts("XvcSymbol")],
-    "XvcSymbolDef": [only_common, fields("i number", "t group", "t outline")],
-    "XvcMeasurePoint": [v(0, 1), fields("i shape"), measured],
-    "XvcMeasureDist": [v(), measured],
-    "XvcMeasureArea": [v(), measured],
-    "XvcMeasureAngle": [v(0, 3), measured],
-    "XvcMeasureRange": [v(0, 2), measured],
-    "XvcLeaderLine": [v(), fields("v -", "t text", "i border", "i startShape", "d startSize", "d landing",
-                                  "d worldPerPixel", "font font")],
-    "XvcLegend": [box, fields("v -", "t title", "i columns", "i border", "d worldPerPixel", "font font"), legend_rows],
-    "XvcAxis": [v(2, 2), fields("v -", "d minimum", "d maximum", "i log", "d majorStep", "i majorCount",
-                                "i minorCount", "i decimals", "t title", "i inverted", "i tickSide", "i labels",
-                                "d gridLength", "c gridColor", "d worldPerPixel", "font font")],
+KINDS = {
+    "i32": Cursor.i32,
+    "u32": Cursor.u32,
+    "f64": Cursor.f64,
+    "text": Cursor.text,
+    "vertex": read_vertex,
+    "style": read_style,
+    "font": read_font,
+    "reference": read_reference,
+    "reals": lambda cursor: cursor.f64s(cursor.count(8)),
+    "corners": lambda cursor: [read_vertex(cursor) for _ in range(4)],
+    "box": lambda cursor: cursor.f64s(4),
+    "legend": read_legend,
+    "picture": read_picture,
+    "samples": read_samples,
 }
 
 
-def read_object(b, name, depth=0):
-    need(name in CLASSES, "an unknown class")
-    need(depth <= 32, "parts too deep in each other")
-    made = {"class": name, "depth": depth, "common": None, "own": {}}
-    for step in CLASSES[name]:
-        step(b, made)
-    del made["depth"]
-    return made
-
-
-def records(payload):
-    b = Bytes(payload)
-    names = [b.text() for _ in range(b.u32())]
-    made = []
-    for _ in range(b.u32()):
-        size, index, _, number = b.u32(), b.u16(), b.u16(), b.u32()
-        need(index < len(names), "a record of no class")
-        data = b.take(size)
-        try:
-            one = read_object(Bytes(data), names[index])
-        except XvcError:
-            one = {"class": names[index], "unread": data.hex()}
-        one["number"] = number
-        made.append(one)
-    return made
-
-
-def attributes(payload):
-    b = Bytes(payload)
-    b.version()
-    rows, count = b.u32(), b.u32()
-    need(count > 0 or rows == 0, "rows without columns")
-    columns = []
-    for _ in range(count):
-        name, kind, width, missing = b.text(), b.u8(), b.u8(), b.u8()
-        need(kind in (1, 2, 3) and width in (1, 2, 4, 8) and (kind != 2 or width == 8), "a column that cannot be")
-        texts = []
-        if kind == 3:
-            ends = [b.u32() for _ in range(b.u32())]
-            pool = b.take(b.u32())
-            need(ends == sorted(ends) and (ends[-1] if ends else 0) == len(pool), "texts that overlap")
-            texts = [pool[begin:end].decode("utf-8", "replace") for begin, end in zip([0] + ends, ends)]
-        present = b.take((rows + 7) // 8) if missing else b"\xff" * ((rows + 7) // 8)
-        form = "<%d%s" % (rows, "d" if kind == 2 else {1: "b", 2: "h", 4: "i", 8: "q"}[width])
-        values = []
-        for row, cell in enumerate(struct.unpack(form, b.take(rows * width))):
-            if not present[row // 8] >> row % 8 & 1:
-                values.append(None)
-                continue
-            need(kind != 3 or 0 <= cell < len(texts), "a cell with no text")
-            values.append(texts[cell] if kind == 3 else cell)
-        columns.append({"name": name, "type": kind, "values": values})
-    return {"rows": rows, "columns": columns}
-
-
-def summary(b):
-    return {"objects": b.one("Q"), "kinds": b.u32(), "range": b.reals(SUMMARY_RANGE)}
-
-
-def open_base(payload):
-    b = Bytes(payload)
-    return {"node": "base", "name": b.text(), "link": b.text(), "hidden": b.i32(), "coordinates": b.i32(),
-            "wkt": b.text(), **summary(b), "symbols": None, "children": []}
-
-
-def open_layer(payload):
-    b = Bytes(payload)
-    made = {"node": "layer", "name": b.text(), "link": b.text(), "hidden": b.i32(), "locked": b.i32(), "hit": b.i32(),
-            "bufferType": b.i32(), "fontSizeFlag": b.i32(), **summary(b)}
-    made["columns"] = [b.text() for _ in range(b.u32())]
-    return {**made, "attributes": None, "children": []}
-
-
-OPENERS = {1: open_base, 2: open_layer, 3: lambda payload: {"node": "list", "children": []}}
-
-
-def read(data):
-    need(len(data) >= 32 and data[:8] == b"\x89XVC\r\n\x1a\n", "it is no XVC file")
-    major, minor, _, size, _, check = struct.unpack("<HHIQII", data[8:32])
-    need(major == 1, "it is of another version")
-    need(crc32c(data[:28]) == check, "its header is damaged")
-    need(32 <= size <= len(data), "it ends early")
-    file = Bytes(data[:size])
-    file.at = 32
-    root, nodes, before = None, [], 0
-    while root is None or nodes:
-        head = file.take(24)
-        kind, flags, count, payload_check, check = struct.unpack("<IIQII", head)
-        need(crc32c(head[:20]) == check, "the head of a block is damaged")
-        payload = file.take(count)
-        need(crc32c(payload) == payload_check, "a block is damaged")
-        if kind in OPENERS:
-            need(kind == 1 or nodes, "it does not begin with a base")
-            need(len(nodes) <= 64, "nodes too deep in each other")
-            node = OPENERS[kind](payload)
-            if nodes:
-                nodes[-1]["children"].append(node)
-            else:
-                root = node
-            nodes.append(node)
-        elif not nodes:
-            raise XvcError("it does not begin with a base")
-        elif kind == 4:
-            nodes.pop()
-        elif kind == 5:
-            nodes[-1]["children"] += records(payload)
-        elif kind == 6:
-            need(before == 2, "attributes that are not right behind a layer")
-            nodes[-1]["attributes"] = attributes(payload)
-        elif kind == 7:
-            need(before == 1, "symbols that are not right behind a base")
-            nodes[-1]["symbols"] = records(payload)
+def read_fields(cursor, fields, into):
+    for field in fields.split():
+        key, kind = field.split(":")
+        if kind == "v8":
+            read_version(cursor)
+        elif kind == "v16":
+            read_version(cursor, "H")
         else:
-            need(not flags & 1, "it needs a newer reader")
-        before = kind
-    return {"version": [major, minor], "root": root}
+            into[key] = KINDS[kind](cursor)
 
 
-def plain(value):
-    """The same without reals that JSON does not have."""
-    if isinstance(value, float) and not math.isfinite(value):
-        return repr(value)
-    if isinstance(value, dict):
-        return {key: plain(inner) for key, inner in value.items()}
-    if isinstance(value, list):
-        return [plain(inner) for inner in value]
-    return value
+def read_common(cursor):
+    """OBJ: what all objects have in common."""
+    read_version(cursor, "H")
+    stored = cursor.u16()
+    if stored & ~63:
+        raise Damage("an object stores values that are not known")
+    names = ("lineColor", "foreColor", "backColor", "hidden")
+    common = dict(zip(names, cursor.unpack("IIIi")))
+    common["thick"] = cursor.f64()
+    common["fill"] = cursor.i32()
+    common["line"] = list(cursor.unpack("HiII"))
+    common["name"] = cursor.text() if stored & 1 else ""
+    common["link"] = cursor.text() if stored & 2 else ""
+    common["value"] = cursor.f64() if stored & 4 else 0.0
+    common["pattern"] = cursor.take(128).hex() if stored & 8 else None
+    common["texts"] = [cursor.text() if stored & 16 else "" for _ in range(5)]
+    common["range"] = cursor.f64s(6) if stored & 32 else None
+    return common
 
 
-def main():
-    if len(sys.argv) != 2:
-        print("usage: xvc_reader.py FILE", file=sys.stderr)
+def read_vertices(cursor, least, most):
+    per_vertex = 3 if cursor.flag() else 2
+    number = cursor.count(8 * per_vertex)
+    if not least <= number <= most:
+        raise Damage("an object has %d vertices" % number)
+    flat = cursor.f64s(per_vertex * number)
+    if per_vertex == 3:
+        return [flat[at:at + 3] for at in range(0, len(flat), 3)]
+    return [[flat[at], flat[at + 1], 0.0] for at in range(0, len(flat), 2)]
+
+
+def read_round(cursor, own):
+    read_fields(cursor, "center:vertex start:vertex end:vertex", own)
+    own["axes"] = cursor.f64s(2)
+    read_fields(cursor, "rotation:f64 resolution:i32", own)
+    if not LEAST_CHORDS <= own["resolution"] <= MOST_CHORDS:
+        raise Damage("a curve has %d chords" % own["resolution"])
+
+
+def read_parts(cursor, wanted, depth):
+    parts = []
+    for _ in range(cursor.count(4)):
+        name = cursor.text()
+        if wanted not in (ANY, name):
+            raise Damage("a part is of another class than its object wants")
+        parts.append(read_object(cursor, name, depth + 1))
+    return parts
+
+
+def read_object(cursor, name, depth=0):
+    """An object of a class, from its record or as a part of another object."""
+    if name not in CLASSES:
+        raise Damage("a class is not known")
+    if depth > MOST_PARTS_DEEP:
+        raise Damage("parts lie more than %d deep" % MOST_PARTS_DEEP)
+    beginning, argument, fields = CLASSES[name]
+    if beginning != "OBJ":
+        read_version(cursor)
+    common, own = read_common(cursor), {}
+    if beginning == "V":
+        own["vertices"] = read_vertices(cursor, *argument)
+    elif beginning == "BOX":
+        read_fields(cursor, "leftTop:vertex rightBottom:vertex", own)
+    elif beginning == "ROUND":
+        read_round(cursor, own)
+    elif beginning == "PARTS":
+        own["parts"] = read_parts(cursor, argument, depth)
+    read_fields(cursor, fields, own)
+    return {"class": name, "common": common, "own": own}
+
+
+# ---- payloads
+
+
+def read_record(cursor, names, number_code):
+    size, index, _, number = cursor.unpack("IHH" + number_code)
+    if index >= len(names):
+        raise Damage("a record has class %d of %d" % (index, len(names)))
+    raw = cursor.take(size)
+    try:
+        thing = read_object(Cursor(raw), names[index])
+    except Damage:
+        return {"class": names[index], "number": number, "unread": raw.hex()}
+    thing["number"] = number
+    return thing
+
+
+def read_objects(payload, number_code):
+    """The payload of the blocks of objects (numbers are u32) and of symbols (i32)."""
+    cursor = Cursor(payload)
+    names = [cursor.text() for _ in range(cursor.count(4))]
+    number = cursor.count(RECORD_HEAD_BYTES)
+    return [read_record(cursor, names, number_code) for _ in range(number)]
+
+
+def read_column_texts(cursor):
+    number = cursor.count(4)
+    ends = struct.unpack("<%dI" % number, cursor.take(4 * number))
+    size = cursor.u32()
+    if size != (ends[-1] if ends else 0):
+        raise Damage("the texts of a column do not end where their bytes do")
+    raw = cursor.take(size)
+    texts, begin = [], 0
+    for end in ends:
+        if not begin <= end <= size:
+            raise Damage("the ends of the texts of a column fall")
+        texts.append(decoded(raw[begin:end]))
+        begin = end
+    return texts
+
+
+def cell_value(cell, kind, texts):
+    if kind == REAL:
+        return plain(cell)
+    if kind == WHOLE:
+        return cell
+    if not 0 <= cell < len(texts):
+        raise Damage("a cell wants text %d of %d" % (cell, len(texts)))
+    return texts[cell]
+
+
+def read_column(cursor, rows):
+    name = cursor.text()
+    kind, width, gaps = cursor.u8(), cursor.u8(), cursor.flag()
+    if kind not in (WHOLE, REAL, TEXT) or width not in CELL_CODES or kind == REAL and width != 8:
+        raise Damage("a column has type %d and width %d" % (kind, width))
+    texts = read_column_texts(cursor) if kind == TEXT else []
+    there = cursor.take((rows + 7) // 8) if gaps else None
+    code = "d" if kind == REAL else CELL_CODES[width]
+    cells = struct.unpack("<%d%s" % (rows, code), cursor.take(rows * width))
+    values = []
+    for row, cell in enumerate(cells):
+        missing = gaps and not there[row >> 3] >> (row & 7) & 1
+        values.append(None if missing else cell_value(cell, kind, texts))
+    return {"name": name, "type": kind, "values": values}
+
+
+def read_attributes(payload):
+    cursor = Cursor(payload)
+    read_version(cursor)
+    rows = cursor.u32()
+    columns = cursor.count(7)
+    if rows and not columns:
+        raise Damage("a table has rows but no columns")
+    return {"rows": rows, "columns": [read_column(cursor, rows) for _ in range(columns)]}
+
+
+def read_summary(cursor, node):
+    node["objects"], node["kinds"] = cursor.unpack("QI")
+    node["range"] = cursor.f64s(6)
+
+
+def read_base(payload):
+    cursor, node = Cursor(payload), {"node": "base"}
+    read_fields(cursor, "name:text link:text hidden:i32 coordinates:i32 wkt:text", node)
+    read_summary(cursor, node)
+    node["symbols"] = None
+    return node
+
+
+def read_layer(payload):
+    cursor, node = Cursor(payload), {"node": "layer"}
+    read_fields(cursor, "name:text link:text hidden:i32 locked:i32 hit:i32 bufferType:i32 fontSizeFlag:i32", node)
+    read_summary(cursor, node)
+    node["columns"] = [cursor.text() for _ in range(cursor.count(4))]
+    node["attributes"] = None
+    return node
+
+
+OPENERS = {BASE: read_base, LAYER: read_layer, LIST: lambda payload: {"node": "list"}}
+
+
+# ---- frame
+
+
+def read_header(data):
+    """Minor version and end of the file, from its header."""
+    if len(data) < HEADER_BYTES or data[:8] != MAGIC:
+        raise Damage("it is not an XVC file")
+    major, minor, _, end, _, checksum = struct.unpack("<HHIQII", data[8:HEADER_BYTES])
+    if major != 1:
+        raise Damage("its major version is %d, not 1" % major)
+    if checksum != crc32c(data[:28]):
+        raise Damage("the checksum of the header is wrong")
+    if not HEADER_BYTES <= end <= len(data):
+        raise Damage("the header tells %d bytes, the file has %d" % (end, len(data)))
+    return minor, end
+
+
+def read_blocks(data, at, end):
+    """Type, flags and payload of each block up to the end."""
+    while at < end:
+        if end - at < HEAD_BYTES:
+            raise Damage("%d bytes are left where a block begins" % (end - at))
+        kind, flags, size, checksum, head_checksum = struct.unpack_from("<IIQII", data, at)
+        if head_checksum != crc32c(data[at:at + 20]):
+            raise Damage("the checksum of the block head at byte %d is wrong" % at)
+        at += HEAD_BYTES
+        if size > end - at:
+            raise Damage("the block at byte %d is longer than the file" % (at - HEAD_BYTES))
+        payload = data[at:at + size]
+        if checksum != crc32c(payload):
+            raise Damage("the checksum of the payload at byte %d is wrong" % at)
+        at += size
+        yield kind, flags, payload
+
+
+class Tree:
+    """The nodes, built from one block after the other."""
+
+    def __init__(self):
+        self.root = None
+        self.open = []
+        self.fresh = None
+
+    def add(self, kind, flags, payload):
+        if self.root is None and kind != BASE:
+            raise Damage("the first block is of type %d, not a base" % kind)
+        if self.root is not None and not self.open:
+            raise Damage("there is a block behind the one that closes the root")
+        if kind in (ATTRIBUTES, SYMBOLS):
+            self.belong(kind, payload)
+        elif kind in OPENERS:
+            self.enter(OPENERS[kind](payload), kind)
+        elif kind == OBJECTS:
+            self.open[-1]["children"].extend(read_objects(payload, "I"))
+        elif kind == CLOSE:
+            self.open.pop()
+        elif flags & 1:
+            raise Damage("a required block of type %d is not known" % kind)
+        if kind in (CLOSE, OBJECTS):
+            self.fresh = None
+
+    def enter(self, node, kind):
+        if len(self.open) > MOST_NODES_DEEP:
+            raise Damage("nodes lie more than %d deep" % MOST_NODES_DEEP)
+        node["children"] = []
+        if self.open:
+            self.open[-1]["children"].append(node)
+        else:
+            self.root = node
+        self.open.append(node)
+        self.fresh = kind
+
+    def belong(self, kind, payload):
+        """What stands right behind the block that opens its node."""
+        if self.fresh != (LAYER if kind == ATTRIBUTES else BASE):
+            raise Damage("a block of type %d is not right behind the one that opens its node" % kind)
+        self.fresh = None
+        if kind == ATTRIBUTES:
+            self.open[-1]["attributes"] = read_attributes(payload)
+        else:
+            self.open[-1]["symbols"] = read_objects(payload, "i")
+
+
+def read_file(data):
+    minor, end = read_header(data)
+    tree = Tree()
+    for kind, flags, payload in read_blocks(data, HEADER_BYTES, end):
+        tree.add(kind, flags, payload)
+    if tree.root is None or tree.open:
+        raise Damage("it ends before its root is closed")
+    return {"version": [1, minor], "root": tree.root}
+
+
+def main(arguments):
+    if len(arguments) != 1:
+        print("Usage: xvc_reader.py FILE", file=sys.stderr)
         return 2
     try:
-        with open(sys.argv[1], "rb") as file:
-            made = read(file.read())
-    except (OSError, XvcError) as error:
-        print(f"{sys.argv[1]}: {error}", file=sys.stderr)
+        with open(arguments[0], "rb") as file:
+            data = file.read()
+        line = json.dumps(read_file(data), allow_nan=False)
+    except OSError as error:
+        print("Cannot open %s: %s." % (arguments[0], error.strerror), file=sys.stderr)
         return 1
-    print(json.dumps(plain(made), ensure_ascii=False, allow_nan=False))
+    except Damage as damage:
+        print("Cannot read %s: %s." % (arguments[0], damage), file=sys.stderr)
+        return 1
+    print(line)
     return 0
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(main(sys.argv[1:]))

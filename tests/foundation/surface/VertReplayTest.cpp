@@ -6,6 +6,8 @@
 
 #include <QPainterPath>
 
+#include <algorithm>
+#include <cmath>
 #include <random>
 
 namespace {
@@ -125,6 +127,52 @@ TEST(VertReplay, SmoothedPixelsGetTheShareThatIsCovered)
         buffer.Draw(&surface);
         EXPECT_NEAR(static_cast<int>(surface.GetRow(row.y)[row.x] & 0xFFu), row.level, 2)
             << row.x << ", " << row.y;
+    }
+}
+
+TEST(VertReplay, SmoothedLinesHaveEvenSides)
+{
+    // level, with places within a width of each other
+    const tagXVector3 path[] = {{10, 16.3}, {12, 16.3}, {30, 16.3}, {50, 16.3}};
+    for (const std::size_t count : {2u, 4u}) {
+        XVertBuffer buffer;
+        buffer.SetSmooth(1);
+        buffer.Start();
+        const tagXVertLine line{kWhite, -7.0, {}};
+        buffer.AddPolyline(path, count, line);
+        buffer.End();
+        XBackBuffer surface = MakeSurface(64, 32);
+        buffer.Draw(&surface);
+        for (int x = 10; x < (count == 2 ? 12 : 50); ++x) {
+            EXPECT_NEAR(static_cast<int>(surface.GetRow(12)[x] & 0xFFu), 204, 2) << x; // 0.8
+            EXPECT_NEAR(static_cast<int>(surface.GetRow(19)[x] & 0xFFu), 51, 2) << x;
+        }
+    }
+}
+
+TEST(VertReplay, ThickLinesHaveNoHoles)
+{
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> step(-2.0, 2.0);
+    for (int run = 0; run < 150; ++run) {
+        std::vector<tagXVector3> path = {{32, 32}};
+        while (path.size() < 60)
+            path.push_back({path.back().x + step(random), path.back().y + step(random)});
+        const double width = 3 + run % 13;
+        XVertBuffer buffer;
+        buffer.Start();
+        buffer.AddPolyline(path.data(), path.size(), tagXVertLine{kWhite, -width, {}});
+        buffer.End();
+        XBackBuffer surface = MakeSurface(64, 64);
+        buffer.Draw(&surface);
+        for (int i = 0; i < 64 * 64; ++i) {
+            const double x = i % 64 + 0.5, y = 64 - (i / 64 + 0.5);
+            const bool isWithin = std::ranges::any_of(path, [&](const tagXVector3& at) {
+                return std::hypot(at.x - x, at.y - y) < width / 2 - 0.35;
+            });
+            const bool isPainted = (surface.GetRow(i / 64)[i % 64] & 0xFFu) != 0;
+            EXPECT_TRUE(isPainted || !isWithin) << run << ": " << x << ", " << y;
+        }
     }
 }
 

@@ -1,11 +1,17 @@
+#include "foundation/base/XCodePage.h"
 #include "foundation/base/XFile.h"
 #include "foundation/base/XSentinels.h"
 #include "foundation/platform/XThread.h"
+#include "foundation/surface/XVertBuffer.h"
 #include "foundation/vector/XAttributeTable.h"
 #include "foundation/vector/XVectorFileInfo.h"
 #include "foundation/vector/XVectorIO.h"
 #include "foundation/vector/XvcBase.h"
+#include "foundation/vector/XvcFactory.h"
+#include "foundation/vector/XvcGroup.h"
 #include "foundation/vector/XvcLayer.h"
+#include "foundation/vector/XvcMSymbol.h"
+#include "foundation/vector/XvcSymbolDef.h"
 #include "foundation/vector/XvcSymbolTable.h"
 #include "tests/support/XVectorClassSamples.h"
 #include "tests/support/XVectorSamples.h"
@@ -40,6 +46,46 @@ void WriteAll(const QString& path, const QByteArray& bytes)
 {
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+}
+
+/// The outlines of the symbols in a tree, in their order.
+void AddLooks(const XObject* element, std::vector<XString>& looks)
+{
+    if (const auto* symbol = dynamic_cast<const XvcSymbol*>(element)) {
+        const XvcSymbolDef* definition = symbol->GetDefinition();
+        looks.push_back(definition ? definition->GetOutline().GetText() : "none");
+    } else if (const auto* symbols = dynamic_cast<const XvcMSymbol*>(element)) {
+        for (int i = 0; i < symbols->GetNumOfSymbols(); ++i)
+            AddLooks(symbols->GetSymbolObjAt(i), looks);
+    } else if (const auto* group = dynamic_cast<const XvcGroup*>(element)) {
+        for (int i = 0; i < group->GetNumOfObjs(); ++i)
+            AddLooks(group->GetObjAt(i), looks);
+    } else if (const auto* list = dynamic_cast<const XObList*>(element)) {
+        for (__POSITION* pos = list->GetHeadPosition(); pos;)
+            AddLooks(list->GetNext(pos), looks);
+    }
+}
+
+std::vector<XString> GetLooks(const XObject& element)
+{
+    std::vector<XString> looks;
+    AddLooks(&element, looks);
+    return looks;
+}
+
+void Define(XvcSymbolTable& table, int id, const char* outline)
+{
+    auto definition = std::make_unique<XvcSymbolDef>();
+    XString error;
+    ASSERT_TRUE(definition->SetOutline(outline, error));
+    table.Add(id, std::move(definition));
+}
+
+std::unique_ptr<XvcSymbol> MakeSymbol(int id, const XvcSymbolTable* table)
+{
+    auto symbol = std::make_unique<XvcSymbol>(id);
+    symbol->SetSymbolTable(table);
+    return symbol;
 }
 
 class VectorFile : public testing::Test
@@ -301,6 +347,113 @@ TEST_F(VectorFile, UnknownClassesArePassedOver)
     ASSERT_EQ(notes.size(), 1u);
     EXPECT_GE(notes[0].Find("XvcNewer"), 0);
     EXPECT_EQ(read.GetRange().maxX, 3.0);
+}
+
+TEST_F(VectorFile, SymbolsKeepTheirOutlines)
+{
+    // 7 is one of the library's own, 15 is none
+    XvcSymbolTable other;
+    Define(other, 7, "sL -45 0 45 0");
+    Define(other, 15, "sL 0 -45 0 45");
+    XvcBase base;
+    base.SetSymbolTable(&base.GetOwnSymbolTable());
+    Define(*base.GetSymbolTable(), 15, "sL -45 -45 45 45");
+    auto* layer = new XvcLayer;
+    auto group = std::make_unique<XvcGroup>();
+    auto several = std::make_unique<XvcMSymbol>();
+    auto* inner = new XvcBase;
+    static_cast<XObList&>(base).AddTail(inner);
+    base.AddTail(layer);
+    const XvcSymbolTable* const tables[] = {&other, nullptr, base.GetSymbolTable()};
+    for (const XvcSymbolTable* table : tables) {
+        for (const int id : {7, 15, 1001}) {
+            layer->AddTail(MakeSymbol(id, table).release());
+            group->AddObj(MakeSymbol(id, table));
+            several->AddSymbol(MakeSymbol(id, table));
+        }
+    }
+    group->AddObj(std::move(several));
+    layer->AddTail(group.release());
+    inner->SetSymbolTable(&inner->GetOwnSymbolTable());
+    Define(*inner->GetSymbolTable(), 15, "sL -45 45 45 -45");
+    auto* innerLayer = new XvcLayer;
+    inner->AddTail(innerLayer);
+    Define(*base.GetSymbolTable(), 16, "sL -20 45 45 -45");
+    innerLayer->AddTail(MakeSymbol(15, inner->GetSymbolTable()).release());
+    innerLayer->AddTail(MakeSymbol(15, base.GetSymbolTable()).release());
+    innerLayer->AddTail(MakeSymbol(16, base.GetSymbolTable()).release()); // that of the outer base
+    base.SetName("base");
+    base.CalcRange();
+    const std::vector<XString> looks = GetLooks(base);
+    ASSERT_TRUE(XfnExportXVC(Name("a.xvc"), &base, m_error)) << m_error.GetString();
+    EXPECT_EQ(GetLooks(base), looks);
+
+    auto read = std::make_unique<XvcBase>();
+    ASSERT_TRUE(XfnImportXVC(Name("a.xvc"), read.get(), m_error)) << m_error.GetString();
+    EXPECT_EQ(GetLooks(*read), looks);
+    ASSERT_TRUE(XfnExportXVC(Name("b.xvc"), read.get(), m_error));
+    EXPECT_EQ(ReadAll(Path("a.xvc")), ReadAll(Path("b.xvc")));
+    // a base that has other meanings, twice
+    XvcBase target;
+    target.SetSymbolTable(&target.GetOwnSymbolTable());
+    Define(*target.GetSymbolTable(), 15, "sC 0 0 20");
+    target.AddTail(new XvcLayer);
+    auto& first = static_cast<XvcLayer&>(*target.GetHead());
+    for (const int id : {7, 15})
+        first.AddTail(MakeSymbol(id, target.GetSymbolTable()).release());
+    std::vector<XString> expected = GetLooks(target);
+    for (int i = 0, definitions = 0; i < 2; ++i) {
+        expected.insert(expected.end(), looks.begin(), looks.end());
+        ASSERT_TRUE(XfnImportXVC(Name("a.xvc"), &target, m_error)) << m_error.GetString();
+        EXPECT_EQ(GetLooks(target), expected);
+        EXPECT_TRUE(i == 0 || target.GetSymbolTable()->GetCount() == definitions);
+        definitions = target.GetSymbolTable()->GetCount();
+    }
+
+    // copies outlive the base that they were read with
+    XvcLayer copies;
+    auto& source = static_cast<XvcLayer&>(*read->GetTail());
+    for (__POSITION* pos = source.GetHeadPosition(); pos;) {
+        const auto* object = static_cast<const XvcObj*>(source.GetNext(pos));
+        copies.AddTail(XfnCloneVectorObject(object).release());
+    }
+    const std::vector<XString> copied = GetLooks(copies);
+    read.reset();
+    EXPECT_EQ(GetLooks(copies), copied);
+    XVertBuffer buffer;
+    buffer.Start();
+    copies.CreateVertexBuffer(&buffer, nullptr, nullptr);
+    buffer.End();
+    EXPECT_EQ(static_cast<const XvcSymbol*>(copies.GetHead())->GetSymbolTable(), nullptr);
+}
+
+TEST_F(VectorFile, AttributesAreTheSameInEveryCodePage)
+{
+    const char utf8[] = "\xEC\x84\x9C\xEC\x9A\xB8 caf\xC3\xA9";
+    const auto write = [&](const char* name) {
+        XvcBase base;
+        auto* layer = new XvcLayer;
+        base.AddTail(layer);
+        auto table = std::make_shared<XAttributeTable>();
+        table->AddColumn("text", XAttributeTable::kText);
+        table->AddRow();
+        table->SetText(0, utf8, sizeof utf8 - 1);
+        table->Seal();
+        layer->SetAttributes(table);
+        EXPECT_TRUE(XfnExportXVC(Name(name), &base, m_error));
+        return table->GetText(0, 0);
+    };
+    EXPECT_EQ(write("utf8.xvc"), utf8);
+    XfnSetCodePage(kXCodePageKorean);
+    const XString korean = write("korean.xvc");
+    XvcBase read;
+    EXPECT_TRUE(XfnImportXVC(Name("utf8.xvc"), &read, m_error));
+    const auto& table = *static_cast<XvcLayer&>(*read.GetHead()).GetAttributes();
+    EXPECT_EQ(table.GetText(0, 0), korean);
+    XfnSetCodePage(kXCodePageUtf8);
+    EXPECT_EQ(korean, "\xBC\xAD\xBF\xEF caf?");
+    EXPECT_EQ(ReadAll(Path("utf8.xvc")), ReadAll(Path("korean.xvc")));
+    EXPECT_EQ(table.GetText(0, 0), utf8);
 }
 
 TEST(AttributeTable, KeepsItsPromises)

@@ -427,9 +427,11 @@ TEST(VectorGeometry, MovesTurnsAndNormalizes)
         object->RotateObject(0, 0, 90); // counter-clockwise: (x, y) goes to (-y, x)
         object->CalcRange();
         ExpectRange(*object, {-from.maxY, from.minX, from.minZ, -from.minY, from.maxX, from.maxZ});
+        object->MoveObject(1000, 0, 0); // about the centre of where it is now
         object->RotateObject(-450);
         object->CalcRange();
-        const double centerX = -(from.minY + from.maxY) / 2, centerY = (from.minX + from.maxX) / 2;
+        const double centerX = 1000 - (from.minY + from.maxY) / 2,
+                     centerY = (from.minX + from.maxX) / 2;
         if (std::string(kind.name) != "XvcArcClosed") { // turns about its own centre
             EXPECT_NEAR(object->GetRange().minX, centerX - (from.maxX - from.minX) / 2, 1e-9);
             EXPECT_NEAR(object->GetRange().maxY, centerY + (from.maxY - from.minY) / 2, 1e-9);
@@ -510,6 +512,19 @@ TEST(VectorGeometry, FactoryMakesEveryClassEmptyAndHarmless)
         object->CalcRange();
         EXPECT_TRUE(XfnIsExactly(XfnCloneVectorObject(object.get()).get(), name));
     }
+    Object deep = std::make_unique<XvcGroup>();
+    for (int i = 0; i < XvcGroup::kMaxDepth; ++i) {
+        auto outer = std::make_unique<XvcGroup>();
+        outer->AddObj(std::move(deep));
+        deep = std::move(outer);
+    }
+    XString sentence;
+    try {
+        Store(*deep);
+    } catch (const XFileException& e) {
+        sentence = e.GetErrorMessage();
+    }
+    EXPECT_STREQ(sentence, "Objects lie in each other more than 32 deep.");
     EXPECT_FALSE(XfnNewVectorObject("XvcObj"));
     EXPECT_FALSE(XfnNewVectorObject(nullptr));
     EXPECT_FALSE(XfnCloneVectorObject(nullptr));

@@ -1,5 +1,9 @@
 #include "foundation/base/XPtrArray.h"
 #include "foundation/surface/XVertBuffer.h"
+#include "foundation/vector/XvcArc.h"
+#include "foundation/vector/XvcArcClosed.h"
+#include "foundation/vector/XvcBalloon.h"
+#include "foundation/vector/XvcBspline.h"
 #include "foundation/vector/XvcEllipse.h"
 #include "foundation/vector/XvcFactory.h"
 #include "foundation/vector/XvcGroup.h"
@@ -218,6 +222,60 @@ TEST(LayerChunks, OnlyTheRunOfAChangeIsRecordedAnew)
             fresh += known.count(part) == 0;
         EXPECT_LE(fresh, 2u); // that of the change, and the last when the object went there
         known = now;
+    }
+}
+
+TEST(LayerChunks, WhatReachesBeyondTheRangeIsHit)
+{
+    const auto make = [](auto object, const auto& fill) -> std::unique_ptr<XvcObj> {
+        fill(object);
+        return std::make_unique<decltype(object)>(object);
+    };
+    const auto arc = [](auto& o) {
+        o.SetCenter(0, 0);
+        o.SetAxis(100, 50);
+        o.SetAngle(180, 200);
+    };
+    const auto balloon = [](XvcBalloon& o) {
+        o.SetBound(0, 100, 100, 0);
+        o.SetPointPosition(50, -200);
+    };
+    const struct
+    {
+        std::unique_ptr<XvcObj> object;
+        tagXVector3 at;
+        double bottom; // of what is drawn
+    } rows[] = {
+        {make(XvcBspline(),
+              [](XvcBspline& o) {
+                  for (const tagXVector3 pole : {tagXVector3(0, 0), {50, 100}, {100, 0}})
+                      o.AddPole(pole);
+              }),
+         {50, 100},
+         0},
+        {make(XvcArc(), arc), {100, 0}, -17.1},
+        {make(XvcArcClosed(), arc), {0, 50}, -17.1},
+        {make(XvcBalloon(), balloon), {50, -200}, -200},
+        {make(XvcBalloon(), balloon), {50, -60}, -200},
+    };
+    for (const auto& row : rows) {
+        for (const bool isGrouped : {false, true}) {
+            SCOPED_TRACE(row.object->GetRuntimeClass()->m_lpszClassName);
+            std::unique_ptr<XvcObj> object = XfnCloneVectorObject(row.object.get());
+            if (isGrouped) {
+                auto group = std::make_unique<XvcGroup>();
+                group->AddObj(std::move(object));
+                object = std::move(group);
+            }
+            XvcLayer layer;
+            layer.AddTail(object.release());
+            layer.CalcRange();
+            EXPECT_NEAR(layer.GetRange().minY, row.bottom, 0.1);
+            layer.AddHead(new XvcPoint(-1000, -1000)); // so that the box is not the whole
+            layer.AddHead(new XvcPoint(1000, 1000));
+            tagXHitFlag flag;
+            EXPECT_EQ(layer.HitTest(row.at, 2.0, flag), layer.GetTail());
+        }
     }
 }
 

@@ -3,11 +3,16 @@
 #include "foundation/vector/XvcAxis.h"
 #include "foundation/vector/XvcLeaderLine.h"
 #include "foundation/vector/XvcLegend.h"
+#include "foundation/vector/XvcMPoint.h"
+#include "foundation/vector/XvcMeasurePoint.h"
 #include "foundation/vector/XvcNorthArrow.h"
 #include "foundation/vector/XvcPoint.h"
 #include "foundation/vector/XvcPolygon.h"
+#include "foundation/vector/XvcPolypoint.h"
 #include "foundation/vector/XvcScaleBar.h"
 #include "foundation/vector/XvcSymbol.h"
+#include "foundation/vector/XvcSymbolDef.h"
+#include "foundation/vector/XvcSymbolTable.h"
 #include "tests/support/XVectorSamples.h"
 
 #include <cmath>
@@ -272,6 +277,35 @@ TEST(VectorMarks, LegendKeepsWithinItsBoxAndFile)
     for (int i = 0; i < 4; ++i)
         EXPECT_EQ(legend.GetItemAt(i)->kind, kinds[i]);
     EXPECT_EQ(legend.GetItemAt(1)->shape, 7);
+    EXPECT_TRUE(legend.GetItemAt(1)->outline.IsEmpty());
+    XvcLegend likes; // a row looks as what it stands for
+    XvcMPoint points;
+    points.AddPoint(1, 2);
+    points.GetPointObjAt(0)->SetType(3);
+    XvcPolypoint set;
+    set.SetType(2);
+    XvcMeasurePoint measured;
+    measured.SetType(4);
+    likes.AddItem(points);
+    likes.AddItem(set);
+    likes.AddItem(measured);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(likes.GetItemAt(i)->shape, i == 0 ? 3 : i == 1 ? 2 : 4);
+    XvcSymbolTable table;
+    auto definition = std::make_unique<XvcSymbolDef>();
+    XString error;
+    ASSERT_TRUE(definition->SetOutline("sL -50 0 0 25 50 0 0 -25", error));
+    table.Add(7, std::move(definition));
+    XvcSymbol own(7);
+    own.SetSymbolTable(&table);
+    legend.AddItem(own, "own");
+    XvcLegend single;
+    single.AddItem(own);
+    single.SetBound(0, 100, 100, 0);
+    XvcLegend copy;
+    const XSampleBytes stored = StoreObject(single);
+    ASSERT_TRUE(LoadObject(copy, stored, stored.size()));
+    EXPECT_EQ(RecordObject(copy)->GetCommands()[1].count, 4u); // behind the box
     for (const int columns : {1, 3, 99}) {
         legend.SetNumOfColumns(columns);
         legend.SetFontSize(-12);
@@ -285,7 +319,7 @@ TEST(VectorMarks, LegendKeepsWithinItsBoxAndFile)
         double left, top, right, bottom;
         legend.GetBound(left, top, right, bottom);
         ExpectWithin(legend, left, bottom, right, top);
-        EXPECT_NEAR(RecordObject(legend)->GetText(4).text.height, 12, 1e-9); // as asked
+        EXPECT_NEAR(RecordObject(legend)->GetText(5).text.height, 12, 1e-9); // as asked
     }
     const XSampleBytes bytes = StoreObject(legend);
     XvcLegend read;
@@ -299,7 +333,7 @@ TEST(VectorMarks, LegendKeepsWithinItsBoxAndFile)
         hostile[i] ^= 0xFF;
         if (LoadObject(read, hostile, hostile.size())) RecordObject(read);
     }
-    EXPECT_TRUE(legend.RemoveItemAt(3) && !legend.RemoveItemAt(3) && !legend.GetItemAt(-1));
+    EXPECT_TRUE(legend.RemoveItemAt(4) && !legend.RemoveItemAt(4) && !legend.GetItemAt(-1));
 }
 
 TEST(VectorMarks, LeaderLineHasItsNoteOnTheSideItRunsTo)

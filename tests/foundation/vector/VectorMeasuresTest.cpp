@@ -202,23 +202,42 @@ TEST(VectorMeasures, Drawings)
     auto ocean = Make<XvcMeasureDist>("4326", {{140, 35}, {-122, 37}});
     const auto recording = RecordObject(ocean);
     int lines = 0;
-    double north = 0.0;
+    double north = 0.0, west = 0.0;
     for (const auto& command : recording->GetCommands()) {
         if (command.kind != Kind::Polyline) continue;
         ++lines;
         const double* at = recording->GetVertices(command.first);
         for (std::size_t i = 0; i < command.count; ++i) {
             north = std::max(north, at[2 * i + 1]);
+            tagXHitFlag hit;
+            EXPECT_TRUE(ocean.HitTest({at[2 * i], at[2 * i + 1]}, 1e-6, hit));
+            west = std::min(west, at[2 * i]);
             if (i == 0) continue;
             EXPECT_LT(std::fabs(at[2 * i] - at[2 * i - 2]), 10.0); // no jump
         }
     }
     EXPECT_EQ(lines, 2);
     EXPECT_GT(north, 47.0);
+    EXPECT_EQ(ocean.GetRange().maxY, north);
+    EXPECT_EQ(ocean.GetRange().minX, west);
+    tagXHitFlag edge;
+    EXPECT_FALSE(ocean.HitTest({9, 36}, 2.0, edge)) << "the chord, which is not drawn";
+    ocean.Add(-122, 20);
+    EXPECT_TRUE(ocean.HitTest({-122, 30}, 0.1, edge));
+    EXPECT_TRUE(edge.kind == tagXHitFlag::kEdge && edge.index == 1);
+    auto area = Make<XvcMeasureArea>("4326", {{0, 60}, {90, 60}, {45, 40}});
+    EXPECT_TRUE(area.HitTest({45, 65}, 0.1, edge) && edge.kind == tagXHitFlag::kBody);
 
-    // around the pole the circle spans all longitudes and reaches the pole
+    // the label of a point keeps off the mark
+    auto mark = Make<XvcMeasurePoint>("", {{1, 1}});
+    EXPECT_EQ(RecordObject(mark)->GetText(0).text.text.View().substr(0, 2), "  ");
+    mark.SetThick(6);
+    EXPECT_EQ(RecordObject(mark)->GetText(0).text.position.x, 4.0);
+
+    // around the pole the circle spans all longitudes, twice as it passes 180, and reaches the pole
     auto cap = Make<XvcMeasureRange>("4326", {{20, 85}, {20, 75}});
-    EXPECT_NEAR(cap.GetRange().maxX - cap.GetRange().minX, 360.0, 5.0);
+    EXPECT_NEAR(cap.GetRange().minX, -520.0, 5.0);
+    EXPECT_NEAR(cap.GetRange().maxX, 200.0, 5.0);
     EXPECT_EQ(cap.GetRange().maxY, 90.0);
 
     auto range = Make<XvcMeasureRange>("", {{5, 5}, {8, 9}});

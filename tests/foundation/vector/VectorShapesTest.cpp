@@ -1,15 +1,20 @@
 #include "foundation/base/XSentinels.h"
 #include "foundation/surface/XVertBuffer.h"
 #include "foundation/vector/XvcArc.h"
+#include "foundation/vector/XvcAxis.h"
 #include "foundation/vector/XvcBspline.h"
 #include "foundation/vector/XvcEllipse.h"
 #include "foundation/vector/XvcGroup2.h"
+#include "foundation/vector/XvcLegend.h"
 #include "foundation/vector/XvcMLine.h"
 #include "foundation/vector/XvcMPoint.h"
 #include "foundation/vector/XvcMPolygon.h"
 #include "foundation/vector/XvcMPolyline.h"
+#include "foundation/vector/XvcMeasureArea.h"
+#include "foundation/vector/XvcMeasureDist.h"
 #include "foundation/vector/XvcPolypoint.h"
 #include "foundation/vector/XvcRectangle.h"
+#include "foundation/vector/XvcScaleBar.h"
 
 #include <gtest/gtest.h>
 
@@ -76,6 +81,7 @@ TEST(VectorShapes, WellKnownBinaryToText)
         {"the closing vertex goes and comes", std::make_shared<XvcPolygon>(), "l 3u 1u " + ring,
          "POLYGON ((0 0, 0 8, 6 8, 6 0, 0 0))"},
         {"no ring", std::make_shared<XvcPolygon>(), "l 3u 0u", "POLYGON EMPTY"},
+        {"an area of no ring", std::make_shared<XvcMeasureArea>(), "l 3u 0u", "POLYGON EMPTY"},
         {"no room for a hole", std::make_shared<XvcPolygon>(), "l 3u 2u " + ring + hole, nullptr},
         {"a hole", std::make_shared<XvcMPolygon>(), "l 3u 2u " + ring + hole,
          "MULTIPOLYGON (((0 0, 0 8, 6 8, 6 0, 0 0), (1 1, 2 1, 1 2, 1 1)))"},
@@ -247,11 +253,27 @@ TEST(VectorShapes, BsplineCurves)
     EXPECT_EQ(cornered.RemoveKnotAt(8), 0);
     EXPECT_EQ(cornered.GetKnotAt(-1), kXNotSet);
 
+    for (const int order : {40, 1000}) { // even poles on a line: evenly along it
+        XvcBspline high;
+        for (int i = 0; i < order; ++i)
+            high.AddPole(i, 2 * i);
+        high.SetOrder(order);
+        EXPECT_EQ(high.GetOrder(), order);
+        made = curve(high);
+        ASSERT_EQ(made.size(), 17u);
+        for (int i = 0; i <= 16; ++i) {
+            EXPECT_NEAR(made[static_cast<std::size_t>(i)].x, (order - 1) * i / 16.0, 1e-9);
+        }
+    }
     XvcBspline huge;
     for (int i = 0; i < 200000; ++i)
         huge.AddPole(i, i % 2);
     huge.SetResolution(1000);
     EXPECT_LE(curve(huge).size(), 1000001u);
+    huge.SetOrder(2000); // more spans than there is time for
+    made = curve(huge);
+    EXPECT_LE(made.size(), 300u);
+    EXPECT_NEAR(made.back().x, 199999, 1e-6);
 }
 
 TEST(VectorShapes, LineEnds)
@@ -410,6 +432,37 @@ TEST(VectorShapes, GroupsScaleByACorner)
     EXPECT_EQ(group.GetRange().maxX, 4);
     EXPECT_EQ(group.MoveVertex(3, 1, 1, 0), nullptr);
 
+    XvcGroup2 sizes = make(0); // 4 by 8; made twice as wide and three times as high
+    auto axis = std::make_unique<XvcAxis>(tagXVector3(0, 20), tagXVector3(4, 20));
+    axis->SetLabelFlag(0);
+    axis->SetFontSize(0.5);
+    axis->SetGridLength(5);
+    auto bar = std::make_unique<XvcScaleBar>();
+    bar->Set(0, 20, 0, 4, 21, 0);
+    auto dist = std::make_unique<XvcMeasureDist>();
+    dist->Add(0, 20);
+    auto legend = std::make_unique<XvcLegend>();
+    legend->SetBound(0, 21, 4, 20);
+    const auto* const scaledAxis = axis.get();
+    const auto* const scaledBar = bar.get();
+    const auto* const scaledDist = dist.get();
+    const auto* const scaledLegend = legend.get();
+    bar->SetFontSize(2);
+    dist->SetFontSize(2);
+    legend->SetFontSize(2);
+    sizes.AddObj(std::move(axis));
+    sizes.AddObj(std::move(bar));
+    sizes.AddObj(std::move(dist));
+    sizes.AddObj(std::move(legend));
+    sizes.CalcRange();
+    const double height = sizes.GetRange().maxY - sizes.GetRange().minY;
+    sizes.MoveVertex(6, 4, 2 * height, 0);
+    EXPECT_NEAR(scaledAxis->GetGridLength(), 15, 1e-9);
+    EXPECT_NEAR(scaledAxis->GetFontSize(), 1.5, 1e-9);
+    EXPECT_NEAR(scaledBar->GetFontSize(), 6, 1e-9);
+    EXPECT_NEAR(scaledDist->GetFontSize(), 6, 1e-9);
+    EXPECT_NEAR(scaledLegend->GetFontSize(), 6, 1e-9);
+
     tagXHitFlag flag;
     EXPECT_EQ(group.HitTest({1, 23}, 0.1, flag), group.GetObjAt(1)); // members are picked
     EXPECT_EQ(flag.kind, tagXHitFlag::kVertex);
@@ -456,6 +509,8 @@ TEST(VectorShapes, AttributesReachTheParts)
     XvcMPoint points;
     points.SetForeColor(0xFF010203u);
     points.AddPoint(1, 2);
+    EXPECT_EQ(points.GetPointObjAt(0)->GetType(), 5); // new points are crosses
+    EXPECT_EQ(XvcPolypoint().GetType(), 5);
     XvcPoint own(3, 4);
     own.SetThick(9);
     points.AddPoint(own);

@@ -148,6 +148,21 @@ TEST(VectorSymbols, PlaceTurnAndScale)
         row.change(symbol);
         EXPECT_EQ(Outline(symbol), row.outline);
     }
+    XvcLayer layer; // keeps what it recorded
+    layer.AddTail(new XvcSymbol(7, 10, 20));
+    static_cast<XvcSymbol*>(layer.GetHead())->SetSymbolTable(&table);
+    const auto count = [&layer] {
+        XVertBuffer buffer;
+        buffer.Start();
+        layer.CreateVertexBuffer(&buffer, nullptr, nullptr);
+        buffer.End();
+        return buffer.GetRecording()->GetPart(0)->GetVertexCount();
+    };
+    EXPECT_EQ(count(), 2u);
+    XvcSymbolDef bent;
+    ASSERT_TRUE(bent.SetOutline("sL -50 0 50 25 0 0", error));
+    static_cast<XvcSymbolDef&>(*table.Find(7)) = bent;
+    EXPECT_EQ(count(), 3u);
     XvcSymbol unknown(9999, 0, 0);
     EXPECT_EQ(unknown.GetDefinition(), nullptr);
     EXPECT_EQ(RecordObject(unknown)->GetCommands().size(), 3u); // a box with a cross

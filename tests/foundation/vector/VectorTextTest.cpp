@@ -116,6 +116,13 @@ TEST(VectorText, TurnsGrowsAndKnowsPixels)
     pixels.CalcRange();
     EXPECT_DOUBLE_EQ(pixels.GetRange().minY, -10.0);
 
+    XVertBuffer recording;
+    recording.SetFontSizeFlag(1); // as the layer says
+    recording.Start();
+    text.CreateVertexBuffer(&recording, nullptr, nullptr);
+    recording.End();
+    EXPECT_TRUE(recording.GetRecording()->GetText(0).isHeightInPixels);
+
     XvcText bordered = MakeText("i", 50, 50);
     bordered.SetForeColor(0xFF00FF00u);
     EXPECT_TRUE(FindColour(bordered, 100, 100, 0xFF00FF00u).isEmpty());
@@ -142,7 +149,7 @@ TEST(VectorText, ManyTextsAreOne)
     const XvcMText copy = texts;
     EXPECT_EQ(copy.GetTextObjAt(0)->GetParent(), &copy);
     EXPECT_TRUE(copy.GetTextObjAt(0)->IsLocked());
-    EXPECT_FALSE(XvcText(*copy.GetTextObjAt(0)).IsLocked());
+    EXPECT_TRUE(XvcText(*copy.GetTextObjAt(0)).IsLocked()) << "as undo puts it back";
 }
 
 XvcTextBox MakeBox(double width, double height)
@@ -191,6 +198,26 @@ TEST(VectorText, BoxesWrapAlignAndClip)
     box.GetTextSize(width, height);
     EXPECT_NEAR(box.GetRange().maxY - box.GetRange().minY, height, 1e-9);
     EXPECT_EQ(box.GetRange().maxY, 190.0);
+
+    // what was measured once is measured, whatever its digits
+    const double places[][2] = {
+        {0.001, 1e-312}, {0.1, 1e-300}, {195.49, 0.5}, {1e17, 0.7}, {0, 3.3e-5}};
+    for (const auto& [place, scale] : places) {
+        for (const int align : {8, 16, 32}) {
+            XvcTextBox measured = MakeBox(0, 0);
+            measured.SetText("H\nH");
+            measured.SetBound(place, place + 10, place + 100, place);
+            measured.SetScale(scale);
+            measured.SetVertAlign(align);
+            measured.SetAutoAlign(1);
+            measured.CalcRange();
+            const tagXVectorRange range = measured.GetRange();
+            measured.CalcRange();
+            EXPECT_TRUE(measured.GetRange().minY == range.minY &&
+                        measured.GetRange().maxY == range.maxY)
+                << place << ' ' << scale << ' ' << align;
+        }
+    }
 }
 
 TEST(VectorText, BoxesKeepTheirLinesAtEveryScale)
@@ -276,6 +303,11 @@ TEST(VectorText, BalloonsPointInAllDirections)
         EXPECT_NEAR(drawn.bottom(), row.drawn.bottom(), 2) << row.x << ", " << row.y;
     }
     balloon.SetPointPosition(20, 120);
+    XWarp2D right;
+    right.SetAffine(50, 1, 0, 0, 0, 1);
+    balloon.SetWarpCoeff(&right);
+    EXPECT_NEAR(FindColour(balloon, 200, 200, kRed).right(), 190, 2) << "its own warp";
+    balloon.SetWarpCoeff(nullptr);
     balloon.CalcRange();
     EXPECT_EQ(balloon.GetRange().minX, 60.0);
     const struct
