@@ -10,6 +10,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int kBarWidth = 320;
@@ -63,7 +65,7 @@ int XThreadDlg::DoModal()
     XfnMakeTempFolder();
     setModal(true);
     m_isReady = 1;
-    m_percent = 0;
+    m_isEnded = 0;
     m_bar->setRange(0, m_isMarquee ? 0 : 100);
     if (m_isMarquee) m_unit = "";
     ShowState();
@@ -71,6 +73,7 @@ int XThreadDlg::DoModal()
     StartWork();
     const int result = exec() == QDialog::Accepted ? kOk : kCancel;
     m_isReady = 0;
+    m_percent = kNoPercent;
     m_thread->Terminate();
     m_thread->Wait();
     return result;
@@ -99,14 +102,17 @@ XLRESULT XThreadDlg::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM l
 {
     if (message != kXThreadMessage) return XMessageWindow::OnWindowMessage(message, wParam, lParam);
     const XThread* const thread = m_thread.get();
-    if (!thread || reinterpret_cast<XWPARAM>(thread) != wParam) return 0;
+    // reports that were under way when the work ended show its end once more
+    if (!thread || reinterpret_cast<XWPARAM>(thread) != wParam || m_isEnded) return 0;
     switch (thread->GetStatus()) {
     case kXThreadSuccess:
+        m_isEnded = 1;
         OnCallbackSuccess(m_processOwner);
         Terminate();
         accept();
         break;
     case kXThreadFail:
+        m_isEnded = 1;
         OnCallbackFail(m_processOwner, thread->GetText());
         reject();
         break;
@@ -124,6 +130,7 @@ XLRESULT XThreadDlg::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM l
 
 void XThreadDlg::reject()
 {
+    m_isEnded = 1;
     Terminate();
     QDialog::reject();
 }
@@ -146,9 +153,9 @@ void XThreadDlg::ShowState()
 {
     if (!m_isReady) return;
     m_messageLabel->setText(XfnToQString(m_message));
-    m_percentLabel->setText(QString::number(m_percent));
+    m_percentLabel->setText(m_percent == kNoPercent ? QString() : QString::number(m_percent));
     m_unitLabel->setText(XfnToQString(m_unit));
-    if (!m_isMarquee) m_bar->setValue(m_percent);
+    if (!m_isMarquee) m_bar->setValue(std::max(m_percent, 0));
 }
 
 void XThreadDlg::SetTitle(const XString& title)

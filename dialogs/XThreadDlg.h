@@ -75,6 +75,8 @@ protected:
     void reject() override; ///< cancels
 
 private:
+    static constexpr int kNoPercent = -1;
+
     void StartWork();
     void ShowState();
 
@@ -83,8 +85,9 @@ private:
     XString m_title;
     XString m_message;
     XString m_unit{"%"};
-    int m_percent = 0;
+    int m_percent = kNoPercent;
     int m_isReady = 0; // the dialog is open
+    int m_isEnded = 0; // the work ended or was cancelled: what still comes is not looked at
     int m_isMarquee = 0;
     int m_isOutputEncrypted = 0;
     QLabel* m_messageLabel;

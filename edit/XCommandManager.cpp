@@ -5,6 +5,7 @@
 #include "edit/XLayerIndexes.h"
 #include "foundation/vector/XvcLayer.h"
 #include "foundation/vector/XvcRaster.h"
+#include "foundation/vector/XvcTextBox.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -154,6 +155,8 @@ XvcObj* XCommandManager::Bring(const tagCommandSet& set, int entry, XLayerIndexe
 void XCommandManager::Take(const tagCommandSet& set, int entry, XLayerIndexes& indexes)
 {
     CheckEntry(set, entry);
+    // what has no clone did not come back, so another object stands in its place
+    if (!GetObject(set, entry)) return;
     XvcLayer* const layer = static_cast<XvcLayer*>(set.lists[entry]);
     XLayerIndex& index = indexes.Of(*layer);
     __POSITION* const place = index.PositionAt(set.indices[entry]);
@@ -161,6 +164,21 @@ void XCommandManager::Take(const tagCommandSet& set, int entry, XLayerIndexes& i
     XvcObj* const object = static_cast<XvcObj*>(layer->GetAt(place));
     index.RemoveAt(set.indices[entry]);
     DestroyObject(object);
+}
+
+// The entry of a text box that is about to be taken away holds it as it is now.
+void XCommandManager::KeepTyping(tagCommandSet& set, int entry, XLayerIndexes& indexes)
+{
+    CheckEntry(set, entry);
+    XvcObj* const kept = GetObject(set, entry);
+    if (!dynamic_cast<XvcTextBox*>(kept)) return;
+    XvcLayer* const layer = static_cast<XvcLayer*>(set.lists[entry]);
+    __POSITION* const place = indexes.Of(*layer).PositionAt(set.indices[entry]);
+    auto* const box = place ? dynamic_cast<XvcTextBox*>(layer->GetAt(place)) : nullptr;
+    XvcObj* const clone = CloneObject(box);
+    if (!clone) return;
+    DestroyObject(kept);
+    set.objects[entry] = clone;
 }
 
 void XCommandManager::Exchange(const tagCommandSet& set, int entry, XLayerIndexes& indexes,
@@ -210,8 +228,10 @@ void XCommandManager::Undo(XObList* selection)
     const int count = set->count;
     switch (set->type) {
     case tagCommandSet::kInsert:
-        for (int i = 0; i < count; ++i)
+        for (int i = 0; i < count; ++i) {
+            KeepTyping(*set, i, indexes);
             Take(*set, i, indexes);
+        }
         break;
     case tagCommandSet::kDelete:
         for (int i = 0; i < count; ++i) {
@@ -247,8 +267,10 @@ void XCommandManager::Redo(XObList* selection)
         }
         break;
     case tagCommandSet::kDelete:
-        for (int i = count - 1; i >= 0; --i)
+        for (int i = count - 1; i >= 0; --i) {
+            KeepTyping(*set, i, indexes);
             Take(*set, i, indexes);
+        }
         break;
     case tagCommandSet::kModify:
         for (int i = 0; i < count; ++i)

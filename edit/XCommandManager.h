@@ -59,7 +59,8 @@ public:
     /// A step that inserted `object`, the last of `layer`.
     tagCommandSet* PushCommandSetInsert(XvcLayer* layer, XvcObj* object);
 
-    /// The objects that came back, newest entry at the head, become the selection.
+    /// The objects that came back, newest entry at the head, become the selection. A text box that
+    /// is taken away comes back with what was typed into it meanwhile, for typing is no step.
     void Undo(XObList* selection);
     void Redo(XObList* selection);
 
@@ -91,6 +92,8 @@ public:
     void ClearRasterWarehouse() { m_rasters.Clear(); }
     const XPixelWarehouse& GetBitmapWarehouse() const { return m_bitmaps; }
     const XPixelWarehouse& GetRasterWarehouse() const { return m_rasters; }
+    /// Raster patches that were destroyed without a record and so are alive still.
+    int GetKeptRasterCount() const { return static_cast<int>(m_keptRasters.size()); }
 
     // clipboard, within the program; clones of classes that are not editable are null
     void Copy(const XObList* list); ///< adds to what is there
@@ -130,6 +133,7 @@ private:
     void Push(const XCommandEntries& entries);
     XvcObj* Bring(const tagCommandSet& set, int entry, XLayerIndexes& indexes);
     void Take(const tagCommandSet& set, int entry, XLayerIndexes& indexes);
+    void KeepTyping(tagCommandSet& set, int entry, XLayerIndexes& indexes);
     void Exchange(const tagCommandSet& set, int entry, XLayerIndexes& indexes, XObList& selection);
     void Reorder(const tagCommandSet& set, int from, int to, XLayerIndexes& indexes,
                  XObList& selection);

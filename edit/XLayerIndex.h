@@ -16,8 +16,8 @@ class XvcObj;
 ///
 /// Neighbouring places are found by walking from the one asked for last, which is how selections
 /// and command sets come. When the walks add up to more than a few passes over the layer, a table
-/// of short runs takes over, so that no order of objects makes a command quadratic: each question
-/// then costs the square root of the layer's size at most.
+/// of runs of 256 and more places takes over, so that no order of objects makes a command slow: each
+/// question then costs a step for each run and a look through one.
 /// While one lives, the layer is changed through it alone. Threads: the user interface thread.
 class XAPI XLayerIndex
 {

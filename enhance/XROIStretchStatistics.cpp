@@ -3,6 +3,7 @@
 #include "foundation/platform/XThread.h"
 #include "foundation/raster/XDMCompManager.h"
 #include "foundation/raster/XDMComposite.h"
+#include "foundation/raster/XSaveControl.h"
 #include "foundation/raster/XSubsetStatElem.h"
 
 #include <algorithm>
@@ -57,7 +58,7 @@ struct Sums
 };
 
 int AddPolygon(const XDMComposite& composite, int channel, const tagXROIPolygon& polygon,
-               Sums& sums)
+               const tagXSaveControl& stop, Sums& sums)
 {
     const int count = static_cast<int>(polygon.x.size());
     int width = 0;
@@ -68,7 +69,7 @@ int AddPolygon(const XDMComposite& composite, int channel, const tagXROIPolygon&
         std::vector<double> block(static_cast<std::size_t>(width) *
                                   static_cast<std::size_t>(height));
         return composite.ReadROI(channel, polygon.x.data(), polygon.y.data(), count, block.data(),
-                                 width, height, nullptr) &&
+                                 width, height, stop) &&
                sums.Add(block, width, height);
     } catch (const std::bad_alloc&) {
         return 0;
@@ -89,6 +90,8 @@ int XfnCalcROIStretchStatistics(const XDMCompManager& manager,
     const double total = static_cast<double>(channels) * manager.GetNumberOfXDMComposite() *
                          static_cast<double>(polygons.size());
     double progress = 1.0;
+    tagXSaveControl stop;
+    if (thread) stop.abort = thread->GetStopFlag();
     std::array<tagXStretchSource, XStretchModel::kChannels> found;
     for (int channel = 0; channel < channels; ++channel) {
         Sums sums;
@@ -97,7 +100,7 @@ int XfnCalcROIStretchStatistics(const XDMCompManager& manager,
             if (!composite.GetBand(channel)) continue;
             for (const tagXROIPolygon& polygon : polygons) {
                 if (thread && thread->IsStopRequested()) return 0;
-                if (!AddPolygon(composite, channel, polygon, sums)) continue;
+                if (!AddPolygon(composite, channel, polygon, stop, sums)) continue;
                 if (thread) thread->CallbackPercent(static_cast<int>(progress * 100.0 / total));
                 progress += 1.0;
             }

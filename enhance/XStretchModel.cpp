@@ -180,7 +180,12 @@ void XStretchModel::SetIntensities(unsigned char at000, unsigned char at255, int
 
 void XStretchModel::SetPoints(const std::vector<tagXHistPt>& points, int channel)
 {
-    m_channels.at(static_cast<std::size_t>(channel)).points = points;
+    // as a composite keeps them: by position, the later of two at one position
+    std::vector<tagXHistPt> ordered(points.rbegin(), points.rend());
+    std::ranges::stable_sort(ordered, {}, &tagXHistPt::position);
+    const auto rest = std::ranges::unique(ordered, {}, &tagXHistPt::position);
+    ordered.erase(rest.begin(), rest.end());
+    m_channels.at(static_cast<std::size_t>(channel)).points = ordered;
     Changed();
 }
 

@@ -74,6 +74,7 @@ public:
     void SetCutMax(double value, int channel);
     void SetStretchType(int type);
     void SetIntensities(unsigned char at000, unsigned char at255, int channel);
+    /// In any order; of two at one position the later counts.
     void SetPoints(const std::vector<tagXHistPt>& points, int channel);
 
     /// Where the numbers come from; the composite learns of it at once. 0 takes the four numbers of

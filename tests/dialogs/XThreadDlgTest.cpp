@@ -29,6 +29,8 @@ public:
 
     QString Shown(const char* name) const { return findChild<QLabel*>(name)->text(); }
 
+    void LoopAtEnd() { m_loopsAtEnd = true; } ///< as an error box does
+
     std::vector<std::string> log;
 
 private:
@@ -39,6 +41,7 @@ private:
     void OnCallbackFail(void*, const XString& text) override
     {
         log.push_back("fail " + std::string(text));
+        if (m_loopsAtEnd) QTest::qWait(1);
     }
     void OnCallbackSuccess(void*) override
     {
@@ -46,6 +49,7 @@ private:
     }
 
     Work m_work;
+    bool m_loopsAtEnd = false;
 };
 
 // Runs `act` once `ready` holds, while the dialog's own loop runs.
@@ -80,6 +84,23 @@ TEST(XThreadDlg, EndsAsItsWorkEnds)
     });
     EXPECT_EQ(bad.DoModal(), XThreadDlg::kCancel);
     EXPECT_EQ(bad.log, std::vector<std::string>{"fail no such file"});
+}
+
+TEST(XThreadDlg, EndsOnceHoweverManyReportsAreUnderWay)
+{
+    for (const int result : {0, 1}) {
+        XRunDlg dialog([result](XString&, XThread& thread) {
+            thread.CallbackPercent(50);
+            thread.CallbackPercent(100);
+            return result;
+        });
+        dialog.LoopAtEnd();
+        dialog.SetPercent(30);
+        EXPECT_EQ(dialog.Shown("thread.percent"), "") << "not open yet";
+        EXPECT_EQ(dialog.DoModal(), result ? XThreadDlg::kOk : XThreadDlg::kCancel);
+        QTest::qWait(1);
+        EXPECT_EQ(dialog.log.size(), 1u);
+    }
 }
 
 TEST(XThreadDlg, ShowsWhatTheWorkReports)

@@ -340,8 +340,51 @@ TEST(XCommandManager, RasterPatchesWithoutARecordStayAlive)
     auto* unknown = new XvcRaster;
     ASSERT_TRUE(unknown->SetData(samples, 2, 2, 1, 1));
     manager.DestroyObject(unknown);
-    EXPECT_EQ(unknown->GetXSize(), 2);
+    EXPECT_EQ(manager.GetKeptRasterCount(), 1);
     EXPECT_EQ(manager.GetRasterWarehouse().GetAt(0).count, 1);
+}
+
+TEST(XCommandManager, ARepeatedDeletionSparesWhatNeverCameBack)
+{
+    XvcLayer layer;
+    XCommandManager manager;
+    XObList selection;
+    auto* kept = new XvcPoint;
+    for (XvcObj* object : std::initializer_list<XvcObj*>{new XvcPolypoint, new XvcPoint, kept}) {
+        layer.AddTail(object);
+        if (object != kept) selection.AddTail(object);
+    }
+    manager.Delete(&selection);
+    manager.Undo(&selection);
+    manager.Redo(&selection);
+    ASSERT_EQ(layer.GetCount(), 1);
+    EXPECT_EQ(layer.GetHead(), kept);
+}
+
+TEST(XCommandManager, ClearingAndReplacingDestroyByTheirRules)
+{
+    XCommandRun run(1);
+    XCommandManager& manager = run.m_manager;
+    XvcLayer& layer = run.m_layers[0];
+    auto* bitmap = new XvcBitmap(run.m_pictures[0]);
+    auto* raster = new XvcRaster(run.m_patches[0]);
+    for (XvcObj* object : std::initializer_list<XvcObj*>{bitmap, raster}) {
+        layer.AddTail(object);
+        manager.PushCommandSetInsert(&layer, object);
+        run.m_selection.AddTail(object);
+    }
+    manager.Copy(&run.m_selection);
+    manager.DeleteLastCommand();
+    EXPECT_EQ(manager.GetRasterWarehouse().GetAt(0).count, 1) << "the clipboard's is left";
+    EXPECT_EQ(manager.GetBitmapWarehouse().GetAt(0).count, 2);
+    manager.SetAtList(&layer, 0, new XvcPoint);
+    EXPECT_EQ(manager.GetBitmapWarehouse().GetAt(0).count, 1) << "what stood there is destroyed";
+    manager.SetAtList(&layer, 9, nullptr);
+    manager.Undo(&run.m_selection);
+    manager.ClearUndoRedoStack();
+    EXPECT_TRUE(manager.GetUndoStack()->IsEmpty() && manager.GetRedoStack()->IsEmpty());
+    EXPECT_TRUE(manager.GetClipboard()->IsEmpty());
+    EXPECT_TRUE(manager.GetBitmapWarehouse().IsEmpty());
 }
 
 TEST(XCommandManager, ListsBelowAListAreSearched)

@@ -122,7 +122,7 @@ TEST(XStretchModel, SourcesOfNumbersAndApply)
     EXPECT_NEAR(model.GetChannel(0).cutMin, 255 * 0.025, 1.0);
     EXPECT_NEAR(model.GetChannel(2).cutMax, 255 * 0.975, 1.0);
     model.SetStretchType(2);
-    model.SetPoints({{50, 200}, {100, 210}}, 2);
+    model.SetPoints({{100, 210}, {50, 20}, {50, 200}}, 2);
     EXPECT_EQ(model.GetChannel(2).lut[50], 200);
     ASSERT_TRUE(model.Apply());
     EXPECT_EQ(composite.GetNumOfHistPts(2), 2);
