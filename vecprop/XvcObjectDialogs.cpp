@@ -83,7 +83,7 @@ int XvcObjectDialogs::DoModal(tagXObjectDialogCall& call)
 {
     if (call.dialog == XObjectDialog::Group) return EditGroup(call);
     if (!call.object || !XfnIsObjectFor(call.dialog, *call.object)) return kCancelled;
-    if (call.isNew && !XfnGetAskForNewObject()) return 1;
+    if (call.isNew && !XfnGetAskForNewObject(m_ifNotChosen == XNewObjects::Ask)) return 1;
     switch (call.dialog) {
     case XObjectDialog::Point:
         return Edit<XvcPointDlg, XvcPoint>(call);
@@ -130,8 +130,9 @@ int XvcObjectDialogs::InputText(const tagXTextInputCall& call, XString& text)
     return Run(dialog, [&text](const CTextInputDlg& ended) { text = ended.GetText(); });
 }
 
-void XfnBindObjectDialogs()
+void XfnBindObjectDialogs(XNewObjects ifNotChosen)
 {
     static XvcObjectDialogs dialogs;
+    dialogs = XvcObjectDialogs(ifNotChosen);
     XObjectDialogs::Set(&dialogs);
 }

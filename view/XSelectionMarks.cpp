@@ -123,20 +123,15 @@ constexpr tagCtrlRow kCtrlRows[] = {
     {"XvcBalloon", MarkBalloon},
 };
 
-/// The editor of a text box lies over its range.
-void PlaceEditor(XvcTextBox& box, const XBackBuffer& target)
+bool IsBlack(tagXColor color)
 {
-    const tagXVectorRange& range = box.GetRange();
-    if (range.IsEmpty()) return;
-    double left = range.minX, top = range.maxY, right = range.maxX, bottom = range.minY;
-    target.ConvWorldToPixelCoord(left, top);
-    target.ConvWorldToPixelCoord(right, bottom);
-    const auto hold = [](double pixel) { // far beyond any screen it does not matter how far
-        constexpr double kFar = 1 << 24;
-        return static_cast<int>(std::lround(std::clamp(pixel, -kFar, kFar)));
-    };
-    if (std::isnan(left + top + right + bottom)) return;
-    box.SetEditBound(hold(left), hold(top), hold(right), hold(bottom));
+    return (color | kXOpaque) == kXOpaque && color != 0;
+}
+
+tagXColor MarkColor(tagXColor color)
+{
+    constexpr tagXColor kNearBlack = XfnMakeColor(1, 1, 1);
+    return IsBlack(color) ? color | kNearBlack : color;
 }
 
 /// Records outlines and squares of objects.
@@ -147,12 +142,12 @@ public:
         : m_buffer(buffer), m_target(target)
     {
         m_outline.lineStyle.emplace(tagXLineStyle::kSelection);
-        m_outline.lineColor = color;
+        m_outline.lineColor = MarkColor(color);
         m_outline.thick = 0.0;
         // the object is seen already: laid over itself, its inside would hide what lies there
         m_outline.fillStyle.emplace(tagXFillStyle::kNone);
         m_outline.backColor = 0;
-        m_stampLine.colour = color;
+        m_stampLine.colour = MarkColor(color);
         target.ConvPixelToWorldLength(m_stampX, m_stampY);
     }
 
@@ -161,7 +156,7 @@ public:
         AddOutline(object, nullptr);
         for (const char* name : {"XvcTextBox", "XvcBalloon"})
             if (XfnIsExactly(&object, name))
-                PlaceEditor(static_cast<XvcTextBox&>(object), m_target);
+                XfnPlaceTextEditor(static_cast<XvcTextBox&>(object), m_target);
         for (const tagCtrlRow& row : kCtrlRows) {
             if (!XfnIsExactly(&object, row.className)) continue;
             row.markAll(object, [this](const tagXVector3& at) { AddStamp(at); });
@@ -227,6 +222,30 @@ void XfnMakeCtrlPoint(const tagXVector3& at, const XBackBuffer& target, XvcPolyg
     polygon.Add(at.x + dx, at.y + dy, 0.0);
     polygon.Add(at.x - dx, at.y + dy, 0.0);
     polygon.CalcRange();
+}
+
+void XfnPlaceTextEditor(XvcTextBox& box, const XBackBuffer& target)
+{
+    const tagXVectorRange& range = box.GetRange();
+    if (range.IsEmpty()) return;
+    double left = range.minX, top = range.maxY, right = range.maxX, bottom = range.minY;
+    target.ConvWorldToPixelCoord(left, top);
+    target.ConvWorldToPixelCoord(right, bottom);
+    const auto hold = [](double pixel) { // far beyond any screen it does not matter how far
+        constexpr double kFar = 1 << 24;
+        return static_cast<int>(std::lround(std::clamp(pixel, -kFar, kFar)));
+    };
+    if (std::isnan(left + top + right + bottom)) return;
+    box.SetEditBound(hold(left), hold(top), hold(right), hold(bottom));
+}
+
+void XfnRecordCurrent(XVertBuffer& buffer, XvcObj& object)
+{
+    tagXDrawAttrs attrs;
+    if (IsBlack(object.GetLineColor())) attrs.lineColor = MarkColor(object.GetLineColor());
+    if (IsBlack(object.GetForeColor())) attrs.foreColor = MarkColor(object.GetForeColor());
+    if (IsBlack(object.GetBackColor())) attrs.backColor = MarkColor(object.GetBackColor());
+    object.CreateVertexBuffer(&buffer, nullptr, &attrs);
 }
 
 void XfnRecordSelection(XVertBuffer& buffer, const XObList& selection, const XBackBuffer& target,

@@ -6,12 +6,22 @@
 class XBackBuffer;
 class XObList;
 class XVertBuffer;
+class XvcObj;
 class XvcPolygon;
+class XvcTextBox;
 struct tagXVector3;
 
 /// Makes of `polygon` the square that marks a control location: 3 pixels to each side, at height 0.
 /// @param target  its mapping tells how large a pixel is
 XAPI void XfnMakeCtrlPoint(const tagXVector3& at, const XBackBuffer& target, XvcPolygon& polygon);
+
+/// Tells a text box where its editor lies: over its range. One without a range stays as it is.
+XAPI void XfnPlaceTextEditor(XvcTextBox& box, const XBackBuffer& target);
+
+/// Records the object under construction, as it looks. Black is no mark on an overlay, so what is
+/// black in it is recorded in the nearest colour to it; the same holds for marks of selections.
+/// @param buffer  between Start and End
+XAPI void XfnRecordCurrent(XVertBuffer& buffer, XvcObj& object);
 
 /// Records how selected objects are shown: their outline in the selection style and colour, one
 /// pixel wide and without a fill, and a square of 7 pixels' span at every control location.

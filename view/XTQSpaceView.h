@@ -449,8 +449,9 @@ private:
     void Replay(XPtrArray& stack, XViewReport before, XViewReport after,
                 void (XCommandManager::*replay)(XObList*));
     XvcTextBox* GetOnlyTextBox() const;
-    void EndTextEdits();
+    int EndTextEdits();
     void EndTypingBeside();
+    void PlaceTextEditors();
     void RaiseMapping();
     void ReportMouse(XViewReport code, unsigned flags, int x, int y, int delta = 0);
     int ReportPaint(XViewReport code, unsigned timeoutMs);

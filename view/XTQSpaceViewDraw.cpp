@@ -95,8 +95,9 @@ void XTQSpaceView::UpdateVertBufferTemp()
     XfnRecordSelection(buffer, *m_selection.GetList(), m_overlay.GetMainBack(),
                        m_objects.m_selectionColor);
     if (m_selection.IsEmpty() && m_objects.m_currentObject)
-        m_objects.m_currentObject->CreateVertexBuffer(&buffer, nullptr, nullptr);
+        XfnRecordCurrent(buffer, *m_objects.m_currentObject);
     buffer.End();
+    PlaceTextEditors();
 }
 
 void XTQSpaceView::MakeCtrlPoint(const tagXVector3& vector, XvcPolygon& polygon) const

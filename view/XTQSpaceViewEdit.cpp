@@ -4,6 +4,7 @@
 #include "foundation/vector/XvcLayer.h"
 #include "foundation/vector/XvcTextBox.h"
 #include "view/XLayerWalk.h"
+#include "view/XSelectionMarks.h"
 #include "view/XTQSpaceView.h"
 #include "view/XTextBoxEditor.h"
 #include "view/XViewKeys.h"
@@ -128,9 +129,10 @@ void XTQSpaceView::HandleKeyboardMessage(XHWND, unsigned, XWPARAM wParam, XLPARA
     }
     // a message about Escape tells that it is down, a host's own too
     if (!m_input.IsEscapeDown() && wParam != kKeyEscape) return;
-    XvcTextBox* const text = GetOnlyTextBox();
-    if (text && text->GetEditMode()) {
-        text->EndEditMode();
+    const XvcTextBox* const text = GetOnlyTextBox();
+    const bool isTyping = text && text->GetEditMode();
+    EndTextEdits();
+    if (isTyping) {
         InvalidateControl(1);
     } else {
         DropCurrentObject();
@@ -154,11 +156,27 @@ XvcTextBox* XTQSpaceView::GetOnlyTextBox() const
     return list.GetCount() == 1 ? dynamic_cast<XvcTextBox*>(list.GetHead()) : nullptr;
 }
 
-void XTQSpaceView::EndTextEdits()
+// What is typed in this view, and in selected boxes wherever. Answers non-zero when there was any.
+int XTQSpaceView::EndTextEdits()
 {
+    std::vector<XvcTextBox*> boxes = XfnListEditedBoxes(*this);
     for (__POSITION* pos = m_selection.GetList()->GetHeadPosition(); pos;)
         if (auto* text = dynamic_cast<XvcTextBox*>(m_selection.GetList()->GetNext(pos)))
-            text->EndEditMode();
+            boxes.push_back(text);
+    int ended = 0;
+    for (XvcTextBox* box : boxes) {
+        ended |= box->GetEditMode();
+        box->EndEditMode();
+    }
+    // recorded while it is typed, a box has no text
+    if (ended) m_overlay.Raise({XViewBuffer::MainVertex, XViewBuffer::MainBack});
+    return ended;
+}
+
+void XTQSpaceView::PlaceTextEditors()
+{
+    for (XvcTextBox* box : XfnListEditedBoxes(*this))
+        XfnPlaceTextEditor(*box, m_overlay.GetMainBack());
 }
 
 // A press that reaches the view is beside what is typed. The selection tool sees to a box that is
@@ -167,7 +185,7 @@ void XTQSpaceView::EndTypingBeside()
 {
     const XvcTextBox* const text = GetOnlyTextBox();
     if (m_messages.GetMode() == kModeSelect && text && text->GetEditMode()) return;
-    if (XfnEndTextEditors(*this)) InvalidateControl(1);
+    if (EndTextEdits()) InvalidateControl(1);
 }
 
 // Runs a command that takes objects away on those of the selection that it can bring back.

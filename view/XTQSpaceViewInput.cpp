@@ -294,6 +294,7 @@ void XTQSpaceView::OnMouseMove(unsigned flags, int x, int y)
         m_tool.current = QPoint(x, y);
         const QPoint moved = m_tool.current - m_tool.previous;
         m_mapping.PanPixel(moved.x(), moved.y());
+        PlaceTextEditors();
         if (GetProgressiveView()) {
             update(); // the paint moves the last picture; the release asks for another
         } else {

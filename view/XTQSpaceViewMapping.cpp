@@ -104,6 +104,7 @@ int XTQSpaceView::UpdateComposites()
 void XTQSpaceView::PanBy(int dx, int dy)
 {
     m_mapping.PanPixel(dx, dy);
+    PlaceTextEditors(); // no mark changes, so the overlay is not recorded, which would do it
     m_overlay.Raise({XViewBuffer::MainBack, XViewBuffer::TempBack});
     Repaint(Reason::Pan);
 }

@@ -1,5 +1,6 @@
 #include "view/XTextBoxEditor.h"
 
+#include "foundation/vector/XTextBoxEditing.h"
 #include "view/XRichDocument.h"
 #include "view/XTextBoxEditorWidget.h"
 
@@ -72,6 +73,12 @@ int XTextBoxEditor::IsAlign(XParagraphAlign align) const
     return m_widget ? m_widget->IsAlign(align) : m_lastText.IsAlign(align);
 }
 
+XvcTextBox* XTextBoxEditor::GetBox() const
+{
+    const auto* editing = dynamic_cast<const XTextBoxEditing*>(m_client);
+    return editing ? &editing->GetBox() : nullptr;
+}
+
 void XTextBoxEditor::OnChanged()
 {
     if (m_client) m_client->OnEditorChanged();
@@ -89,14 +96,15 @@ void XTextBoxEditor::OnWidgetGoes()
     OnDone();
 }
 
-int XfnEndTextEditors(const QWidget& window)
+std::vector<XvcTextBox*> XfnListEditedBoxes(const QWidget& window)
 {
-    int ended = 0;
-    for (QObject* child : window.children()) {
-        auto* const widget = dynamic_cast<XTextBoxEditorWidget*>(child);
-        if (widget && widget->Finish()) ++ended;
+    std::vector<XvcTextBox*> boxes;
+    for (const QObject* child : window.children()) {
+        const auto* const widget = dynamic_cast<const XTextBoxEditorWidget*>(child);
+        XvcTextBox* const box = widget ? widget->GetBox() : nullptr;
+        if (box) boxes.push_back(box);
     }
-    return ended;
+    return boxes;
 }
 
 void XfnUseTextBoxEditor()

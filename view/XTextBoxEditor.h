@@ -4,8 +4,11 @@
 
 #include <QPointer>
 
+#include <vector>
+
 class QWidget;
 class XTextBoxEditorWidget;
+class XvcTextBox;
 
 /// The editor of text boxes: a text widget that lies over the box in its window.
 ///
@@ -34,6 +37,7 @@ public:
 private:
     friend class XTextBoxEditorWidget;
 
+    XvcTextBox* GetBox() const; // null when another client opened the editor
     void OnChanged();
     void OnDone();
     void OnWidgetGoes();
@@ -43,8 +47,8 @@ private:
     XRichText m_lastText; // when the widget has gone
 };
 
-/// Ends what is being typed in a window, as its user would. @return non-zero when there was anything
-XAPI int XfnEndTextEditors(const QWidget& window);
+/// The boxes that are typed into in a window, selected or not.
+XAPI std::vector<XvcTextBox*> XfnListEditedBoxes(const QWidget& window);
 
 /// Makes this the editor of all text boxes of the process, unless a factory is named already. Views do
 /// so when they are made.

@@ -154,11 +154,9 @@ void XTextBoxEditorWidget::Retire()
     deleteLater();
 }
 
-bool XTextBoxEditorWidget::Finish()
+XvcTextBox* XTextBoxEditorWidget::GetBox() const
 {
-    if (!m_owner) return false;
-    m_owner->OnDone();
-    return true;
+    return m_owner ? m_owner->GetBox() : nullptr;
 }
 
 void XTextBoxEditorWidget::SetBound(int left, int top, int right, int bottom, double pixelsPerPoint)

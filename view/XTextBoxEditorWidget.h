@@ -6,6 +6,7 @@
 #include <QTextEdit>
 
 class XTextBoxEditor;
+class XvcTextBox;
 
 /// The widget of XTextBoxEditor. It belongs to its parent window and outlives the editor by a turn
 /// of the event loop, since the editor may end while the widget handles a key.
@@ -21,7 +22,7 @@ public:
     void Start(const XRichText& text);
     void
     Retire(); ///< gives the keyboard back, hides and dies later; the owner is not told any more
-    bool Finish(); ///< as Escape does; false when the editor is done with it already
+    XvcTextBox* GetBox() const; ///< null when the editor is done with it
     void SetBound(int left, int top, int right, int bottom, double pixelsPerPoint);
 
     void SetFormat(const tagXCharFormat& format, unsigned mask);

@@ -73,7 +73,8 @@ int XViewInput::MousePress(const QMouseEvent& event)
 {
     const QPoint pixel = Pixel(event);
     const unsigned flags = Flags(event);
-    if (!ReleaseLost(flags, pixel)) return 1;
+    if (!ReleaseLost(flags)) return 1;
+    m_seenPixel = pixel;
     switch (event.button()) {
     case Qt::LeftButton:
         if (m_spaceDown && m_pan == Pan::None && !(m_pressed & kFlagRight)) {
@@ -101,7 +102,8 @@ int XViewInput::MouseDoubleClick(const QMouseEvent& event)
 {
     const QPoint pixel = Pixel(event);
     const unsigned flags = Flags(event);
-    if (!ReleaseLost(flags, pixel)) return 1;
+    if (!ReleaseLost(flags)) return 1;
+    m_seenPixel = pixel;
     if (event.button() == Qt::LeftButton && !m_spaceDown) {
         m_panAfter &= ~kFlagLeft;
         m_pressed |= kFlagLeft;
@@ -118,7 +120,7 @@ int XViewInput::MouseDoubleClick(const QMouseEvent& event)
 
 int XViewInput::MouseRelease(const QMouseEvent& event)
 {
-    const QPoint pixel = Pixel(event);
+    const QPoint pixel = m_seenPixel = Pixel(event);
     const unsigned flags = Flags(event);
     switch (event.button()) {
     case Qt::LeftButton:
@@ -146,10 +148,11 @@ int XViewInput::MouseRelease(const QMouseEvent& event)
     }
 }
 
-// A release that another window swallowed: the press must still find its end. Answers 0 when the
-// window has gone meanwhile.
-int XViewInput::ReleaseLost(unsigned flags, QPoint pixel)
+// A release that another window swallowed: the press must still find its end, where the pointer was
+// last seen with the button down. Answers 0 when the window has gone meanwhile.
+int XViewInput::ReleaseLost(unsigned flags)
 {
+    const QPoint pixel = m_seenPixel;
     if (m_pressed & ~flags & kFlagLeft) {
         m_pressed &= ~kFlagLeft;
         if (!Dispatch(kMsgLButtonUp, flags, pixel, &XViewInputTarget::OnLButtonUp)) return 0;
@@ -165,7 +168,8 @@ int XViewInput::MouseMove(const QMouseEvent& event)
 {
     const QPoint pixel = Pixel(event);
     unsigned flags = Flags(event);
-    if (!ReleaseLost(flags, pixel)) return 1;
+    if (!ReleaseLost(flags)) return 1;
+    m_seenPixel = pixel;
     m_panAfter &= flags;
     if (m_pan != Pan::None && !(flags & GetPanButton())) EndPan();
     if (m_pan == Pan::None) {

@@ -57,6 +57,9 @@ public:
 /// the fingers. Angles of a wheel are summed to whole notches, each one message. A pan that loses
 /// the focus ends there, but keeps its button: nothing is seen of the pointer until that is up.
 ///
+/// A release that another window swallowed is delivered with the next event of the pointer, where
+/// that was last seen.
+///
 /// A key that repeats is pressed again and again and released once. Tab is the focus's.
 ///
 /// A handler may destroy the view: nothing here touches the object after a handler whose window has
@@ -91,7 +94,7 @@ private:
     void TrackKey(const QKeyEvent& event, int isDown);
     int PreTranslate(unsigned message, XWPARAM wParam, XLPARAM lParam);
     int Dispatch(unsigned message, unsigned flags, QPoint pixel, Handler handler);
-    int ReleaseLost(unsigned flags, QPoint pixel);
+    int ReleaseLost(unsigned flags);
     void StartPan(Pan pan, QPoint pixel);
     void EndPan();
     unsigned GetPanButton() const;
@@ -101,6 +104,7 @@ private:
     XWheelSteps m_wheel;
     Pan m_pan = Pan::None;
     QPoint m_panPixel;
+    QPoint m_seenPixel;       // of the last event of the pointer
     double m_scrollRestX = 0; // a touchpad moves by parts of a device pixel
     double m_scrollRestY = 0;
     unsigned m_pressed = 0;  // left and right as tools know them

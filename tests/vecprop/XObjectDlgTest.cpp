@@ -156,6 +156,7 @@ void EditCell(QDialog& dialog, int row, int column, const char* text)
 void ChooseValue(QDialog& dialog, const char* name, int value)
 {
     QComboBox& list = Find<QComboBox>(dialog, name);
+    QTest::keyClick(&list, Qt::Key_Home);
     while (list.currentData().toInt() != value && list.currentIndex() + 1 < list.count())
         QTest::keyClick(&list, Qt::Key_Down);
 }
@@ -451,23 +452,36 @@ TEST(XObjectDlgTest, APictureIsReadWhenItIsChosenAndOneThatIsNoneKeepsTheOld)
     EXPECT_NE(prompts.GetQuestions()[0].parent, 0u) << "the dialog asks, not nobody";
 }
 
-TEST(XObjectDlgTest, NewObjectsAreAskedForOnlyWhenTheUserWantsIt)
+TEST(XObjectDlgTest, TheUserSaysWhetherNewObjectsAreAskedForElseTheHost)
 {
     XvcPoint point(1.0, 2.0);
     tagXObjectDialogCall call;
     call.dialog = XObjectDialog::Point;
     call.object = &point;
     call.isNew = 1;
-    EXPECT_EQ(XvcObjectDialogs().DoModal(call), 1);
+    const auto isAsked = [&call] {
+        bool isOpened = false;
+        QTimer dismiss; // goes with the call that opens nothing
+        QObject::connect(&dismiss, &QTimer::timeout, &dismiss, [&isOpened, &dismiss] {
+            isOpened = true;
+            dismiss.stop();
+            Press(*qobject_cast<QDialog*>(QApplication::activeModalWidget()), Qt::Key_Escape);
+        });
+        dismiss.start(0);
+        const int result = XObjectDialogs::Get()->DoModal(call);
+        EXPECT_EQ(result, isOpened ? 2 : 1);
+        return isOpened;
+    };
+    XfnBindObjectDialogs();
+    EXPECT_TRUE(isAsked()) << "nobody has chosen";
+    XfnBindObjectDialogs(XNewObjects::Keep);
+    EXPECT_FALSE(isAsked());
     XfnSetAskForNewObject(true);
-    bool isOpened = false;
-    QTimer::singleShot(0, qApp, [&isOpened] {
-        isOpened = true;
-        Press(*qobject_cast<QDialog*>(QApplication::activeModalWidget()), Qt::Key_Escape);
-    });
-    EXPECT_EQ(XvcObjectDialogs().DoModal(call), 2);
-    EXPECT_TRUE(isOpened);
+    EXPECT_TRUE(isAsked());
+    XfnBindObjectDialogs();
     XfnSetAskForNewObject(false);
+    EXPECT_FALSE(isAsked());
+    XObjectDialogs::Set(nullptr);
     call.dialog = XObjectDialog::Line; // of another class
     EXPECT_EQ(XvcObjectDialogs().DoModal(call), 2);
 }

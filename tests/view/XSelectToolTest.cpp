@@ -88,20 +88,6 @@ TEST(XSelectToolTest, EveryGestureEndsAsItShould)
     }
 }
 
-TEST(XSelectToolTest, OnlyADragMakesTheLayersAnew)
-{
-    XToolStage stage(0, kDrawing);
-    stage.Play("down 40,20 move 50,30");
-    EXPECT_FALSE(stage.target.IsRaised(XViewBuffer::MainBack)) << "while it lasts";
-    EXPECT_TRUE(stage.target.IsRaised(XViewBuffer::TempBack));
-    stage.Play("up");
-    EXPECT_TRUE(stage.target.IsRaised(XViewBuffer::MainVertex));
-    stage.target.raised.clear();
-    stage.Play("down 100,50 up down 90,90 move 10,10 up");
-    EXPECT_FALSE(stage.target.IsRaised(XViewBuffer::MainVertex));
-    EXPECT_TRUE(stage.target.IsRaised(XViewBuffer::TempVertex));
-}
-
 TEST(XSelectToolTest, LayersAndThicknessDecideWhatIsHit)
 {
     XToolStage stage(0, kDrawing);

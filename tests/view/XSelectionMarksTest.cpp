@@ -173,6 +173,19 @@ TEST_F(XSelectionMarksTest, TheObjectUnderConstructionIsSeenWhileNothingIsSelect
     const auto current = Make<XvcPolygon>(kPath);
     view.GetObjectManager().m_currentObject = current.get();
     EXPECT_EQ(Record().GetCommands().size(), 1u);
+    for (const tagXColor ground : {0xFF000000u, 0xFFFFFFFFu, 0xFF808080u}) {
+        view.SetBackgroundColor(ground);
+        current->SetLineColor(0xFF000000u);
+        current->SetForeColor(0xFF0000FFu);
+        view.SetWorldToCenter(115, 60);
+        Record();
+        const QImage seen = Paint();
+        EXPECT_NE(seen.pixel(200, 120), seen.pixel(2, 2)) << "a black outline on " << ground;
+        current->SetForeColor(0xFF000000u);
+        Record();
+        const QImage filled = Paint();
+        EXPECT_NE(filled.pixel(220, 110), filled.pixel(2, 2)) << "a black area on " << ground;
+    }
     XvcPoint unset(kXNotSet, kXNotSet); // selected, it shows nothing by itself
     view.GetSelectedObj()->AddTail(&unset);
     EXPECT_TRUE(Record().GetCommands().empty());
@@ -190,10 +203,10 @@ TEST_F(XDragTest, OnlyTheOverlayIsMadeAnewAtEachMove)
     auto* line = new XvcLine({480, -520, 0}, {520, -480, 0});
     line->CalcRange();
     view.GetEditLayer()->AddTail(line);
-    view.GetSelectedObj()->AddTail(line);
     for (const int isProgressive : {0, 1}) {
         SCOPED_TRACE(isProgressive);
         view.SetProgressiveView(isProgressive);
+        view.SetMode(0);
         view.InvalidateControl(1);
         Settle();
         QImage before = Shown();
@@ -201,18 +214,27 @@ TEST_F(XDragTest, OnlyTheOverlayIsMadeAnewAtEachMove)
         host.Forget();
         XTileCache::Get().Clear(); // whatever were drawn would be read
         band.readCount = 0;
-        for (int move = 0; move < 3; ++move) {
-            line->MoveObject(5, 0, 0);
-            view.GetOverlay().Raise({XViewBuffer::TempVertex, XViewBuffer::TempBack});
-            view.InvalidateControl(0);
+        const auto expectOverlay = [&] {
             Settle();
             const QImage after = Shown();
             EXPECT_NE(after, before);
             before = after;
+            EXPECT_EQ(view.GetVertexBuffer()->GetRecording(), recording);
+            EXPECT_EQ(band.readCount, 0);
+            EXPECT_EQ(Count(41061) + Count(41062), 0);
+        };
+        Drag(Qt::LeftButton, {300, 20}, {150, 150}); // selects by a band
+        expectOverlay();
+        Mouse(QEvent::MouseButtonPress, 200, 100, Qt::LeftButton, Qt::LeftButton);
+        for (int x = 205; x <= 215; x += 5) {
+            Mouse(QEvent::MouseMove, x, 100, Qt::NoButton, Qt::LeftButton);
+            expectOverlay();
         }
-        EXPECT_EQ(view.GetVertexBuffer()->GetRecording(), recording);
-        EXPECT_EQ(band.readCount, 0);
-        EXPECT_EQ(Count(41061) + Count(41062), 0);
+        Mouse(QEvent::MouseButtonRelease, 215, 100, Qt::LeftButton, Qt::NoButton);
+        Settle();
+        EXPECT_NE(view.GetVertexBuffer()->GetRecording(), recording);
+        EXPECT_GT(band.readCount, 0);
+        view.Undo();
     }
     view.QueCancel();
     view.GetXDMCompManager()->RemoveXDMCompositeAll();

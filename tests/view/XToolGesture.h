@@ -6,6 +6,8 @@
 #include "view/XModeTable.h"
 #include "view/XObjectDialogs.h"
 
+#include <set>
+
 /// Answers the dialogs of objects; bound while it lives.
 class XFakeObjectDialogs final : public XObjectDialogs
 {
@@ -39,31 +41,24 @@ public:
     std::function<void()> onModal;
 };
 
-/// Plays gestures told in words on one tool of a fake view.
+/// Reads gestures told in words:
 ///
 ///     "down 10,10 ctrl-move 90,20 up"
 ///
-/// Words: down, up, move, dbl (a double click in place of a press), rdown, rdbl, cancel. A word
-/// without a place is where the last one was. Moves have the left button while it is down.
-class XToolStage
+/// Words: down, up, move, dbl (a double click in place of a press), rdown, rdbl, and those of the
+/// player. A word without a place is where the last one was. Moves have the left button while it
+/// is down.
+class XGesture
 {
 public:
-    XToolStage(int mode, const std::string& drawing = "")
-    {
-        target.messages.SetMode(static_cast<short>(mode));
-        target.messages.SetPostMode(kPostMode);
-        tool = XfnFindMode(mode)->make(target);
-        XfnDraw(*target.layer, drawing);
-    }
-
-    void Play(const std::string& gesture)
+    /// @param send  of a message: number, flags, x, y
+    /// @param act   of a player's word; answers whether it is one
+    template <class Send, class Act>
+    void Play(const std::string& gesture, const Send& send, const Act& act)
     {
         std::istringstream words(gesture);
         for (std::string word; words >> word;) {
-            if (word == "cancel") {
-                tool->Cancel();
-                continue;
-            }
+            if (act(word)) continue;
             unsigned flags = 0;
             if (word.starts_with("ctrl-")) {
                 flags = kFlagCtrl;
@@ -87,9 +82,38 @@ public:
             ASSERT_NE(row, std::end(kWords)) << word;
             isDown = row->message == 512 ? isDown : (row->flags & kFlagLeft) != 0;
             if (isDown) flags |= kFlagLeft;
-            tool->Handle(row->message, flags | row->flags,
-                         static_cast<XLPARAM>(XfnPackPoint(x, y)));
+            send(row->message, flags | row->flags, x, y);
         }
+    }
+
+private:
+    int x = 0, y = 0;
+    bool isDown = false;
+};
+
+/// Plays gestures on one tool of a fake view; "cancel" is a word too.
+class XToolStage
+{
+public:
+    XToolStage(int mode, const std::string& drawing = "")
+    {
+        target.messages.SetMode(static_cast<short>(mode));
+        target.messages.SetPostMode(kPostMode);
+        tool = XfnFindMode(mode)->make(target);
+        XfnDraw(*target.layer, drawing);
+    }
+
+    void Play(const std::string& gesture)
+    {
+        m_gesture.Play(
+            gesture,
+            [this](unsigned message, unsigned flags, int x, int y) {
+                tool->Handle(message, flags, static_cast<XLPARAM>(XfnPackPoint(x, y)));
+            },
+            [this](const std::string& word) {
+                if (word == "cancel") tool->Cancel();
+                return word == "cancel";
+            });
     }
 
     /// The last two digits of each report.
@@ -99,6 +123,13 @@ public:
         for (int report : target.GetReports())
             text += (text.empty() ? "" : " ") + std::to_string(report % 100);
         return text;
+    }
+    /// Why it was drawn anew.
+    std::set<int> GetReasons() const
+    {
+        std::set<int> reasons(target.log.begin(), target.log.end());
+        std::erase_if(reasons, [](int entry) { return entry > 40000; });
+        return reasons;
     }
     std::string GetDrawing() const { return XfnDescribeAll(*target.layer); }
     std::string GetCurrent() const { return XfnDescribe(target.objects.m_currentObject); }
@@ -118,6 +149,7 @@ public:
     static constexpr short kPostMode = 77;
     XFakeToolTarget target;
     std::unique_ptr<XViewTool> tool;
-    int x = 0, y = 0;
-    bool isDown = false;
+
+private:
+    XGesture m_gesture;
 };

@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
+#include <string>
 #include <vector>
 
 inline std::ostream& operator<<(std::ostream& out, const tagXWorldBox& box)
@@ -74,6 +75,16 @@ protected:
         auto codes = host.GetFirstParameters();
         std::erase_if(codes, [](XWPARAM code) { return code == 41061 || code == 41062; });
         return codes;
+    }
+
+    /// The last two digits of each of them, but for those of input.
+    std::string Edits() const
+    {
+        std::string text;
+        for (const XWPARAM code : Reports())
+            if (code < 41064 || code > 41076)
+                text += (text.empty() ? "" : " ") + std::to_string(code % 100);
+        return text;
     }
 
     QImage Paint()

@@ -114,6 +114,7 @@ TEST_F(XViewPaintTest, TheBookmarkKeepsItsSizeAtAnyZoom)
 TEST_F(XViewPaintTest, ASelectedPointIsSeenOnAnyBackgroundAndLeavesTheMainPicture)
 {
     auto* point = new XvcPoint(200, 100);
+    point->SetType(0);
     point->SetThick(20);
     view.GetEditLayer()->AddTail(point);
     point->CalcRange();

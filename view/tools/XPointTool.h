@@ -14,4 +14,5 @@ public:
 
 protected:
     void Press(const tagXToolEvent& event) override;
+    XViewReason GetFinishReason() const override { return XViewReason::Point; }
 };

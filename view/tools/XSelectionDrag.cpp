@@ -63,6 +63,8 @@ void XfnRecordDrag(XCommandManager& commands, const XObList& selection, const ta
         XvcObj* const clone = commands.CloneObject(object);
         before.push_back(clone);
         if (!clone) continue;
+        // a drag by a corner goes back as a move of the whole, even that of a raster patch, which
+        // did not move at all: hosts know the step so
         if (isVertex)
             clone->MoveVertex(hit.index, backX, backY, 0.0);
         else

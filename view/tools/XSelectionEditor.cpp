@@ -69,6 +69,7 @@ void XSelectionEditor::DoubleClick(const tagXToolEvent& event)
         EditGroup();
     } else if (event.IsCtrl()) {
         EditVertex(*objects.front(), event);
+        m_target.ShowAll(); // a progressive view records the objects at once: after the change
     } else {
         EditObject(*objects.front());
     }
@@ -116,7 +117,6 @@ void XSelectionEditor::EditGroup()
 
 void XSelectionEditor::EditVertex(XvcObj& object, const tagXToolEvent& event)
 {
-    m_target.ShowAll();
     auto* const line = dynamic_cast<XvcPolyline*>(&object);
     auto* const area = dynamic_cast<XvcPolygon*>(&object);
     if (!line && !area) return;

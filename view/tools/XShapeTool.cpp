@@ -80,7 +80,7 @@ int XShapeTool::AskProperties(XvcObj& object) const
 
 void XShapeTool::Finish()
 {
-    ShowCurrent();
+    ShowCurrent(GetFinishReason());
     const auto result = Hold([this](XvcObj& object) { return AskProperties(object); });
     if (!result) return;
     if (*result == 1)
@@ -104,7 +104,7 @@ void XShapeTool::Insert()
     target.GetMessageManager().ChangeToPostMode();
     target.GetSelection().Clear();
     target.GetSelection().GetList()->AddTail(object);
-    target.ShowAll();
+    target.ShowAll(GetFinishReason());
 
     const XViewReport ownReport = m_ownReport;
     const auto life = target.GetLife();
@@ -129,7 +129,7 @@ void XShapeTool::Refuse(Keep keep)
     target.GetToolState().pointer = {};
     if (keep != Keep::SelectionAndMode) target.GetMessageManager().ChangeToPostMode();
     if (keep == Keep::Nothing) target.GetSelection().Clear();
-    target.ShowAll();
+    target.ShowAll(GetFinishReason());
 
     const tagXCreatedReport created = {nullptr, nullptr};
     const XViewReport ownReport = m_ownReport;

@@ -71,6 +71,8 @@ protected:
     /// The colours, thickness and styles that new objects of the view have.
     void GiveAttributes(XvcObj& object, Fill fill) const;
     void ShowCurrent(XViewReason reason = XViewReason::Invalidate); ///< after its range
+    /// Of the repaints that end the drawing.
+    virtual XViewReason GetFinishReason() const { return XViewReason::Invalidate; }
 
     void Finish();          ///< asks, then Insert or Refuse
     void Insert();          ///< the finish without a question

@@ -65,11 +65,11 @@ public:
         RepaintFor(reason);
     }
     /// The objects of all layers too.
-    void ShowAll()
+    void ShowAll(XViewReason reason = XViewReason::Invalidate)
     {
         RaiseFlags({XViewBuffer::MainVertex, XViewBuffer::TempVertex, XViewBuffer::MainBack,
                     XViewBuffer::TempBack});
-        RepaintFor(XViewReason::Invalidate);
+        RepaintFor(reason);
     }
     /// What the rubber band covers, or covered before it changed, is shown anew.
     virtual void RubberBandChanged() = 0;
