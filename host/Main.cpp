@@ -85,7 +85,7 @@ int RunWindow(int argc, char** argv, const tagXCommandLine& line)
 
     XQtPromptsDialog prompts;
     XPrompts::Set(&prompts);
-    XfnBindObjectDialogs();
+    XfnBindObjectDialogs(XNewObjects::Keep);
     XMainWindow window(TQL_VERSION);
     window.Place(line.windowSize, line.windowPos, line.hasWindowPos);
     if (!line.files.isEmpty()) window.OpenAfterFirstPaint(line.files);

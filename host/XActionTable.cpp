@@ -8,15 +8,46 @@ const std::vector<tagXActionRow>& XfnActionTable()
     static const std::vector<tagXActionRow> rows = {
         {"file.open", "&Open...", {"Ctrl+O"}, {}, Symbol::Open, "Open raster and vector files; the first one fills the view"},
         {"file.clearRecent", "&Clear List", {}, {}, {}, "Forget the files opened before"},
+        {"file.save", "&Save", {"Ctrl+S"}, {}, Symbol::Save, "Save the current vector file with its edits; one of another format becomes a file of its own"},
         {"file.close", "&Close Layer", {"Ctrl+W"}, {}, Symbol::Close, "Close the current layer; its file stays as it is"},
         {"file.closeAll", "Close &All", {"Ctrl+Shift+W"}, {}, {}, "Close all layers"},
         {"file.quit", "&Quit", {"Ctrl+Q"}, {}, {}, "Leave the program"},
 
+        {"edit.undo", "&Undo", {"Ctrl+Z"}, {}, Symbol::Undo, "Take back the last change of vector objects"},
+        {"edit.redo", "&Redo", {"Ctrl+Shift+Z", "Ctrl+Y"}, {}, Symbol::Redo, "Make the change again that was taken back"},
+        {"edit.cut", "Cu&t", {}, {"Ctrl+X"}, {}, "Take the selected objects away and keep them for pasting"},
+        {"edit.copy", "Cop&y", {}, {"Ctrl+C"}, {}, "Keep copies of the selected objects for pasting; what is told of one goes to other programs"},
+        {"edit.paste", "Pa&ste", {}, {"Ctrl+V"}, {}, "Add what was copied or cut to the current layer"},
+        {"edit.delete", "Del&ete", {}, {"Del"}, {}, "Take the selected objects away"},
+        {"edit.selectAll", "Select A&ll in Layer", {}, {"Ctrl+A"}, {}, "Select all objects of the current vector layer that are shown"},
+        {"edit.properties", "Pr&operties...", {"Alt+Return"}, {}, {}, "Edit the selected objects; a text box is edited in its place"},
+        {"edit.front", "Bring to &Front", {"Ctrl+Shift+]"}, {}, {}, "Draw the selected objects above all others of their layer"},
+        {"edit.forward", "Bring For&ward", {"Ctrl+]"}, {}, {}, "Draw the selected objects one place higher"},
+        {"edit.backward", "Send &Backward", {"Ctrl+["}, {}, {}, "Draw the selected objects one place lower"},
+        {"edit.back", "Send to Bac&k", {"Ctrl+Shift+["}, {}, {}, "Draw the selected objects below all others of their layer"},
+
         {"edit.copyPosition", "Copy &Position", {"Ctrl+Shift+C"}, {}, Symbol::CopyPosition, "Copy the position under the pointer, with its coordinate system"},
         {"edit.copyGeographic", "Copy &Geographic Position", {}, {}, {}, "Copy the position under the pointer as latitude and longitude"},
 
-        {"edit.copyAttributes", "Copy &Attributes", {}, {"Ctrl+C"}, Symbol::CopyText, "Copy what is told of the selected object"},
+        {"edit.copyAttributes", "Copy &Attributes", {}, {}, Symbol::CopyText, "Copy what is told of the selected object"},
         {"edit.deselect", "&Deselect", {"Ctrl+Shift+A"}, {}, {}, "Select no object"},
+
+        {"draw.select", "&Select", {}, {"V", "S"}, Symbol::Select, "Select, move and edit vector objects; once more only looks", true},
+        {"draw.point", "&Point", {}, {"P"}, Symbol::Point, "Draw points", true},
+        {"draw.line", "&Line", {}, {"L"}, Symbol::Line, "Draw straight lines", true},
+        {"draw.arrow", "&Arrow", {}, {"W"}, Symbol::Arrow, "Draw arrows", true},
+        {"draw.polyline", "P&olyline", {}, {"O"}, Symbol::Polyline, "Draw lines through points", true},
+        {"draw.curve", "&Curve", {}, {"U"}, Symbol::Curve, "Draw smooth lines along points", true},
+        {"draw.polygon", "Pol&ygon", {}, {"Y"}, Symbol::Polygon, "Draw areas with corners", true},
+        {"draw.rectangle", "&Rectangle", {}, {"R"}, Symbol::Rectangle, "Draw rectangles", true},
+        {"draw.ellipse", "&Ellipse", {}, {"E"}, Symbol::Ellipse, "Draw ellipses", true},
+        {"draw.text", "&Text", {}, {"X"}, Symbol::Text, "Write a line of text", true},
+        {"draw.textBox", "Text &Box", {}, {"B"}, Symbol::TextBox, "Write text in a box", true},
+        {"draw.balloon", "Balloo&n", {}, {"K"}, Symbol::Balloon, "Write text in a box with a pointer", true},
+        {"draw.picture", "P&icture...", {}, {"I"}, Symbol::Picture, "Place a picture (BMP) from a file", true},
+        {"draw.keep", "&Keep Tool", {}, {}, {}, "Stay with a tool after its object is drawn; Esc leaves it", true},
+        {"draw.ask", "Ask &for Properties After Drawing", {}, {}, {}, "Open the properties of each object that was drawn", true},
+
 
         {"view.fitAll", "Fit &All", {"Ctrl+0"}, {"3"}, Symbol::FitAll, "Show all layers"},
         {"view.fitLayer", "Fit &Layer", {}, {"2"}, Symbol::FitLayer, "Show the whole current layer"},
@@ -43,7 +74,7 @@ const std::vector<tagXActionRow>& XfnActionTable()
         {"layer.rename", "&Rename", {"F2"}, {}, {}, "Give the current layer another name; its file keeps its own"},
         {"layer.lock", "&Lock", {}, {}, Symbol::Lock, "Keep the current vector layer from being picked and changed", true},
         {"layer.color", "&Colour...", {}, {}, {}, "Choose the colour of the current vector layer"},
-        {"layer.save", "&Save As XVC...", {}, {}, {}, "Keep the current vector file with its names and colours as a file of its own"},
+        {"layer.save", "&Save As XVC...", {"Ctrl+Shift+S"}, {}, {}, "Keep the current vector file with its names and colours as a file of its own"},
         {"layer.next", "&Next Layer", {"Alt+PgDown"}, {}, {}, "Make the layer below the current one"},
         {"layer.previous", "&Previous Layer", {"Alt+PgUp"}, {}, {}, "Make the layer above the current one"},
 
@@ -69,9 +100,30 @@ const std::vector<tagXActionRow>& XfnActionTable()
 const std::vector<tagXMenuRow>& XfnMenuTable()
 {
     static const std::vector<tagXMenuRow> rows = {
-        {"&File", {"file.open", "@recent", "-", "file.close", "file.closeAll", "-", "file.quit"}},
+        {"&File",
+         {"file.open", "@recent", "-", "file.save", "-", "file.close", "file.closeAll", "-",
+          "file.quit"}},
         {"&Edit",
-         {"edit.copyPosition", "edit.copyGeographic", "edit.copyAttributes", "-", "edit.deselect"}},
+         {"edit.undo",
+          "edit.redo",
+          "-",
+          "edit.cut",
+          "edit.copy",
+          "edit.paste",
+          "edit.delete",
+          "-",
+          "edit.selectAll",
+          "edit.deselect",
+          "-",
+          "edit.properties",
+          "edit.front",
+          "edit.forward",
+          "edit.backward",
+          "edit.back",
+          "-",
+          "edit.copyAttributes",
+          "edit.copyPosition",
+          "edit.copyGeographic"}},
         {"&View",
          {"view.fitAll",
           "view.fitLayer",
@@ -95,6 +147,10 @@ const std::vector<tagXMenuRow>& XfnMenuTable()
           "-",
           "@panels",
           "view.fullScreen"}},
+        {"&Draw",
+         {"draw.select", "-", "draw.point", "draw.line", "draw.arrow", "draw.polyline",
+          "draw.curve", "draw.polygon", "draw.rectangle", "draw.ellipse", "-", "draw.text",
+          "draw.textBox", "draw.balloon", "draw.picture", "-", "draw.keep", "draw.ask"}},
         {"&Layer",
          {"layer.visible", "layer.lock", "layer.rename", "layer.color", "-", "layer.up",
           "layer.down", "layer.top", "-", "layer.previous", "layer.next", "-", "layer.save"}},
@@ -107,23 +163,23 @@ const std::vector<tagXMenuRow>& XfnMenuTable()
     return rows;
 }
 
-const std::vector<const char*>& XfnToolBarTable()
+const std::vector<tagXToolBarRow>& XfnToolBarTable()
 {
-    static const std::vector<const char*> ids = {"file.open",
-                                                 "-",
-                                                 "view.fitAll",
-                                                 "view.fitLayer",
-                                                 "view.oneToOne",
-                                                 "view.zoomIn",
-                                                 "view.zoomOut",
-                                                 "view.zoomRect",
-                                                 "-",
-                                                 "view.previous",
-                                                 "view.next",
-                                                 "-",
-                                                 "edit.copyPosition",
-                                                 "view.fullScreen"};
-    return ids;
+    static const std::vector<tagXToolBarRow> rows = {
+        {"Tools",
+         "toolbar.main",
+         false,
+         {"file.open", "file.save", "-", "edit.undo", "edit.redo", "-", "view.fitAll",
+          "view.fitLayer", "view.oneToOne", "view.zoomIn", "view.zoomOut", "view.zoomRect", "-",
+          "view.previous", "view.next", "-", "edit.copyPosition", "view.fullScreen"}},
+        {"Draw",
+         "toolbar.draw",
+         true,
+         {"draw.select", "-", "draw.point", "draw.line", "draw.arrow", "draw.polyline",
+          "draw.curve", "draw.polygon", "draw.rectangle", "draw.ellipse", "-", "draw.text",
+          "draw.textBox", "draw.balloon", "draw.picture"}},
+    };
+    return rows;
 }
 
 QString XfnKeyMapText()
@@ -145,7 +201,10 @@ QString XfnKeyMapText()
     text += "Move the view\tarrows, with Ctrl by a pixel; right or middle button, Space and drag\n"
             "Zoom\twheel, with Ctrl finely\n"
             "Zoom to a rectangle\tShift and drag\n"
-            "Select an object\tclick\n"
+            "Select an object\tclick; while selecting, drag a box, with Ctrl one more\n"
+            "Move objects and vertices\tdrag, while selecting\n"
+            "Insert or remove a vertex\tCtrl and double click on an edge or vertex\n"
+            "End, step back in a line or area\tdouble click, right click\n"
             "Move, close a layer in the list\tAlt+Up, Alt+Down; Del\n"
             "Leave a tool, stop a job, deselect, leave full screen\tEsc\n";
     return text;

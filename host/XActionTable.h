@@ -29,9 +29,18 @@ struct tagXMenuRow
     std::vector<const char*> entries;
 };
 
+/// One toolbar: ids and "-".
+struct tagXToolBarRow
+{
+    const char* title;
+    const char* name; ///< of the control
+    bool isUpright;   ///< at the left edge
+    std::vector<const char*> entries;
+};
+
 const std::vector<tagXActionRow>& XfnActionTable();
 const std::vector<tagXMenuRow>& XfnMenuTable();
-const std::vector<const char*>& XfnToolBarTable(); ///< ids and "-"
+const std::vector<tagXToolBarRow>& XfnToolBarTable();
 
 /// The key map as text, a line a command with keys: for the help.
 QString XfnKeyMapText();

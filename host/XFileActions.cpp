@@ -119,31 +119,18 @@ void XFileActions::Remember(const QString& path)
 void XFileActions::CloseCurrent()
 {
     const tagXTreeNode node = m_tree.GetCurrent();
-    const tagXVectorFile* file = m_tree.GetVectors().GetAt(node.index);
     if (m_tree.IsLocked(node)) return;
-    const bool isAll = node.layer < 0 || (file && file->layers.size() < 2);
-    if (node.IsVector() && file && isAll && file->isEdited &&
-        !XPrompts::Get()->AskYesNo(
-            m_handle,
-            XfnFromQString(QString("%1 was changed here: names, order or layers. Close it without "
-                                   "saving that?\n\nThe file itself stays as it is.")
-                               .arg(file->name))))
-        return;
-    m_tree.Close(node);
+    tagXVectorPlace place = node.GetPlace();
+    const tagXVectorFile* file = m_tree.GetVectors().GetAt(place.file);
+    if (file && file->layers.size() < 2) place.layer = -1;
+    if (!file || !m_mayClose || m_mayClose(place)) m_tree.Close(node);
 }
 
 void XFileActions::CloseAll()
 {
-    QStringList edited;
     for (int i = 0; i < m_tree.GetVectors().GetCount(); ++i)
-        if (m_tree.GetVectors().GetAt(i)->isEdited)
-            edited.append(m_tree.GetVectors().GetAt(i)->name);
-    if (edited.isEmpty() ||
-        XPrompts::Get()->AskYesNo(
-            m_handle, XfnFromQString("These were changed here: names, order or layers. Close them "
-                                     "without saving that?\n\n" +
-                                     edited.join('\n'))))
-        m_tree.CloseAll();
+        if (m_mayClose && !m_mayClose({i, -1})) return;
+    m_tree.CloseAll();
 }
 
 void XFileActions::ReloadAll(const std::function<void(const QString&, const QString&)>& warn)

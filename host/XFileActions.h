@@ -2,6 +2,7 @@
 
 #include "foundation/platform/XWindowMessages.h"
 #include "host/XRecentFiles.h"
+#include "host/XVectorStack.h"
 
 #include <QStringList>
 
@@ -35,6 +36,11 @@ public:
     /// Close the current layer, or everything; ask first when the user would lose something.
     void CloseCurrent();
     void CloseAll();
+    /// Asked before a vector file or a layer of one is closed; false keeps it.
+    void SetMayClose(std::function<bool(tagXVectorPlace)> mayClose)
+    {
+        m_mayClose = std::move(mayClose);
+    }
     /// Reads all that is open again. What cannot be read is told by `warn`, with its path.
     void ReloadAll(const std::function<void(const QString&, const QString&)>& warn);
 
@@ -59,4 +65,5 @@ private:
     XSessionSettings& m_settings;
     XRecentFiles m_recent;
     std::function<void(const QString&)> m_opening;
+    std::function<bool(tagXVectorPlace)> m_mayClose;
 };

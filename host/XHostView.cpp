@@ -5,7 +5,7 @@
 #include "foundation/raster/XDMCompManager.h"
 #include "foundation/raster/XDMComposite.h"
 #include "foundation/surface/XBackBuffer.h"
-#include "foundation/vector/XvcObj.h"
+#include "foundation/vector/XvcTextBox.h"
 #include "view/XViewKeys.h"
 
 #include <QGuiApplication>
@@ -22,6 +22,7 @@ constexpr double kLeastShare = 1.0 / 64;  // of the view for all layers
 constexpr double kLeastPart = 1e-6;       // of what is open, where there are no pixels
 constexpr double kPointShare = 1e-4;      // of its coordinates, to be seen around a point
 constexpr int kClickSlackPx = 3;          // a hand is not still
+constexpr double kPointPixels = 10;       // of a point drawn with lines given in pixels
 constexpr int kRestMs = 40;
 
 } // namespace
@@ -147,7 +148,12 @@ void XHostView::HandleMouseMessage(XHWND window, unsigned message, XWPARAM wPara
     }
     if (m_isShiftZoom) wParam &= ~static_cast<XWPARAM>(kFlagShift); // the tool knows no Shift
     if (message == kMsgLButtonUp) m_isShiftZoom = false;
-    XTQSpaceView::HandleMouseMessage(window, message, wParam, lParam);
+    if (message == kMsgLButtonDown || message == kMsgLButtonUp)
+        m_isLeftDown = message == kMsgLButtonDown;
+    if (GetMode() == kModeBalloon)
+        HandleMouseBalloonMessage(window, message, wParam, lParam);
+    else
+        XTQSpaceView::HandleMouseMessage(window, message, wParam, lParam);
 }
 
 void XHostView::ShowSelected(XvcObj* object)
@@ -156,6 +162,11 @@ void XHostView::ShowSelected(XvcObj* object)
     if (!object && selection.GetCount() == 0) return;
     selection.RemoveAll();
     if (object) selection.AddTail(object);
+    ShowSelection();
+}
+
+void XHostView::ShowSelection()
+{
     GetOverlay().Raise({XViewBuffer::TempVertex, XViewBuffer::TempBack});
     Repaint(Reason::SelectionCleared);
 }
@@ -183,6 +194,16 @@ void XHostView::HandleMouseNoneMessage(XHWND, unsigned message, XWPARAM wParam, 
     }
 }
 
+void XHostView::HandleMousePointMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                        XLPARAM lParam)
+{
+    const XHWND self = GetHWND();
+    const double thickness = GetObjectManager().m_thickness;
+    if (thickness <= 0) GetObjectManager().m_thickness = std::min(thickness, -kPointPixels);
+    XTQSpaceView::HandleMousePointMessage(window, message, wParam, lParam);
+    if (XfnIsWindow(self)) GetObjectManager().m_thickness = thickness;
+}
+
 // Looked for once the pointer rests for a moment: a move must cost nothing.
 void XHostView::LookForTarget(int x, int y)
 {
@@ -198,6 +219,10 @@ void XHostView::LookForTarget(int x, int y)
 
 int XHostView::OnSetCursor()
 {
+    if (GetMode() == kModeBalloon) {
+        if (cursor().shape() != Qt::CrossCursor) setCursor(Qt::CrossCursor);
+        return 1;
+    }
     const bool isMoved = QGuiApplication::mouseButtons() != Qt::NoButton;
     if (!m_isOverTarget || isMoved || GetMode() != XGVMessageManager::kModeNone)
         return XTQSpaceView::OnSetCursor();
@@ -208,7 +233,11 @@ int XHostView::OnSetCursor()
 void XHostView::HandleKeyboardMessage(XHWND window, unsigned message, XWPARAM wParam,
                                       XLPARAM lParam)
 {
-    m_wasToolAtWork = GetMode() != XGVMessageManager::kModeNone;
+    const XObList& selection = *GetSelectedObj();
+    const auto* text =
+        selection.GetCount() == 1 ? dynamic_cast<const XvcTextBox*>(selection.GetHead()) : nullptr;
+    m_beforeKey = {GetMode(), GetObjectManager().m_currentObject != nullptr,
+                   text && text->GetEditMode(), m_isLeftDown};
     XTQSpaceView::HandleKeyboardMessage(window, message, wParam, lParam);
 }
 

@@ -7,6 +7,15 @@
 #include <array>
 #include <functional>
 
+/// What Escape found in the view when it went down.
+struct tagXEscape
+{
+    short mode = XGVMessageManager::kModeNone;
+    bool isBuilding = false; ///< an object was under construction
+    bool isTyping = false;   ///< the selected text box was being edited
+    bool isPressed = false;  ///< the left button was down: a gesture was taken back
+};
+
 /// The view of the program: a resize keeps what the user chose to look at.
 ///
 /// The library's view refits the box it last drew to each new size, so it shrinks with every change
@@ -21,6 +30,9 @@
 class XHostView : public XTQSpaceView
 {
 public:
+    /// The mode of the balloon tool, for which the library's table has none.
+    static constexpr short kModeBalloon = 114;
+
     explicit XHostView(QWidget* parent);
     ~XHostView() override;
 
@@ -35,6 +47,7 @@ public:
     }
     /// Shows one object with its outline and control points, null for none.
     void ShowSelected(XvcObj* object);
+    void ShowSelection(); ///< after a change of the list of what is selected
 
     void FitAll(); ///< fits all that is open; without any range, one world unit a pixel
     void FitBox(double minX, double minY, double maxX, double maxY);
@@ -53,14 +66,17 @@ public:
     /// Told when the view begins to draw and when it has come to rest.
     void SetBusyChanged(std::function<void(bool)> run) { m_busyChanged = std::move(run); }
 
-    /// Whether a tool was at work when the key that is reported now went down: Escape was for it.
-    bool WasToolAtWork() const { return m_wasToolAtWork; }
+    /// What the view was doing when the key that is reported now went down.
+    const tagXEscape& GetBeforeKey() const { return m_beforeKey; }
 
     int OnMouseWheel(unsigned flags, int delta, int screenX, int screenY) override;
     void HandleMouseMessage(XHWND window, unsigned message, XWPARAM wParam,
                             XLPARAM lParam) override;
     void HandleMouseNoneMessage(XHWND window, unsigned message, XWPARAM wParam,
                                 XLPARAM lParam) override;
+    /// Points that are drawn have a size that can be seen: their thickness is that, too.
+    void HandleMousePointMessage(XHWND window, unsigned message, XWPARAM wParam,
+                                 XLPARAM lParam) override;
     int OnSetCursor() override;
     void HandleKeyboardMessage(XHWND window, unsigned message, XWPARAM wParam,
                                XLPARAM lParam) override;
@@ -94,6 +110,7 @@ private:
     std::function<void()> m_afterPaint;
     std::function<void(bool)> m_busyChanged;
     bool m_isAfterPaintDue = false;
-    bool m_wasToolAtWork = false;
+    tagXEscape m_beforeKey;
+    bool m_isLeftDown = false;
     bool m_isShiftZoom = false; // from the press with Shift to the release
 };

@@ -35,7 +35,10 @@ XJobWidget::XJobWidget(XJobRunner& jobs, QWidget* parent, const QString& name)
     m_cancel->setAccessibleName("Cancel the job");
     QObject::connect(m_cancel, &QToolButton::clicked, this, [this] {
         m_cancel->setEnabled(false); // it takes a moment
-        m_jobs.Cancel();
+        if (m_stop)
+            m_stop();
+        else
+            m_jobs.Cancel();
     });
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);

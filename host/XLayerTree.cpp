@@ -146,6 +146,7 @@ QString XLayerTree::GetTip(const Node& node) const
 {
     QString tip = GetPath(node);
     if (node.layer >= 0) tip = GetName(node) + " in " + tip;
+    if (IsEdited(node)) tip += (tip.isEmpty() ? "" : "\n") + QString("Not saved");
     if (IsLocked(node)) tip += "\nLocked: neither picked nor changed";
     return tip;
 }
@@ -173,6 +174,11 @@ void XLayerTree::SetVisible(const Node& node, bool isVisible)
 bool XLayerTree::IsLocked(const Node& node) const
 {
     return node.IsVector() && m_vectors.IsLocked(node.GetPlace());
+}
+
+bool XLayerTree::IsEdited(const Node& node) const
+{
+    return node.IsVector() && m_vectors.IsEdited(node.GetPlace());
 }
 
 int XLayerTree::GetSiblingCount(const Node& node) const

@@ -55,6 +55,7 @@ public:
     bool IsVisible(const Node& node) const;
     void SetVisible(const Node& node, bool isVisible);
     bool IsLocked(const Node& node) const; ///< rasters never are
+    bool IsEdited(const Node& node) const; ///< holds what is not saved
 
     /// How many rows there are among which a row can be moved, and where it stands.
     int GetSiblingCount(const Node& node) const;

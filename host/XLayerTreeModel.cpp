@@ -91,8 +91,9 @@ QVariant XLayerTreeModel::data(const QModelIndex& index, int role) const
     if (index.column() == Lock) return GetLockData(node, role);
     switch (role) {
     case Qt::DisplayRole:
-    case Qt::EditRole:
     case Qt::AccessibleTextRole:
+        return m_tree.IsEdited(node) ? m_tree.GetName(node) + " *" : m_tree.GetName(node);
+    case Qt::EditRole:
         return m_tree.GetName(node);
     case Qt::ToolTipRole:
         return m_tree.GetTip(node);

@@ -97,30 +97,40 @@ void XMainActions::BuildMenus(const std::function<void(const QString&, QMenu*)>&
     }
 }
 
-QToolBar* XMainActions::BuildToolBar()
+QList<QToolBar*> XMainActions::BuildToolBars()
 {
-    QToolBar* bar = m_window->addToolBar("Tools");
-    bar->setObjectName("toolbar.main");
-    bar->setAccessibleName("Tools");
-    for (const char* entry : XfnToolBarTable()) {
-        const QString id(entry);
-        if (id == "-") {
-            bar->addSeparator();
-            continue;
+    QList<QToolBar*> bars;
+    for (const tagXToolBarRow& row : XfnToolBarTable()) {
+        auto* bar = new QToolBar(row.title, m_window);
+        m_window->addToolBar(row.isUpright ? Qt::LeftToolBarArea : Qt::TopToolBarArea, bar);
+        bar->setObjectName(row.name);
+        bar->setAccessibleName(row.title);
+        for (const char* entry : row.entries) {
+            const QString id(entry);
+            if (id == "-")
+                bar->addSeparator();
+            else if (QAction* action = Get(id))
+                AddButton(*bar, *action);
         }
-        QAction* action = Get(id);
-        if (!action) continue;
-        QString tip = action->text().remove('&').remove("...");
-        if (!action->shortcut().isEmpty())
-            tip += " (" + action->shortcut().toString(QKeySequence::NativeText) + ")";
-        action->setToolTip(tip);
-        bar->addAction(action);
-        if (QWidget* button = bar->widgetForAction(action)) {
-            button->setObjectName("toolbar." + id);
-            button->setAccessibleName(action->text().remove('&').remove("..."));
-        }
+        bars.append(bar);
     }
-    return bar;
+    return bars;
+}
+
+void XMainActions::AddButton(QToolBar& bar, QAction& action)
+{
+    const QString id = action.objectName();
+    const QString text = action.text().remove('&').remove("...");
+    QString key = action.shortcut().toString(QKeySequence::NativeText);
+    for (const tagXActionRow& row : XfnActionTable())
+        if (key.isEmpty() && id == row.id && !row.imageKeys.empty())
+            key = Portable(row.imageKeys.front()).toString(QKeySequence::NativeText);
+    action.setToolTip(key.isEmpty() ? text : text + " (" + key + ")");
+    bar.addAction(&action);
+    if (QWidget* button = bar.widgetForAction(&action)) {
+        button->setObjectName("toolbar." + id);
+        button->setAccessibleName(text);
+    }
 }
 
 void XMainActions::BindImageKeys(QWidget* image)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QHash>
+#include <QList>
 #include <QString>
 
 #include <functional>
@@ -28,11 +29,13 @@ public:
 
     /// Fills the menu bar. `fill` is called for each "@name" entry with the menu it stands in.
     void BuildMenus(const std::function<void(const QString& name, QMenu* menu)>& fill);
-    QToolBar* BuildToolBar();
+    QList<QToolBar*> BuildToolBars();
     /// Gives `image` the plain keys, valid while it or a child of it has the focus.
     void BindImageKeys(QWidget* image);
 
 private:
+    void AddButton(QToolBar& bar, QAction& action);
+
     QMainWindow* m_window;
     QHash<QString, QAction*> m_actions;
     QHash<QString, QString> m_tips;

@@ -7,7 +7,10 @@
 #include "foundation/raster/XRSFile.h"
 #include "host/XActionTable.h"
 #include "host/XAttributesWidget.h"
+#include "host/XAutosaveActions.h"
 #include "host/XBandsWidget.h"
+#include "host/XDrawActions.h"
+#include "host/XEditActions.h"
 #include "host/XFileActions.h"
 #include "host/XHostView.h"
 #include "host/XJobRunner.h"
@@ -23,7 +26,10 @@
 #include "host/XObjectActions.h"
 #include "host/XObjectPicker.h"
 #include "host/XReadOut.h"
+#include "host/XRecoveryBar.h"
+#include "host/XSaveActions.h"
 #include "host/XStatusWidget.h"
+#include "host/XStyleBar.h"
 #include "host/XVectorActions.h"
 #include "host/XViewActions.h"
 #include "host/XWindowPlacement.h"
@@ -102,6 +108,8 @@ XMainWindow::XMainWindow(const QString& version)
     column->setSpacing(0);
     m_levelBar = new XLevelBar(middle);
     m_noticeBar = new XNoticeBar(middle);
+    m_recoveryBar = new XRecoveryBar(middle);
+    column->addWidget(m_recoveryBar);
     column->addWidget(m_noticeBar);
     column->addWidget(m_levelBar);
     column->addWidget(m_view, 1);
@@ -132,14 +140,33 @@ void XMainWindow::MakeModels()
     setStatusBar(m_status);
     m_readOut = std::make_unique<XReadOut>(*m_view, *m_tree, *m_status);
     m_loads = std::make_unique<XJobRunner>();
-    m_vectorActions =
-        std::make_unique<XVectorActions>(GetHWND(), *m_tree, *m_actions, *m_loads, m_settings);
+    m_vectorActions = std::make_unique<XVectorActions>(GetHWND(), *m_tree, *m_actions, *m_loads);
     m_files = std::make_unique<XFileActions>(GetHWND(), *m_tree, *m_vectorActions, *m_actions,
                                              m_settings);
     m_viewActions = std::make_unique<XViewActions>(*this, GetHWND(), *m_view, *m_tree, *m_actions,
                                                    *m_readOut, m_settings);
     m_layerActions = std::make_unique<XLayerActions>(*m_tree, *m_actions);
     m_objectActions = std::make_unique<XObjectActions>(*m_view, *m_tree, *m_picker, *m_actions);
+    MakeEditing();
+}
+
+void XMainWindow::MakeEditing()
+{
+    m_drawActions = std::make_unique<XDrawActions>(*m_view, *m_tree, *m_picker, *m_actions);
+    m_editActions =
+        std::make_unique<XEditActions>(*m_view, *m_tree, *m_picker, *m_drawActions, *m_actions);
+    m_saveActions = std::make_unique<XSaveActions>(GetHWND(), *m_tree, *m_actions, m_settings);
+    m_autosave = std::make_unique<XAutosaveActions>(*m_vectors, *m_vectorActions, *m_editActions,
+                                                    *m_recoveryBar);
+    const auto notice = [this](const QString& text, const QString& detail) {
+        Notice(text, detail);
+    };
+    m_saveActions->SetNotice(notice);
+    m_autosave->SetNotice(notice);
+    m_saveActions->SetSaving([this] { m_editActions->EndTyping(); });
+    m_saveActions->SetSaved([this](int file) { m_editActions->GetLedger().SetSaved(file); });
+    m_files->SetMayClose(
+        [this](tagXVectorPlace place) { return m_saveActions->AskBeforeClosing(place); });
 }
 
 void XMainWindow::ConnectView()
@@ -225,6 +252,8 @@ void XMainWindow::MakeJobs()
     shown->Follow();                           // the bar showed it
     m_jobs->SetChanged([shown] { shown->Follow(); });
     auto* opening = new XJobWidget(*m_loads, m_status, "status.opening");
+    opening->SetStop([this] { m_vectorActions->Stop(); }); // and the files that wait
+    m_actions->Connect("file.closeAll", [this] { m_vectorActions->Stop(); });
     m_status->insertPermanentWidget(1, opening);
     opening->Follow();
     m_loads->SetChanged([opening] { opening->Follow(); });
@@ -240,8 +269,11 @@ void XMainWindow::MakeJobs()
 
 void XMainWindow::MakeMenus()
 {
-    QToolBar* bar = m_actions->BuildToolBar();
-    m_actions->BuildMenus([this, bar](const QString& name, QMenu* menu) {
+    QList<QToolBar*> bars = m_actions->BuildToolBars();
+    auto* style = new XStyleBar(*m_view, m_settings, this);
+    addToolBar(style);
+    bars.append(style);
+    m_actions->BuildMenus([this, bars](const QString& name, QMenu* menu) {
         if (name == "recent") {
             QMenu* recent = menu->addMenu("Open &Recent");
             recent->setObjectName("menu.recent");
@@ -253,7 +285,8 @@ void XMainWindow::MakeMenus()
             const QList<QDockWidget*> docks = findChildren<QDockWidget*>();
             for (QDockWidget* dock : docks)
                 panels->addAction(dock->toggleViewAction());
-            panels->addAction(bar->toggleViewAction());
+            for (const QToolBar* bar : bars)
+                panels->addAction(bar->toggleViewAction());
         }
     });
     m_actions->BindImageKeys(m_view);
@@ -286,7 +319,8 @@ void XMainWindow::ConnectOthers()
         });
         m_view->InvalidateControl(1);
     });
-    m_actions->Connect("view.zoomRect", [this] { ShowHint(); });
+    for (const char* id : {"view.zoomRect", "draw.select"})
+        m_actions->Connect(id, [this] { ShowHint(); });
     m_actions->Connect("window.reset", [this] { ResetLayout(); });
     m_actions->Connect("help.keys", [this] {
         XPrompts::Get()->Message(GetHWND(), XfnFromQString(XfnKeyMapText()), XPrompts::XIcon::None,
@@ -329,10 +363,12 @@ bool XMainWindow::StopOnEscape()
 void XMainWindow::ShowHint()
 {
     const char* hint = "Right button moves the view";
-    if (m_tree->GetRowCount() == 0)
+    if (m_tree->GetRowCount() == 0 && m_drawActions->GetHint().isEmpty())
         hint = "Open a file with Ctrl+O, or drop one here";
     else if (m_view->GetMode() == XGVMessageManager::kModeZoomRect)
         hint = "Drag a rectangle; Esc leaves";
+    else if (!m_drawActions->GetHint().isEmpty())
+        return m_status->SetHint(m_drawActions->GetHint());
     else if (m_vectors->GetCount() > 0)
         hint = "Click selects; right button moves the view";
     m_status->SetHint(hint);
@@ -349,7 +385,7 @@ void XMainWindow::FollowLayers()
     const bool isMoreRasters = m_layers->GetCount() > m_shownRasters;
     m_shownRows = rows;
     m_shownRasters = m_layers->GetCount();
-    if (isFirst) {
+    if (isFirst && !m_drawActions->IsAdopting()) {
         m_viewActions->Forget();
         m_view->InvalidateControl(1);
         m_view->FitAll();
@@ -357,10 +393,12 @@ void XMainWindow::FollowLayers()
         m_view->InvalidateControl(1); // a later layer leaves the view where it is
     }
     if (rows == 0) m_viewActions->Forget();
+    m_drawActions->Follow();
     m_viewActions->EnableActions();
     const QString name = m_tree->GetName(m_tree->GetCurrent());
-    setWindowTitle(rows > 0 ? name + " - tqlview" : QString("tqlview"));
+    setWindowTitle(rows > 0 ? name + "[*] - tqlview" : QString("tqlview"));
     setWindowFilePath(m_tree->GetPath(m_tree->GetCurrent()));
+    setWindowModified(m_vectors->HasEdited());
     ShowHint();
     m_actions->SetEnabled("edit.copyPosition", rows > 0, "Open a file first");
     m_actions->SetEnabled("edit.copyGeographic",
@@ -395,16 +433,24 @@ void XMainWindow::TellOfRaster(bool isFirst)
 XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM lParam)
 {
     if (message != kHostMessage) return XMessageWindow::OnWindowMessage(message, wParam, lParam);
-    switch (static_cast<XViewReport>(wParam)) {
+    const auto report = static_cast<XViewReport>(wParam);
+    m_editActions->OnReport(report, lParam);
+    switch (report) {
     case XViewReport::MouseMove: {
-        const auto* report = reinterpret_cast<const tagXMouseReport*>(lParam);
-        m_readOut->OnPointer(report->x, report->y);
+        const auto* mouse = reinterpret_cast<const tagXMouseReport*>(lParam);
+        m_readOut->OnPointer(mouse->x, mouse->y);
         break;
     }
     case XViewReport::KeyDown:
-        if (reinterpret_cast<const tagXKeyReport*>(lParam)->character == kKeyEscape &&
-            !m_view->WasToolAtWork())
-            StopOnEscape();
+        if (reinterpret_cast<const tagXKeyReport*>(lParam)->character == kKeyEscape) {
+            if (!m_drawActions->OnEscape(m_view->GetBeforeKey())) StopOnEscape();
+            m_editActions->EnableActions();
+            ShowHint();
+        }
+        break;
+    case XViewReport::ToolFinished:
+        m_drawActions->Follow();
+        ShowHint();
         break;
     case XViewReport::ZoomIn:
     case XViewReport::ZoomOut:
@@ -419,10 +465,12 @@ XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM 
         m_view->KeepInLimits();
         m_viewActions->OnZoomCommand();
         m_viewActions->OnToolEnded();
+        m_drawActions->Follow();
         ShowHint();
         break;
     case XViewReport::ToolCancelled:
         m_viewActions->OnToolEnded();
+        m_drawActions->Follow();
         ShowHint();
         break;
     default:
@@ -483,8 +531,9 @@ void XMainWindow::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
     NameTabs();
-    if (std::exchange(m_isFirstShow, false) && m_settings.GetWindowLayout().isEmpty())
-        ShareHeight();
+    const bool isFirst = std::exchange(m_isFirstShow, false);
+    if (isFirst && m_settings.GetWindowLayout().isEmpty()) ShareHeight();
+    if (isFirst) QTimer::singleShot(0, this, [this] { m_autosave->OfferLost(); });
 }
 
 void XMainWindow::ResetLayout()
@@ -513,6 +562,13 @@ void XMainWindow::dropEvent(QDropEvent* event)
 
 void XMainWindow::closeEvent(QCloseEvent* event)
 {
+    if (!m_saveActions->AskBeforeClosingAll()) {
+        event->ignore();
+        return;
+    }
+    m_autosave->SetNotice(nullptr);
+    m_saveActions->SetNotice(nullptr);
+    m_autosave->EndClean();
     const bool isPlain = !isMaximized() && !isFullScreen();
     m_settings.SetWindow(isPlain ? geometry() : normalGeometry(), isMaximized(),
                          m_viewActions->GetLayout());

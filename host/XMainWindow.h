@@ -10,6 +10,9 @@
 
 class QDockWidget;
 class QMenu;
+class XAutosaveActions;
+class XDrawActions;
+class XEditActions;
 class XFileActions;
 class XHostView;
 class XLayerActions;
@@ -24,6 +27,8 @@ class XMainActions;
 class XObjectActions;
 class XObjectPicker;
 class XReadOut;
+class XRecoveryBar;
+class XSaveActions;
 class XStatusWidget;
 class XVectorActions;
 class XVectorStack;
@@ -33,7 +38,8 @@ class XViewActions;
 /// toolbar and the read-outs. It receives the reports of its view.
 ///
 /// What it does stands in helpers: XFileActions opens and closes, XViewActions moves the view,
-/// XLayerActions serves the Layer and Image menus, XVectorActions and XObjectActions vector files and
+/// XDrawActions, XEditActions and XSaveActions serve the tools, edits and files of vector objects,
+/// XAutosaveActions keeps what is not saved, XLayerActions serves the Layer and Image menus, XVectorActions and XObjectActions vector files and
 /// the object selected in them, XReadOut fills the status bar, XLayerTree is what is open. This class
 /// puts them together.
 class XMainWindow : public QMainWindow, public XMessageWindow
@@ -52,6 +58,7 @@ public:
     XJobRunner& GetJobs() { return *m_jobs; }
     XJobRunner& GetLoads() { return *m_loads; } ///< vector files being opened
     XMainActions& GetActions() { return *m_actions; }
+    XAutosaveActions& GetAutosave() { return *m_autosave; }
 
     /// Places the window: as asked for, else as it was left, always inside an available screen.
     /// @param size  empty when none was asked for
@@ -76,6 +83,7 @@ private:
     void NameTabs();
     void MakeJobs();
     void MakeMenus();
+    void MakeEditing();
     void ConnectOthers();
     void ConnectView();
     void FollowLayers();
@@ -104,10 +112,15 @@ private:
     std::unique_ptr<XViewActions> m_viewActions;
     std::unique_ptr<XLayerActions> m_layerActions;
     std::unique_ptr<XObjectActions> m_objectActions;
+    std::unique_ptr<XDrawActions> m_drawActions;
+    std::unique_ptr<XEditActions> m_editActions;
+    std::unique_ptr<XSaveActions> m_saveActions;
+    std::unique_ptr<XAutosaveActions> m_autosave;
     QDockWidget* m_attributes = nullptr;
     bool m_wereAttributesShown = false;
     XLevelBar* m_levelBar = nullptr;
     XNoticeBar* m_noticeBar = nullptr;
+    XRecoveryBar* m_recoveryBar = nullptr;
     std::unique_ptr<XJobRunner> m_jobs;
     std::unique_ptr<XLevelActions> m_levelActions;
     QByteArray m_firstLayout;

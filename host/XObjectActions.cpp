@@ -12,7 +12,6 @@ XObjectActions::XObjectActions(XHostView& view, XLayerTree& tree, XObjectPicker&
     : m_view(view), m_tree(tree), m_picker(picker), m_actions(actions)
 {
     m_actions.Connect("edit.copyAttributes", [this] { Copy(); });
-    m_actions.Connect("edit.deselect", [this] { m_picker.Clear(); });
     m_actions.Connect("view.fitObject", [this] {
         double box[4] = {0, 0, 0, 0};
         if (m_picker.GetExtent(box)) m_view.FitBox(box[0], box[1], box[2], box[3]);
@@ -27,7 +26,6 @@ void XObjectActions::EnableActions()
     const bool hasObject = m_picker.GetObject() != nullptr;
     const QString none = "No object is selected; click on one";
     m_actions.SetEnabled("edit.copyAttributes", hasObject, none);
-    m_actions.SetEnabled("edit.deselect", hasObject, none);
     m_actions.SetEnabled("view.fitObject", m_picker.GetExtent(box), none);
 }
 

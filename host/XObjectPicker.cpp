@@ -74,6 +74,19 @@ bool XObjectPicker::Clear()
     return true;
 }
 
+void XObjectPicker::FollowView()
+{
+    XObList& selection = *m_view.GetSelectedObj();
+    XvcObj* const before = m_object;
+    m_object = selection.GetCount() == 1 ? dynamic_cast<XvcObj*>(selection.GetHead()) : nullptr;
+    if (before || m_object) Tell();
+}
+
+void XObjectPicker::Drop()
+{
+    if (std::exchange(m_object, nullptr)) Tell();
+}
+
 tagXVectorPlace XObjectPicker::GetPlace() const
 {
     return m_object ? m_vectors.Find(*m_object) : tagXVectorPlace();

@@ -23,6 +23,9 @@ public:
     XvcObj* FindAt(int xPx, int yPx) const; ///< what PickAt would select
     void Select(XvcObj* object);            ///< null for nothing
     bool Clear();                           ///< false when nothing was selected
+    /// What the view's own tools left selected: that object when it is one alone, else none.
+    void FollowView();
+    void Drop(); ///< forgets the object, which is about to go; the view's selection stays
     XvcObj* GetObject() const { return m_object; }
     tagXVectorPlace GetPlace() const; ///< of the object
     bool GetExtent(double (&box)[4]) const;

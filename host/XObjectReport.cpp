@@ -158,7 +158,7 @@ Rows XfnVectorReport(const tagXVectorFile& file, const XvcLayer* layer)
 {
     Rows rows;
     const QFileInfo info(file.path);
-    rows.emplace_back("File", info.fileName());
+    rows.emplace_back("File", file.path.isEmpty() ? QString("not saved yet") : info.fileName());
     long long count = 0;
     std::map<const XRuntimeClass*, long long> kinds;
     QStringList columns;

@@ -3,6 +3,8 @@
 #include <QDir>
 #include <QSettings>
 
+#include <cmath>
+
 bool XSessionSettings::TakeFirstRun()
 {
     QSettings settings;
@@ -102,14 +104,52 @@ void XSessionSettings::SetProgressive(bool isOn)
     QSettings().setValue("view/progressive", isOn);
 }
 
-std::uint32_t XSessionSettings::GetBackground() const
+namespace {
+
+std::uint32_t ReadColor(const char* key, std::uint32_t first)
 {
     bool isNumber = false;
-    const unsigned value = QSettings().value("view/background").toString().toUInt(&isNumber, 16);
-    return 0xFF000000u | (isNumber ? value & 0x00FFFFFFu : 0u);
+    const unsigned value = QSettings().value(key).toString().toUInt(&isNumber, 16);
+    return 0xFF000000u | ((isNumber ? value : first) & 0x00FFFFFFu);
+}
+
+void WriteColor(const char* key, std::uint32_t color)
+{
+    QSettings().setValue(key, QString::number(color & 0x00FFFFFFu, 16));
+}
+
+} // namespace
+
+std::uint32_t XSessionSettings::GetBackground() const
+{
+    return ReadColor("view/background", 0);
 }
 
 void XSessionSettings::SetBackground(std::uint32_t color)
 {
-    QSettings().setValue("view/background", QString::number(color & 0x00FFFFFFu, 16));
+    WriteColor("view/background", color);
+}
+
+tagXDrawStyle XSessionSettings::GetDrawStyle() const
+{
+    const QSettings settings;
+    tagXDrawStyle style;
+    style.lineColor = ReadColor("draw/lineColour", style.lineColor);
+    style.fillColor = ReadColor("draw/fillColour", style.fillColor);
+    style.line = settings.value("draw/line", style.line).toInt();
+    style.fill = settings.value("draw/fill", style.fill).toInt();
+    bool isNumber = false;
+    const double thickness = settings.value("draw/thickness").toString().toDouble(&isNumber);
+    if (isNumber && std::isfinite(thickness)) style.thickness = thickness;
+    return style;
+}
+
+void XSessionSettings::SetDrawStyle(const tagXDrawStyle& style)
+{
+    WriteColor("draw/lineColour", style.lineColor);
+    WriteColor("draw/fillColour", style.fillColor);
+    QSettings settings;
+    settings.setValue("draw/line", style.line);
+    settings.setValue("draw/fill", style.fill);
+    settings.setValue("draw/thickness", QString::number(style.thickness, 'g', 12));
 }

@@ -9,6 +9,16 @@
 
 #include <cstdint>
 
+/// The look of objects that are drawn next, as the view takes it.
+struct tagXDrawStyle
+{
+    std::uint32_t lineColor = 0xFF00FFFFu; ///< 0xFFBBGGRR
+    std::uint32_t fillColor = 0xFF3C8CFFu;
+    int line = 0;          ///< a predefined style of lines
+    int fill = 1;          ///< of areas; none
+    double thickness = -2; ///< pixels below 0
+};
+
 /// What the program remembers from one run to the next, in the user's configuration folder.
 ///
 /// Every reading gives a usable value, whatever the file holds. User interface thread.
@@ -43,4 +53,7 @@ public:
 
     std::uint32_t GetBackground() const; ///< 0xFFBBGGRR; black at first
     void SetBackground(std::uint32_t color);
+
+    tagXDrawStyle GetDrawStyle() const;
+    void SetDrawStyle(const tagXDrawStyle& style);
 };

@@ -5,8 +5,10 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPalette>
+#include <QTransform>
 
 #include <functional>
+#include <initializer_list>
 #include <utility>
 
 namespace {
@@ -52,6 +54,101 @@ void Frame(QPainterPath& path)
             path.lineTo(x, toY);
         }
     }
+}
+
+void Polyline(QPainterPath& path, std::initializer_list<QPointF> points)
+{
+    path.moveTo(*points.begin());
+    for (const QPointF& point : points)
+        path.lineTo(point);
+}
+
+// The signs of the tools that draw show what they draw.
+QPainterPath DrawnPathOf(Symbol symbol)
+{
+    QPainterPath path;
+    const auto dot = [&](double x, double y) { path.addEllipse(QPointF(x, y), 1.2, 1.2); };
+    switch (symbol) {
+    case Symbol::Select:
+        Polyline(path, {{4, 2},
+                        {4, 12.5},
+                        {6.8, 10},
+                        {8.8, 14.3},
+                        {10.6, 13.4},
+                        {8.6, 9.3},
+                        {12.3, 9},
+                        {4, 2}});
+        break;
+    case Symbol::Point:
+        path.addEllipse(QPointF(8, 8), 2.6, 2.6);
+        path.addEllipse(QPointF(8, 8), 0.8, 0.8);
+        break;
+    case Symbol::Line:
+        Line(path, 3.8, 12.2, 12.2, 3.8);
+        dot(3, 13);
+        dot(13, 3);
+        break;
+    case Symbol::Arrow:
+        Arrow(path, 2.5, 13.5, 13, 3);
+        break;
+    case Symbol::Polyline:
+        Polyline(path, {{2, 12}, {6, 4}, {10, 11}, {14, 5}});
+        dot(6, 4);
+        dot(10, 11);
+        break;
+    case Symbol::Curve:
+        path.moveTo(2, 12);
+        path.cubicTo(5, -3, 10, 19, 14, 4);
+        break;
+    case Symbol::Polygon:
+        Polyline(path, {{8, 2}, {14, 6.5}, {11.5, 13.5}, {3.5, 13}, {2, 6}, {8, 2}});
+        break;
+    case Symbol::Rectangle:
+        path.addRect(2, 4, 12, 8.5);
+        break;
+    case Symbol::Ellipse:
+        path.addEllipse(QPointF(8, 8), 6, 4.2);
+        break;
+    case Symbol::Text:
+        Polyline(path, {{3, 4.5}, {3, 3}, {13, 3}, {13, 4.5}});
+        Line(path, 8, 3, 8, 13);
+        Line(path, 6, 13, 10, 13);
+        break;
+    case Symbol::TextBox:
+        path.addRect(2, 3, 12, 10);
+        Line(path, 5, 6, 11, 6);
+        Line(path, 8, 6, 8, 10.5);
+        break;
+    case Symbol::Balloon:
+        Polyline(path,
+                 {{2, 2.5}, {14, 2.5}, {14, 10}, {8, 10}, {4.5, 14}, {5.2, 10}, {2, 10}, {2, 2.5}});
+        Line(path, 5, 5.2, 11, 5.2);
+        Line(path, 5, 7.4, 9, 7.4);
+        break;
+    case Symbol::Picture:
+        path.addRect(2, 3, 12, 10);
+        path.addEllipse(QPointF(5.5, 6.2), 1.1, 1.1);
+        Polyline(path, {{2, 11.5}, {6, 9}, {8, 10.5}, {11, 7}, {14, 10.5}});
+        break;
+    case Symbol::Save:
+        Polyline(path,
+                 {{2.5, 2.5}, {11.5, 2.5}, {13.5, 4.5}, {13.5, 13.5}, {2.5, 13.5}, {2.5, 2.5}});
+        path.addRect(5, 8.5, 6, 5);
+        Polyline(path, {{5, 2.5}, {5, 5.5}, {10, 5.5}, {10, 2.5}});
+        break;
+    case Symbol::Undo:
+    case Symbol::Redo:
+        path.moveTo(4, 13);
+        path.lineTo(9.5, 13);
+        path.arcTo(QRectF(5.5, 5, 8, 8), -90, 180);
+        path.lineTo(3, 5);
+        Polyline(path, {{5.6, 2}, {2.5, 5}, {5.6, 8}});
+        if (symbol == Symbol::Redo) path = QTransform(-1, 0, 0, 1, kSide, 0).map(path);
+        break;
+    default:
+        break;
+    }
+    return path;
 }
 
 QPainterPath PathOf(Symbol symbol)
@@ -167,6 +264,8 @@ QPainterPath PathOf(Symbol symbol)
         Line(path, 4.2, 5, 8.3, 5);
         Line(path, 4.2, 8, 8.3, 8);
         break;
+    default:
+        return DrawnPathOf(symbol);
     }
     return path;
 }

@@ -24,6 +24,22 @@ enum class Symbol {
     Unlock,
     Image,
     Shapes,
+    Save,
+    Undo,
+    Redo,
+    Select,
+    Point,
+    Line,
+    Arrow,
+    Polyline,
+    Curve,
+    Polygon,
+    Rectangle,
+    Ellipse,
+    Text,
+    TextBox,
+    Balloon,
+    Picture,
     CopyText
 };
 

@@ -2,36 +2,26 @@
 
 #include "foundation/platform/XPrompts.h"
 #include "foundation/platform/XQtText.h"
-#include "foundation/vector/XVectorIO.h"
 #include "host/XJobRunner.h"
 #include "host/XLayerTree.h"
 #include "host/XMainActions.h"
-#include "host/XSessionSettings.h"
 #include "host/XVectorReader.h"
 
 #include <QAction>
-#include <QCursor>
 #include <QFileInfo>
-#include <QGuiApplication>
 
 #include <algorithm>
 #include <utility>
 
 XVectorActions::XVectorActions(XHWND handle, XLayerTree& tree, XMainActions& actions,
-                               XJobRunner& jobs, XSessionSettings& settings)
-    : m_handle(handle),
-      m_tree(tree),
-      m_vectors(tree.GetVectors()),
-      m_actions(actions),
-      m_jobs(jobs),
-      m_settings(settings)
+                               XJobRunner& jobs)
+    : m_handle(handle), m_tree(tree), m_vectors(tree.GetVectors()), m_actions(actions), m_jobs(jobs)
 {
     m_actions.Connect("layer.lock", [this] {
         m_vectors.SetLocked(m_tree.GetCurrent().GetPlace(),
                             m_actions.Get("layer.lock")->isChecked());
     });
     m_actions.Connect("layer.color", [this] { ChooseColor(); });
-    m_actions.Connect("layer.save", [this] { AskAndSave(); });
     m_tree.AddObserver([this](LayerChange change) {
         if (change != LayerChange::Closing) EnableActions();
     });
@@ -48,12 +38,16 @@ void XVectorActions::EnableActions()
     m_actions.SetChecked("layer.lock", isLocked);
     m_actions.SetEnabled("layer.color", isVector && !isLocked,
                          isLocked ? "The layer is locked" : notVector);
-    m_actions.SetEnabled("layer.save", isVector, notVector);
 }
 
 void XVectorActions::Open(const QString& path)
 {
-    m_waiting.push_back({path, nullptr});
+    m_waiting.push_back({path, nullptr, {}});
+}
+
+void XVectorActions::Restore(const XAutosave::tagLost& lost)
+{
+    m_waiting.push_back({lost.copy, nullptr, lost});
 }
 
 void XVectorActions::ReloadAll()
@@ -64,8 +58,21 @@ void XVectorActions::ReloadAll()
             std::any_of(m_waiting.begin(), m_waiting.end(), [&](const tagWaiting& waiting) {
                 return waiting.replaced == file.base.get();
             });
-        if (!isWaiting) m_waiting.push_back({file.path, file.base.get()});
+        if (isWaiting || file.path.isEmpty()) continue;
+        const bool hasEdits = std::any_of(file.layers.begin(), file.layers.end(),
+                                          [](const auto& layer) { return layer.isEdited; });
+        if (hasEdits) { // reading it again would lose them
+            if (m_notice)
+                m_notice(file.name + ": not read again, it has unsaved changes", QString());
+            continue;
+        }
+        m_waiting.push_back({file.path, file.base.get(), {}});
     }
+}
+
+QString XVectorActions::tagWaiting::GetName() const
+{
+    return lost.copy.isEmpty() ? QFileInfo(path).fileName() : lost.name;
 }
 
 void XVectorActions::Start()
@@ -86,7 +93,7 @@ void XVectorActions::Stop()
 void XVectorActions::Begin(const tagWaiting& wanted)
 {
     m_isBusy = true;
-    QString title = "Opening " + QFileInfo(wanted.path).fileName();
+    QString title = "Opening " + wanted.GetName();
     if (!m_waiting.empty()) title += QString(" (%1 more)").arg(m_waiting.size());
     const auto read = std::make_shared<tagXVectorRead>();
     m_jobs.Add({title,
@@ -104,7 +111,7 @@ void XVectorActions::Begin(const tagWaiting& wanted)
 void XVectorActions::Ended(const tagWaiting& wanted, const std::shared_ptr<tagXVectorRead>& read,
                            bool isDone, bool isStopped, const QString& message)
 {
-    const QString name = QFileInfo(wanted.path).fileName();
+    const QString name = wanted.GetName();
     if (isStopped) {
         m_waiting.clear(); // one stop is for all of them
         if (m_notice) m_notice(name + ": stopped, not opened", QString());
@@ -134,8 +141,13 @@ void XVectorActions::Take(const tagWaiting& wanted, tagXVectorRead& read)
     }
     const QStringList notes = read.notes;
     m_vectors.Add(wanted.path, read);
+    if (!wanted.lost.copy.isEmpty()) {
+        m_vectors.SetRestored(wanted.lost.path, wanted.lost.name);
+        if (m_restored) m_restored(wanted.lost);
+    } else if (m_opened) {
+        m_opened(wanted.path);
+    }
     const QString name = m_vectors.GetAt(0)->name;
-    if (m_opened) m_opened(wanted.path);
     if (!notes.isEmpty() && m_notice) m_notice(name + ": " + notes.first(), notes.join('\n'));
     TellPlace(wanted.path, placement.lost, placement.vertices);
 }
@@ -198,37 +210,4 @@ void XVectorActions::ChooseColor()
     const tagXVectorPlace place = m_tree.GetCurrent().GetPlace();
     std::uint32_t color = m_vectors.GetColor(place);
     if (XPrompts::Get()->ChooseColor(m_handle, color)) m_vectors.SetColor(place, color);
-}
-
-void XVectorActions::AskAndSave()
-{
-    const int index = m_tree.GetCurrent().index;
-    const tagXVectorFile* file = m_vectors.GetAt(index);
-    if (!file || !m_tree.GetCurrent().IsVector()) return;
-    const QString ending = ".xvc";
-    tagXFilePrompt prompt;
-    prompt.title = "Save As XVC";
-    prompt.filter = "XVC (*.xvc)|*.xvc||";
-    prompt.folder = XfnFromQString(m_settings.GetLastFolder());
-    prompt.fileName = XfnFromQString(QFileInfo(file->name).completeBaseName() + ending);
-    XString chosen;
-    if (!XPrompts::Get()->SaveFile(m_handle, prompt, chosen)) return;
-    QString path = XfnToQString(chosen);
-    if (QFileInfo(path).suffix().isEmpty()) {
-        path += ending; // which the prompt did not ask about
-        if (QFileInfo::exists(path) &&
-            !XPrompts::Get()->AskYesNo(m_handle,
-                                       XfnFromQString(QString("%1 exists. Replace it?").arg(path))))
-            return;
-    }
-    XString error;
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    const bool isSaved = XfnExportXVC(XfnFromQString(path), file->base.get(), error) != 0;
-    QGuiApplication::restoreOverrideCursor();
-    if (!isSaved) {
-        XPrompts::Get()->Message(m_handle, error);
-        return;
-    }
-    m_vectors.SetSaved(index);
-    if (m_notice) m_notice("Saved in " + QFileInfo(path).fileName(), path);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/platform/XWindowMessages.h"
+#include "host/XAutosave.h"
 #include "host/XOpenErrors.h"
 #include "host/XVectorStack.h"
 
@@ -14,7 +15,6 @@
 class XJobRunner;
 class XLayerTree;
 class XMainActions;
-class XSessionSettings;
 struct tagXVectorRead;
 
 /// Opens vector files by jobs, one after the other, and serves the commands that only they have. All
@@ -26,18 +26,23 @@ struct tagXVectorRead;
 class XVectorActions
 {
 public:
-    XVectorActions(XHWND handle, XLayerTree& tree, XMainActions& actions, XJobRunner& jobs,
-                   XSessionSettings& settings);
+    XVectorActions(XHWND handle, XLayerTree& tree, XMainActions& actions, XJobRunner& jobs);
 
-    void Open(const QString& path); ///< in its turn
-    void ReloadAll();               ///< every file that is open, in its turn
-    void Start();                   ///< begins with what waits, if nothing is at hand
+    void Open(const QString& path);               ///< in its turn
+    void Restore(const XAutosave::tagLost& lost); ///< in its turn; it counts as edited
+    void ReloadAll(); ///< every file that is open and has no unsaved objects, in its turn
+    void Start();     ///< begins with what waits, if nothing is at hand
     bool IsBusy() const { return m_isBusy; }
     /// Stops the file at hand and forgets those that wait.
     void Stop();
 
     /// Called when a file was opened: its path.
     void SetOpened(std::function<void(const QString&)> opened) { m_opened = std::move(opened); }
+    /// Called when a copy of unsaved edits was opened.
+    void SetRestored(std::function<void(const XAutosave::tagLost&)> restored)
+    {
+        m_restored = std::move(restored);
+    }
     /// Receives what is worth a line in the status bar, and what a tip adds to it.
     void SetNotice(std::function<void(const QString& text, const QString& detail)> notice)
     {
@@ -58,6 +63,9 @@ private:
     {
         QString path;
         const XvcBase* replaced = nullptr; ///< to find its file by; it may be gone by then
+        XAutosave::tagLost lost;           ///< what the file is a copy of, if it is one
+
+        QString GetName() const;
     };
 
     void Begin(const tagWaiting& wanted);
@@ -67,18 +75,17 @@ private:
     void TellPlace(const QString& path, long long lost, long long vertices);
     void TellErrors();
     void ChooseColor();
-    void AskAndSave();
 
     XHWND m_handle;
     XLayerTree& m_tree;
     XVectorStack& m_vectors;
     XMainActions& m_actions;
     XJobRunner& m_jobs;
-    XSessionSettings& m_settings;
     std::deque<tagWaiting> m_waiting;
     bool m_isBusy = false;
     XOpenErrors m_errors;
     std::function<void(const QString&)> m_opened;
+    std::function<void(const XAutosave::tagLost&)> m_restored;
     std::function<void(const QString&, const QString&)> m_notice;
     std::function<void(const QString&, const QString&)> m_warning;
 };

@@ -3,8 +3,10 @@
 #include "foundation/vector/XvcGroup.h"
 #include "foundation/vector/XvcLayer.h"
 #include "foundation/vector/XvcMPoint.h"
+#include "foundation/vector/XvcMText.h"
 #include "foundation/vector/XvcPoint.h"
 #include "foundation/vector/XvcPolypoint.h"
+#include "foundation/vector/XvcText.h"
 #include "host/XVectorVisit.h"
 
 #include <algorithm>
@@ -58,6 +60,22 @@ void GiveLook(XvcObj& object, tagXColor color)
     object.SetThick(kLinePixels);
 }
 
+template <class Visit>
+void VisitTexts(XvcObj& object, const Visit& visit)
+{
+    if (auto* text = dynamic_cast<XvcText*>(&object)) visit(*text);
+    if (auto* texts = dynamic_cast<XvcMText*>(&object))
+        for (int i = 0; i < texts->GetNumOfTexts(); ++i)
+            visit(*texts->GetTextObjAt(i));
+}
+
+bool IsBlack(tagXColor color)
+{
+    constexpr tagXColor kNearBlack = 0x20;
+    return (color & 0xFF) < kNearBlack && (color >> 8 & 0xFF) < kNearBlack &&
+           (color >> 16 & 0xFF) < kNearBlack;
+}
+
 tagXColor GetMainColor(const XvcObj& object)
 {
     return kXOpaque | (IsPoint(object) ? object.GetForeColor() : object.GetLineColor());
@@ -106,6 +124,22 @@ void XfnGiveLook(XvcLayer& layer, tagXColor color)
     });
 }
 
+void XfnTurnBlackPens(XvcLayer& layer)
+{
+    const auto turn = [](tagXColor color) {
+        return IsBlack(color) && color != 0 ? WithAlpha(0xFFFFFFu, XfnGetAlpha(color)) : color;
+    };
+    XfnVisitObjects(layer, [&](XvcObj& object) {
+        VisitMembers(object, [&](XvcObj& member) {
+            member.SetLineColor(turn(member.GetLineColor()));
+            if (IsPoint(member)) member.SetForeColor(turn(member.GetForeColor()));
+            VisitTexts(member,
+                       [&](XvcText& text) { text.SetTextColor(turn(text.GetTextColor())); });
+        });
+        return true;
+    });
+}
+
 void XfnColorLayer(XvcLayer& layer, tagXColor color)
 {
     XfnVisitObjects(layer, [color](XvcObj& object) {
@@ -113,6 +147,7 @@ void XfnColorLayer(XvcLayer& layer, tagXColor color)
             if (!IsPoint(member))
                 member.SetLineColor(WithAlpha(color, XfnGetAlpha(member.GetLineColor())));
             member.SetForeColor(WithAlpha(color, XfnGetAlpha(member.GetForeColor())));
+            VisitTexts(member, [](XvcText& text) { text.SetTextColor(0); }); // that of the line
         });
         return true;
     });

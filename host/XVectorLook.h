@@ -18,6 +18,10 @@ bool XfnHasOwnLook(const XvcLayer& layer);
 /// Lines 2 pixels wide, areas outlined and lightly filled, points as discs with a dark rim.
 void XfnGiveLook(XvcLayer& layer, tagXColor color);
 
+/// Black lines, marks and letters become white: drawings are made with the black pen on white paper,
+/// and over imagery or on a dark ground it is not seen.
+void XfnTurnBlackPens(XvcLayer& layer);
+
 /// Another colour for everything in the layer; what is translucent stays so.
 void XfnColorLayer(XvcLayer& layer, tagXColor color);
 

@@ -35,7 +35,8 @@ QString XfnFindObstacle(const QString& path, const QString& kind)
 }
 
 bool XfnReadVector(const QString& path, const XSpatialReference& world, int firstColor,
-                   const tagXSaveControl& control, tagXVectorRead& read, QString& message)
+                   const tagXSaveControl& control, tagXVectorRead& read, QString& message,
+                   bool isGroundDark)
 {
     message = XfnFindObstacle(path, "vector");
     if (!message.isEmpty()) return false;
@@ -55,9 +56,12 @@ bool XfnReadVector(const QString& path, const XSpatialReference& world, int firs
     read.placement = XfnPlaceVector(*read.base, read.reference, world, control);
     if (read.placement.isStopped) return false;
     if (read.placement.isPlaced) read.base->SetSR(&world);
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    const bool isDrawing = isGroundDark && (suffix == "dxf" || suffix == "dgn");
     for (__POSITION* pos = read.base->GetHeadPosition(); pos;) {
         auto* layer = dynamic_cast<XvcLayer*>(read.base->GetNext(pos));
         if (!layer) continue;
+        if (isDrawing) XfnTurnBlackPens(*layer);
         if (layer->GetCount() > 0 && !XfnHasOwnLook(*layer))
             XfnGiveLook(*layer, XfnGetPaletteColor(firstColor + read.colors++));
         read.layerColors.push_back(XfnGetLayerColor(*layer));

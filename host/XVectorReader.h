@@ -27,10 +27,12 @@ struct tagXVectorRead
 /// Reads a vector file, carries it into `world`, and gives layers without a look of their own the
 /// next colours of the palette. With an empty `world` the coordinates stay as they are.
 /// Threads: any; made for a job.
-/// @param firstColor  of the palette
+/// @param firstColor    of the palette
+/// @param isGroundDark  of drawings, black pens become white
 /// @return false with a sentence that does not repeat the path; it is empty after a stop
 bool XfnReadVector(const QString& path, const XSpatialReference& world, int firstColor,
-                   const tagXSaveControl& control, tagXVectorRead& read, QString& message);
+                   const tagXSaveControl& control, tagXVectorRead& read, QString& message,
+                   bool isGroundDark = true);
 
 /// A sentence without the path that it begins with or quotes: whoever shows it says which file it is
 /// about.

@@ -10,6 +10,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -34,6 +35,7 @@ XVectorStack::XVectorStack(XObList* shown, XDMCompManager* manager)
 XVectorStack::~XVectorStack()
 {
     m_observers.clear(); // those who watched may have gone already
+    m_leaving = nullptr;
     CloseAll();
 }
 
@@ -103,12 +105,12 @@ XSpatialReference XVectorStack::GetWorld() const
     return isFree ? XSpatialReference() : *m_manager->GetSR();
 }
 
-QString XVectorStack::MakeName(const QString& path) const
+QString XVectorStack::MakeName(const QString& name, const tagXVectorFile* self) const
 {
-    const QString name = QFileInfo(path).fileName();
     QString free = name;
-    for (int number = 2; std::any_of(m_files.begin(), m_files.end(),
-                                     [&](const auto& file) { return file->name == free; });
+    for (int number = 2;
+         std::any_of(m_files.begin(), m_files.end(),
+                     [&](const auto& file) { return file.get() != self && file->name == free; });
          ++number)
         free = QString("%1 (%2)").arg(name).arg(number);
     return free;
@@ -121,16 +123,22 @@ void XVectorStack::Fill(tagXVectorFile& file, tagXVectorRead& read)
     file.isPlaced = read.placement.isPlaced;
     file.notes = read.notes;
     file.isEdited = false;
+    ListLayers(file, read.layerColors);
+    m_nextColor += read.colors;
+}
+
+void XVectorStack::ListLayers(tagXVectorFile& file, const std::vector<tagXColor>& colors)
+{
     file.layers.clear();
     int origin = 0;
     for (__POSITION* pos = file.base->GetHeadPosition(); pos;) {
         auto* layer = dynamic_cast<XvcLayer*>(file.base->GetNext(pos));
         if (!layer) continue;
         const auto at = static_cast<std::size_t>(origin);
-        const tagXColor color = at < read.layerColors.size() ? read.layerColors[at] : 0;
+        const tagXColor color = at < colors.size() ? colors[at] : 0;
+        if (layer->IsLocked()) layer->SetHitTestable(0);
         file.layers.insert(file.layers.begin(), {layer, origin++, color});
     }
-    m_nextColor += read.colors;
 }
 
 // An otherwise empty view is seen in the coordinate system of the first file that has one.
@@ -157,7 +165,7 @@ void XVectorStack::Add(const QString& path, tagXVectorRead& read)
 {
     auto file = std::make_unique<tagXVectorFile>();
     file->path = path;
-    file->name = MakeName(path);
+    file->name = MakeName(QFileInfo(path).fileName());
     Fill(*file, read);
     GiveReference(*file, read.world.IsEmpty());
     m_files.insert(m_files.begin(), std::move(file));
@@ -170,6 +178,7 @@ void XVectorStack::Replace(int index, tagXVectorRead& read)
     tagXVectorFile* file = Get(index);
     if (!file) return;
     Tell(LayerChange::Closing);
+    if (m_leaving) m_leaving(*file->base);
     const std::unique_ptr<XvcBase> before = std::move(file->base);
     const std::vector<tagXVectorLayer> old = std::move(file->layers);
     read.colors = 0; // those of before are taken again
@@ -183,6 +192,7 @@ void XVectorStack::Replace(int index, tagXVectorRead& read)
         layer.layer->SetName(same->layer->GetName());
         layer.layer->SetHideFlag(same->layer->GetHideFlag());
         layer.layer->SetLockFlag(same->layer->IsLocked());
+        layer.layer->SetHitTestable(same->layer->IsHitTestable());
         if (same->color == 0 || same->color == layer.color) continue;
         XfnColorLayer(*layer.layer, same->color);
         layer.color = same->color;
@@ -199,13 +209,16 @@ void XVectorStack::Close(tagXVectorPlace place)
     Tell(LayerChange::Closing);
     if (place.layer >= 0 && file->layers.size() > 1) {
         XvcLayer* layer = file->layers[static_cast<std::size_t>(place.layer)].layer;
+        if (m_leaving) m_leaving(*layer);
         file->base->RemoveAt(file->base->Find(layer));
         delete layer; // taken out, it is ours
         file->layers.erase(file->layers.begin() + place.layer);
         file->isEdited = true;
+        ++file->revision;
         file->base->CalcRange();
     } else {
         const auto at = m_files.begin() + place.file;
+        if (m_leaving) m_leaving(*(*at)->base);
         m_shown->RemoveAt(m_shown->Find((*at)->base.get()));
         m_files.erase(at);
         if (m_files.empty()) m_nextColor = 0;
@@ -238,6 +251,7 @@ void XVectorStack::Move(tagXVectorPlace from, int to)
                 file->base->SetAt(at, file->layers[--next].layer);
         }
         file->isEdited = true;
+        ++file->revision;
     }
     Tell(LayerChange::List);
 }
@@ -264,6 +278,7 @@ bool XVectorStack::Rename(tagXVectorPlace place, const QString& name)
         GetLayerAt(place)->layer->SetName(XfnFromQString(wanted));
     }
     file->isEdited = true;
+    ++file->revision;
     Tell(LayerChange::Appearance);
     return true;
 }
@@ -290,8 +305,10 @@ bool XVectorStack::IsVisible(tagXVectorPlace place) const
 void XVectorStack::SetLocked(tagXVectorPlace place, bool isLocked)
 {
     if (!IsPlace(place) || IsLocked(place) == isLocked) return;
-    for (const tagXVectorLayer* layer : GetLayers(place))
+    for (const tagXVectorLayer* layer : GetLayers(place)) {
         layer->layer->SetLockFlag(isLocked);
+        layer->layer->SetHitTestable(!isLocked); // the view's own tools ask only this
+    }
     Tell(LayerChange::Appearance);
 }
 
@@ -326,9 +343,82 @@ tagXColor XVectorStack::GetColor(tagXVectorPlace place) const
     return isOne ? first : 0;
 }
 
-void XVectorStack::SetSaved(int file)
+void XVectorStack::AddDrawing(std::unique_ptr<XvcBase> base, const QString& name)
 {
-    if (tagXVectorFile* saved = Get(file)) saved->isEdited = false;
+    auto file = std::make_unique<tagXVectorFile>();
+    file->base = std::move(base);
+    file->name = MakeName(name);
+    file->revision = 1;
+    file->reference = GetWorld();
+    file->isPlaced = !file->reference.IsEmpty();
+    file->base->SetName(XfnFromQString(file->name));
+    if (file->isPlaced) file->base->SetSR(&file->reference);
+    ListLayers(*file, {});
+    GiveReference(*file, true);
+    m_files.insert(m_files.begin(), std::move(file));
+    ListBases();
+    Tell(LayerChange::List);
+}
+
+void XVectorStack::SetRestored(const QString& path, const QString& name)
+{
+    tagXVectorFile* file = Get(0);
+    if (!file) return;
+    file->path = path;
+    file->name = MakeName(name, file);
+    file->isEdited = true;
+    ++file->revision;
+    Tell(LayerChange::List);
+}
+
+bool XVectorStack::IsEdited(tagXVectorPlace place) const
+{
+    if (const tagXVectorLayer* layer = GetLayerAt(place)) return layer->isEdited;
+    const tagXVectorFile* file = place.layer < 0 ? GetAt(place.file) : nullptr;
+    return file && (file->isEdited ||
+                    std::any_of(file->layers.begin(), file->layers.end(),
+                                [](const tagXVectorLayer& layer) { return layer.isEdited; }));
+}
+
+bool XVectorStack::HasEdited() const
+{
+    for (int i = 0; i < GetCount(); ++i)
+        if (IsEdited({i, -1})) return true;
+    return false;
+}
+
+void XVectorStack::SetEdited(tagXVectorPlace place, bool isEdited)
+{
+    tagXVectorFile* file = Get(place.file);
+    if (!file || !IsPlace(place)) return;
+    bool& flag = place.layer < 0 ? file->isEdited
+                                 : file->layers[static_cast<std::size_t>(place.layer)].isEdited;
+    if (std::exchange(flag, isEdited) != isEdited) Tell(LayerChange::Appearance);
+}
+
+void XVectorStack::NoteChange(int index)
+{
+    tagXVectorFile* file = Get(index);
+    if (!file) return;
+    ++file->revision;
+    file->base->CalcRange();
+    Tell(LayerChange::Appearance);
+}
+
+void XVectorStack::SetSaved(int index, const QString& path)
+{
+    tagXVectorFile* saved = Get(index);
+    if (!saved) return;
+    saved->isEdited = false;
+    int origin = static_cast<int>(saved->layers.size());
+    for (tagXVectorLayer& layer : saved->layers) {
+        layer.isEdited = false;
+        layer.origin = --origin; // as they lie in that file
+    }
+    saved->path = path;
+    saved->name = MakeName(QFileInfo(path).fileName(), saved);
+    saved->reference = *saved->base->GetSR();
+    Tell(LayerChange::Appearance);
 }
 
 bool XVectorStack::GetExtent(tagXVectorPlace place, double (&box)[4]) const

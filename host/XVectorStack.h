@@ -25,6 +25,7 @@ struct tagXVectorLayer
     XvcLayer* layer = nullptr; ///< the base's
     int origin = 0;            ///< its place in the file
     tagXColor color = 0;       ///< of all its objects; 0 for several
+    bool isEdited = false;     ///< its objects are not as they were saved or opened
 };
 
 /// One open vector file and how it is shown.
@@ -35,9 +36,10 @@ struct tagXVectorFile
     XSpatialReference reference;         ///< the file's own; empty when it tells none
     bool isPlaced = false;               ///< in the view's reference; else at its own numbers
     QStringList notes;                   ///< what could not be taken over
-    QString path;
-    QString name;          ///< file name, with a number when the file is open twice
-    bool isEdited = false; ///< holds what the user would lose
+    QString path;                        ///< empty for a drawing that was never saved
+    QString name;                        ///< file name, with a number when the file is open twice
+    bool isEdited = false;      ///< names, order or layers are not as they were saved or opened
+    unsigned long revision = 0; ///< another one after each change that saving would keep
 };
 
 /// A file (layer -1) or one of its layers; both count from the front.
@@ -62,6 +64,8 @@ public:
     ~XVectorStack(); ///< closes all
 
     void AddObserver(std::function<void(LayerChange)> observer);
+    /// Called with a base or a layer before it is destroyed.
+    void SetLeaving(std::function<void(XObList&)> leaving) { m_leaving = std::move(leaving); }
 
     int GetCount() const { return static_cast<int>(m_files.size()); }
     const tagXVectorFile* GetAt(int file) const;              ///< null out of range
@@ -94,7 +98,20 @@ public:
     bool IsLocked(tagXVectorPlace place) const;
     void SetColor(tagXVectorPlace place, tagXColor color);
     tagXColor GetColor(tagXVectorPlace place) const; ///< 0 when there are several
-    void SetSaved(int file); ///< what the user did to it is kept elsewhere now
+
+    /// Adds a base whose coordinates are those of the view as the front file, not saved yet.
+    void AddDrawing(std::unique_ptr<XvcBase> base, const QString& name);
+    /// The front file was read from a copy of what was not saved: it stands for `path`.
+    void SetRestored(const QString& path, const QString& name);
+    /// Whether the user would lose something with the file or layer.
+    bool IsEdited(tagXVectorPlace place) const;
+    bool HasEdited() const;
+    /// Tells whether the objects of a layer are other ones than those that were saved, or that names,
+    /// order or something else of a file was changed.
+    void SetEdited(tagXVectorPlace place, bool isEdited);
+    void NoteChange(int file); ///< something is other than at the last autosave
+    /// What the user did to it is kept in a file of the library's own now, which it stands for.
+    void SetSaved(int file, const QString& path);
 
     /// The box of a file or layer in the view, minimum x, minimum y, maximum x, maximum y.
     bool GetExtent(tagXVectorPlace place, double (&box)[4]) const;
@@ -111,7 +128,8 @@ private:
     void Fill(tagXVectorFile& file, tagXVectorRead& read);
     void ListBases();
     void GiveReference(tagXVectorFile& file, bool isAsRead);
-    QString MakeName(const QString& path) const;
+    QString MakeName(const QString& name, const tagXVectorFile* self = nullptr) const;
+    void ListLayers(tagXVectorFile& file, const std::vector<tagXColor>& colors);
     /// The layer of a place, or all of its file.
     std::vector<tagXVectorLayer*> GetLayers(tagXVectorPlace place);
     std::vector<const tagXVectorLayer*> GetLayers(tagXVectorPlace place) const;
@@ -119,6 +137,7 @@ private:
     XObList* m_shown;
     XDMCompManager* m_manager;
     std::vector<std::function<void(LayerChange)>> m_observers;
+    std::function<void(XObList&)> m_leaving;
     std::vector<std::unique_ptr<tagXVectorFile>> m_files;
     int m_nextColor = 0;
 };

@@ -59,10 +59,12 @@ void XViewActions::Connect()
     m_actions.Connect("view.zoomIn", [this] { m_view.ZoomStep(true); });
     m_actions.Connect("view.zoomOut", [this] { m_view.ZoomStep(false); });
     m_actions.Connect("view.zoomRect", [this] {
-        if (m_actions.Get("view.zoomRect")->isChecked())
+        if (m_actions.Get("view.zoomRect")->isChecked()) {
+            m_view.SetPostMode(m_view.GetMode()); // the tool of before comes back
             m_view.ZoomRect();
-        else
-            m_view.SetMode(XGVMessageManager::kModeNone);
+        } else {
+            m_view.SetMode(m_view.GetPostMode());
+        }
     });
     m_actions.Connect("view.previous", [this] {
         tagXViewState state;

@@ -40,7 +40,8 @@ enum class Moment {
     ZoomRect, ///< a zoom rectangle is being pulled open
     Busy,     ///< the status bar alone, while passes run
     Offer,    ///< a pyramid is offered, and a job is at hand
-    Vectors   ///< a vector file over the image, one of its objects selected
+    Vectors,  ///< a vector file over the image, one of its objects selected
+    Drawing   ///< objects drawn over the image with the mouse
 };
 
 struct tagXShot
@@ -113,6 +114,50 @@ bool PickOverVectors(XMainWindow& window)
     return window.GetPicker().GetObject() != nullptr;
 }
 
+void Drag(XMainWindow& window, const char* tool, QPointF from, QPointF to)
+{
+    XTQSpaceView& view = window.GetView();
+    window.GetActions().Get(tool)->trigger();
+    SendMouse(view, QEvent::MouseButtonPress, from, Qt::LeftButton, Qt::LeftButton);
+    SendMouse(view, QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton);
+    SendMouse(view, QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
+}
+
+void ClickAlong(XMainWindow& window, const char* tool, const std::vector<QPointF>& points)
+{
+    XTQSpaceView& view = window.GetView();
+    window.GetActions().Get(tool)->trigger();
+    for (const QPointF& at : points) {
+        SendMouse(view, QEvent::MouseMove, at, Qt::NoButton, Qt::NoButton);
+        SendMouse(view, QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton);
+        SendMouse(view, QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
+    }
+    SendMouse(view, QEvent::MouseButtonDblClick, points.back(), Qt::LeftButton, Qt::LeftButton);
+    SendMouse(view, QEvent::MouseButtonRelease, points.back(), Qt::LeftButton, Qt::NoButton);
+}
+
+void DrawWithMouse(XMainWindow& window)
+{
+    XTQSpaceView& view = window.GetView();
+    Drag(window, "draw.rectangle", {30, 30}, {140, 110});
+    view.SetFillStyle(tagXFillStyle(tagXFillStyle::kSolid));
+    Drag(window, "draw.ellipse", {230, 75}, {290, 115});
+    view.SetFillStyle(tagXFillStyle(tagXFillStyle::kNone));
+    Drag(window, "draw.line", {30, 150}, {140, 210});
+    Drag(window, "draw.arrow", {170, 210}, {290, 150});
+    ClickAlong(window, "draw.polyline", {{30, 260}, {80, 230}, {120, 290}, {170, 250}});
+    ClickAlong(window, "draw.curve", {{200, 280}, {230, 220}, {270, 300}, {310, 240}});
+    view.SetXvcLineColor(0xFF00C8FFu);
+    ClickAlong(window, "draw.polygon", {{340, 60}, {430, 40}, {460, 130}, {390, 190}, {330, 140}});
+    for (const QPointF at : {QPointF(360, 250), QPointF(390, 270), QPointF(420, 240)})
+        Drag(window, "draw.point", at, at);
+    // the polygon is selected, so that its vertices show
+    if (window.GetView().GetMode() != 0) window.GetActions().Get("draw.select")->trigger();
+    SendMouse(view, QEvent::MouseButtonPress, {385, 50}, Qt::LeftButton, Qt::LeftButton);
+    SendMouse(view, QEvent::MouseButtonRelease, {385, 50}, Qt::LeftButton, Qt::NoButton);
+    Settle(window);
+}
+
 // What the window is doing when it is pictured. Answers the part of it to picture.
 QWidget* Act(XMainWindow& window, Moment moment)
 {
@@ -152,6 +197,9 @@ QWidget* Act(XMainWindow& window, Moment moment)
         return &window;
     case Moment::Vectors:
         return PickOverVectors(window) ? &window : nullptr;
+    case Moment::Drawing:
+        DrawWithMouse(window);
+        return &window;
     }
     return &window;
 }
@@ -245,6 +293,7 @@ int main(int argc, char** argv)
     }
     // a fixed style, font and empty settings: the same picture on every machine with these fonts
     QTemporaryDir settings;
+    qputenv("XDG_CACHE_HOME", settings.path().toUtf8());
     QSettings::setDefaultFormat(QSettings::IniFormat);
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
     QCoreApplication::setOrganizationName("tql");
@@ -268,7 +317,9 @@ int main(int argc, char** argv)
                                         {"busy.png", false, Moment::Busy},
                                         {"pyramid.png", false, Moment::Offer},
                                         {"vectors.png", false, Moment::Vectors},
-                                        {"vectors-dark.png", true, Moment::Vectors}};
+                                        {"vectors-dark.png", true, Moment::Vectors},
+                                        {"drawing.png", false, Moment::Drawing},
+                                        {"drawing-dark.png", true, Moment::Drawing}};
     const QString large = WriteLarge(sample, settings.path());
     for (const tagXShot& shot : shots) {
         const QString& shown = shot.moment == Moment::Offer ? large : sample;

@@ -273,8 +273,9 @@ TEST(XActionTableTest, EveryCommandCanBeReachedAndNoKeyMeansTwo)
             }
         }
     }
-    for (const char* entry : XfnToolBarTable())
-        EXPECT_TRUE(QString(entry) == "-" || ids.contains(entry)) << entry;
+    for (const tagXToolBarRow& bar : XfnToolBarTable())
+        for (const char* entry : bar.entries)
+            EXPECT_TRUE(QString(entry) == "-" || ids.contains(entry)) << entry;
     EXPECT_EQ(reached, ids);
     EXPECT_TRUE(XfnKeyMapText().contains("Ctrl+Shift+C"));
 }

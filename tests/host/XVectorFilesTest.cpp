@@ -90,7 +90,7 @@ TEST_F(XVectorFilesTest, AFileLiesOverTheImageInItsPlaceAndAnswersToAClick)
     ASSERT_EQ(Open({MakeSquare("s.geojson", kLeft + 1000, kTop - 2000, 1000)}), 1)
         << prompts.GetLastMessage();
     EXPECT_EQ(Look(), before);
-    EXPECT_EQ(window->windowTitle(), "s.geojson - tqlview");
+    EXPECT_EQ(window->windowTitle(), "s.geojson[*] - tqlview");
     EXPECT_NE(Grab().pixel(PixelOf(kLeft + 1500, kTop - 1500)), bare) << "lightly filled";
     EXPECT_EQ(Value("layers.properties", "Kind"), "Polygon");
 
@@ -229,11 +229,11 @@ TEST_F(XVectorFilesTest, TheTreeHidesLocksRenamesMovesAndCloses)
     QTest::keyClick(list, Qt::Key_Delete);
     Settle();
     EXPECT_EQ(window->GetTree().GetChildCount(0), 0);
-    prompts.AnswerNo();
+    prompts.AnswerCancel();
     list->setCurrentIndex(model->index(0, 0));
     QTest::keyClick(list, Qt::Key_Delete);
     EXPECT_EQ(window->GetVectors().GetCount(), 1);
-    prompts.AnswerYes();
+    prompts.AnswerNo();
     QTest::keyClick(list, Qt::Key_Delete);
     EXPECT_EQ(window->GetVectors().GetCount(), 0);
     Settle();

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "host/XAutosave.h"
+
+#include <QTimer>
+
+#include <functional>
+#include <vector>
+
+class XEditActions;
+class XRecoveryBar;
+class XVectorActions;
+class XVectorStack;
+
+/// Keeps copies of what is edited: every minute, when the program loses the focus, and once there is
+/// less to keep than before; and offers what a crashed run left. All parts outlive it.
+class XAutosaveActions
+{
+public:
+    XAutosaveActions(XVectorStack& vectors, XVectorActions& opener, XEditActions& edit,
+                     XRecoveryBar& bar);
+
+    void KeepNow();
+    void OfferLost(); ///< once, when the window is seen
+    void EndClean();  ///< all was saved, or is not wanted
+    /// Receives what is worth a line in the status bar, and what a tip adds to it.
+    void SetNotice(std::function<void(const QString& text, const QString& detail)> notice)
+    {
+        m_notice = std::move(notice);
+    }
+
+private:
+    void Answered(bool isWanted);
+
+    XVectorStack& m_vectors;
+    XVectorActions& m_opener;
+    XEditActions& m_edit;
+    XRecoveryBar& m_bar;
+    XAutosave m_autosave;
+    std::vector<XAutosave::tagLost> m_lost; // offered and not answered yet
+    QTimer m_timer;
+    std::size_t m_keptCount = 0;
+    std::function<void(const QString&, const QString&)> m_notice;
+};
