@@ -66,6 +66,18 @@ void XHostView::FitAll()
     m_hasFit = false;
 }
 
+void XHostView::ShowObject(double minX, double minY, double maxX, double maxY)
+{
+    constexpr double kMargin = 0.06; // of each side, so that outline and marks are seen whole
+    if (minX == maxX && minY == maxY) {
+        SetWorldToCenter(minX, minY);
+        InvalidateControl(1);
+        return;
+    }
+    const double x = (maxX - minX) * kMargin, y = (maxY - minY) * kMargin;
+    FitBox(minX - x, minY - y, maxX + x, maxY + y);
+}
+
 void XHostView::FitBox(double minX, double minY, double maxX, double maxY)
 {
     if (minX == maxX && minY == maxY) { // a point has no scale of its own

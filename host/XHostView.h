@@ -51,6 +51,8 @@ public:
 
     void FitAll(); ///< fits all that is open; without any range, one world unit a pixel
     void FitBox(double minX, double minY, double maxX, double maxY);
+    /// Fits a box with some room around it; a point comes to the centre at the scale of the moment.
+    void ShowObject(double minX, double minY, double maxX, double maxY);
     /// Zooms by a full step about the centre, unless that leads beyond the limits: an image pixel is
     /// at most 256 screen pixels wide, and all layers together at least a 64th of the view; without
     /// images the view shows at least a millionth of what is open.

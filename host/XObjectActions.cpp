@@ -14,7 +14,7 @@ XObjectActions::XObjectActions(XHostView& view, XLayerTree& tree, XObjectPicker&
     m_actions.Connect("edit.copyAttributes", [this] { Copy(); });
     m_actions.Connect("view.fitObject", [this] {
         double box[4] = {0, 0, 0, 0};
-        if (m_picker.GetExtent(box)) m_view.FitBox(box[0], box[1], box[2], box[3]);
+        if (m_picker.GetExtent(box)) m_view.ShowObject(box[0], box[1], box[2], box[3]);
     });
     m_picker.AddObserver([this] { EnableActions(); });
     EnableActions();

@@ -123,6 +123,7 @@ TEST_F(XVectorFilesTest, AFileLiesOverTheImageInItsPlaceAndAnswersToAClick)
     Settle();
     EXPECT_NEAR(Look().x, kLeft + 1500, 1);
     EXPECT_LT(Look().perX, before.perX);
+    EXPECT_GT(PixelOf(kLeft + 1500, kTop - 1000).y(), 5) << "its marks have room";
     QTest::keyClick(&window->GetView(), Qt::Key_Escape);
     Settle();
     EXPECT_EQ(Attribute("label"), "-");
