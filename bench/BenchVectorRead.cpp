@@ -1,6 +1,6 @@
 // How fast vector files come in and go out, and what a loaded object takes in memory.
 //
-// usage: bench_vectorread FILE.shp [MORE.shp]
+// usage: bench_vectorread FILE.shp|SCENE_DIR [MORE]
 // Yardsticks, in the same run: of reading, a plain walk of GDAL over all features that touches each
 // geometry's points and each attribute; of the native format, writing and reading as many bytes with
 // plain calls. Memory: private memory of the process after loading beyond that before, less the
@@ -21,6 +21,7 @@
 #include <malloc.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
@@ -150,7 +151,14 @@ int main(int argc, char** argv)
 {
     GDALAllRegister();
     XRows rows;
-    for (int i = 1; i < argc; ++i)
-        BenchFile(rows, argv[i]);
-    return argc < 2;
+    for (int i = 1; i < argc; ++i) {
+        const std::filesystem::path path = argv[i];
+        if (!std::filesystem::is_directory(path)) {
+            BenchFile(rows, argv[i]);
+            continue;
+        }
+        for (const char* scene : {"V1_polys.shp", "V2_points.shp"})
+            BenchFile(rows, (path / scene).c_str());
+    }
+    return 0;
 }
