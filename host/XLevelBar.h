@@ -1,22 +1,14 @@
 #pragma once
 
-#include <QFrame>
+#include "host/XOfferBar.h"
 
-#include <functional>
+enum class XLevelAnswer { Build, NotNow, Never };
 
-class QLabel;
-
-/// The bar above the image that offers to build a pyramid. It takes no focus and stops nothing.
-class XLevelBar : public QFrame
+/// The bar that offers to build a pyramid.
+class XLevelBar : public XAnswerBar<XLevelAnswer>
 {
 public:
-    enum class Answer { Build, NotNow, Never };
+    using Answer = XLevelAnswer;
 
     explicit XLevelBar(QWidget* parent);
-    void SetAnswered(std::function<void(Answer)> answered) { m_answered = std::move(answered); }
-    void Offer(const QString& text);
-
-private:
-    QLabel* m_text;
-    std::function<void(Answer)> m_answered;
 };
