@@ -17,10 +17,14 @@
 #include <ogrsf_frmts.h>
 
 #include <algorithm>
+#include <cstring>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -69,6 +73,8 @@ public:
         if (!m_source.Open(m_job.GetPath(), drivers, error)) return false;
         std::error_code failure;
         const auto bytes = std::filesystem::file_size(m_job.GetPath().GetString(), failure);
+        for (const XString& note : m_source.GetNotes())
+            m_job.Note(note);
         m_guess = failure ? 1.0 : static_cast<double>(bytes) / kBytesPerObject + 1.0;
         const int count = m_source.Get()->GetLayerCount();
         for (int i = 0; i < count; ++i) {
@@ -109,17 +115,34 @@ public:
         const GIntBig count = layer.GetFeatureCount(FALSE);
         const double whole = count > 0 ? static_cast<double>(count) : m_guess;
         double done = 0.0;
-        layer.ResetReading();
+        OGRLayer* from = &layer;
+        OGRLayer* const bare = m_source.GetBareShapes();
+        m_hasValues = true;
+        from->ResetReading();
         while (!m_job.IsStopped()) {
-            const std::unique_ptr<OGRFeature> feature(layer.GetNextFeature());
+            std::optional<XGdalErrors> unheard; // of records that the table does not have
+            if (bare && m_hasValues) unheard.emplace();
+            CPLErrorReset();
+            const std::unique_ptr<OGRFeature> feature(from->GetNextFeature());
+            const bool hasFailed = CPLGetLastErrorType() >= CE_Failure;
+            unheard.reset();
+            const bool isBehind = !feature || feature->GetFID() >= m_source.GetTableRows();
+            if (bare && m_hasValues && isBehind) {
+                m_hasValues = false;
+                from = bare;
+                if (from->SetNextByIndex(m_source.GetTableRows()) == OGRERR_NONE) continue;
+            }
             if (!feature) return true;
             m_job.SetProgress(std::min(++done, whole), whole);
             if (sheet >= 0 && feature->GetFieldAsInteger(sheet) != 0) {
                 m_job.Count("on paper sheets left out");
                 continue;
             }
+            ++m_read;
             std::unique_ptr<OGRGeometry> geometry(feature->StealGeometry());
-            if (!geometry) {
+            if (!geometry && hasFailed) {
+                ++m_unread;
+            } else if (!geometry) {
                 m_job.Count("without a shape left out");
             } else if (!visit(*feature, *geometry)) {
                 return false;
@@ -128,11 +151,18 @@ public:
         return false;
     }
 
+    bool HasValues() const { return m_hasValues; }   ///< the feature at hand comes with attributes
+    long long GetRead() const { return m_read; }     ///< features of all layers
+    long long GetUnread() const { return m_unread; } ///< of these, whose shape is damaged
+
 private:
     XVectorJob& m_job;
     XOgrSource m_source;
     std::vector<OGRLayer*> m_layers;
     double m_guess = 1.0;
+    bool m_hasValues = true;
+    long long m_read = 0;
+    long long m_unread = 0;
 };
 
 /// A layer that is being filled, and its table.
@@ -176,6 +206,11 @@ private:
         int field;
         OGRFieldType type;
         XAttributeTable::Type kind;
+    };
+
+    struct Hash : std::hash<std::string_view> // finds without a copy of the key
+    {
+        using is_transparent = void;
     };
 
     void ListColumns()
@@ -234,7 +269,7 @@ private:
             m_job.Count("without a shape left out");
             return true;
         }
-        if (m_nameField >= 0 && feature.IsFieldSetAndNotNull(m_nameField)) {
+        if (m_nameField >= 0 && m_walk.HasValues() && feature.IsFieldSetAndNotNull(m_nameField)) {
             object->SetName(FindName(feature.GetFieldAsString(m_nameField)));
         }
         object->CalcRange();
@@ -248,6 +283,7 @@ private:
     void AddRow(XAttributeTable& table, const OGRFeature& feature) const
     {
         table.AddRow();
+        if (!m_walk.HasValues()) return;
         for (int i = 0; i < static_cast<int>(m_columns.size()); ++i) {
             const Column& column = m_columns[static_cast<std::size_t>(i)];
             if (!feature.IsFieldSetAndNotNull(column.field)) continue;
@@ -255,9 +291,12 @@ private:
                 table.SetInteger(i, feature.GetFieldAsInteger64(column.field));
             } else if (column.kind == XAttributeTable::kReal) {
                 table.SetReal(i, feature.GetFieldAsDouble(column.field));
+            } else if (const char* bytes =
+                           const_cast<OGRFeature&>(feature).GetFieldAsString(column.field);
+                       m_walk.GetSource().IsUtf8()) {
+                table.SetText(i, bytes, std::strlen(bytes));
             } else {
-                const XString text =
-                    m_walk.GetSource().ToUtf8(feature.GetFieldAsString(column.field));
+                const XString text = m_walk.GetSource().ToUtf8(bytes);
                 table.SetText(i, text, static_cast<std::size_t>(text.GetLength()));
             }
         }
@@ -266,9 +305,9 @@ private:
     XString FindName(const char* bytes)
     {
         if (m_names.size() > kKeptNames) m_names.clear();
-        const auto [found, isNew] = m_names.try_emplace(bytes);
-        if (isNew) found->second = m_walk.GetSource().ToText(bytes);
-        return found->second;
+        const auto found = m_names.find(std::string_view(bytes));
+        if (found != m_names.end()) return found->second;
+        return m_names.emplace(bytes, m_walk.GetSource().ToText(bytes)).first->second;
     }
 
     const XOgrStyle& FindStyle(const OGRFeature& feature)
@@ -358,7 +397,7 @@ private:
     std::map<XString, Target> m_targets;
     const XOgrStyle m_noStyle;
     std::unordered_map<std::string, XOgrStyle> m_styles;
-    std::unordered_map<std::string, XString> m_names;
+    std::unordered_map<std::string, XString, Hash, std::equal_to<>> m_names;
 };
 
 int CountObjects(const XvcBase& base)
@@ -431,6 +470,13 @@ bool ReadSummary(Walk& walk, OGRLayer& from, std::vector<tagXVectorLayerInfo>& i
     return true;
 }
 
+int Refuse(const XString& damage, XString& error)
+{
+    error = (damage.IsEmpty() ? XString("It is damaged or cut short.") : damage) +
+            " Try another copy of it.";
+    return 0;
+}
+
 } // namespace
 
 int XfnImportOgr(XVectorJob& job, const char* const* drivers, XvcBase& base, XString& error)
@@ -447,12 +493,15 @@ int XfnImportOgr(XVectorJob& job, const char* const* drivers, XvcBase& base, XSt
         }
         if (!LayerImport(walk, *layer, base, job).Run(common)) return 0;
     }
-    const XString failure = errors.GetSentence();
-    if (!failure.IsEmpty() && CountObjects(base) == 0) {
-        error = errors.Describe(job.GetPath(), "It cannot be read.");
-        return 0;
-    }
-    if (!failure.IsEmpty()) job.Note("A part of it cannot be read: " + failure);
+    const XString damage = XfnTellDamage(errors, job.GetPath());
+    const bool isDamaged = !damage.IsEmpty() || walk.GetUnread() > 0;
+    if (isDamaged && CountObjects(base) == 0) return Refuse(damage, error);
+    if (walk.GetUnread() > 0)
+        job.Note(XfnFormat("%I64d of %I64d objects could be read: the file is damaged or cut "
+                           "short.",
+                           walk.GetRead() - walk.GetUnread(), walk.GetRead()));
+    else if (isDamaged)
+        job.Note("A part of it could not be read. " + damage);
     return 1;
 }
 
@@ -478,6 +527,8 @@ int XfnGetOgrInfo(XVectorJob& job, const char* const* drivers, tagXVectorFileInf
             info.range.Add(made.range);
         }
     }
+    const XString damage = XfnTellDamage(errors, job.GetPath());
+    if (info.objects == 0 && !damage.IsEmpty()) return Refuse(damage, error);
     info.reference.SetCoordType(info.reference.IsEmpty() ? 2 : 3);
     return 1;
 }

@@ -5,6 +5,7 @@
 #include "foundation/base/XFileException.h"
 #include "foundation/base/XPath.h"
 #include "foundation/reference/XGdalErrors.h"
+#include "foundation/vector/XShapeParts.h"
 
 #include <cpl_conv.h>
 #include <gdal_priv.h>
@@ -67,15 +68,6 @@ bool IsShapefile(const char* const* drivers, const XString& path)
 {
     if (XfnGetFileExt(path).CompareNoCase("shp") != 0) return false;
     return !drivers[0] || std::strcmp(drivers[0], "ESRI Shapefile") == 0;
-}
-
-/// The file beside `path` with another extension, in either case; empty when there is none.
-XString FindBeside(const XString& path, const char* extension)
-{
-    const XString stem = XfnJoinPath(XfnGetDirName(path), XfnGetFileTitle(path)) + ".";
-    for (const XString& name : {stem + extension, stem + XString(extension).MakeUpper()})
-        if (::access(name, R_OK) == 0) return name;
-    return XString();
 }
 
 /// The begin of a file behind `skip` bytes; empty when it cannot be read.
@@ -149,7 +141,7 @@ private:
     static constexpr const char* kValues[][2] = {
         {"GDAL_HTTP_PROXY", "127.0.0.1:9"}, {"CPL_VSIL_CURL_ALLOWED_EXTENSIONS", "{none}"},
         {"GML_SKIP_RESOLVE_ELEMS", "ALL"},  {"LIBKML_RESOLVE_STYLE", "YES"},
-        {"SHAPE_RESTORE_SHX", "NO"},
+        {"SHAPE_RESTORE_SHX", "NO"}, // made here
     };
     std::vector<std::pair<std::string, bool>> m_former;
 };
@@ -168,8 +160,11 @@ XOgrSource::~XOgrSource()
 void XOgrSource::Close()
 {
     const XGdalErrors errors;
-    if (m_dataset) GDALClose(m_dataset);
-    m_dataset = nullptr;
+    for (GDALDataset* dataset : {m_bare, m_dataset})
+        if (dataset) GDALClose(dataset);
+    m_bare = m_dataset = nullptr;
+    m_tableRows = 0;
+    m_notes.clear();
     std::error_code ignored;
     if (!m_folder.IsEmpty()) std::filesystem::remove_all(m_folder.GetString(), ignored);
     m_folder.Empty();
@@ -198,11 +193,8 @@ bool XOgrSource::Open(const XString& path, const char* const* drivers, XString& 
         error = "It lies where only archives are looked for.";
         return false;
     }
-    if (!IsShapefile(drivers, plain)) return OpenWith(plain, drivers, nullptr, error);
-    const bool isOpen = FindBeside(plain, "shx").IsEmpty()
-                            ? OpenWithoutIndex(plain, drivers, error)
-                            : OpenWith(plain, drivers, nullptr, error);
-    return isOpen && ChooseEncoding(plain, drivers, error);
+    return IsShapefile(drivers, plain) ? OpenShapes(plain, drivers, error)
+                                       : OpenWith(plain, drivers, nullptr, error);
 }
 
 bool XOgrSource::OpenWith(const XString& path, const char* const* drivers, const char* encoding,
@@ -214,33 +206,118 @@ bool XOgrSource::OpenWith(const XString& path, const char* const* drivers, const
     m_dataset = GDALDataset::Open(path, GDAL_OF_VECTOR | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR,
                                   drivers, options, nullptr);
     CSLDestroy(options);
-    if (!m_dataset) error = errors.Describe(path, kXNoReader);
-    return m_dataset != nullptr;
+    if (m_dataset) return true;
+    error = XfnTellDamage(errors, path);
+    error += error.IsEmpty() ? kXNoReader : " Try another copy of it.";
+    return false;
 }
 
-bool XOgrSource::OpenWithoutIndex(const XString& path, const char* const* drivers, XString& error)
+bool XOgrSource::OpenShapes(const XString& path, const char* const* drivers, XString& error)
 {
-    std::string folder = (std::filesystem::temp_directory_path() / "tql-shp-XXXXXX").string();
-    if (!::mkdtemp(folder.data())) {
-        error = "Its index (.shx) is missing, and there is no room to make one.";
+    const tagXShapeParts parts = XfnFindShapeParts(path);
+    XString source = path;
+    if (parts.index.IsEmpty() && !LinkWithIndex(path, parts, source, error)) return false;
+    if (!OpenWith(source, drivers, nullptr, error)) {
+        error.Replace(source, path);
         return false;
     }
-    m_folder = folder.c_str();
-    const XString name = XfnJoinPath(m_folder, XfnGetFileTitle(path)) + ".";
-    if (::symlink(path, name + "shp") != 0) {
-        error = "Its index (.shx) is missing, and there is no room to make one.";
+    OGRLayer* layer = m_dataset->GetLayerCount() > 0 ? m_dataset->GetLayer(0) : nullptr;
+    if (!layer) return true;
+    const long long shapes = layer->GetFeatureCount(TRUE);
+    // what the reader tells of a table that it took
+    const bool hasTable = layer->GetMetadataItem("DBF_DATE_LAST_UPDATE") != nullptr;
+    TellOf(path, parts, shapes);
+    if (!hasTable) return true;
+    if (!ChooseEncoding(path, drivers, error)) return false;
+    if (parts.tableRows < 0 || parts.tableRows >= shapes) return true;
+    m_tableRows = parts.tableRows;
+    OpenBareShapes(parts);
+    return true;
+}
+
+// Puts links to the files into a folder of our own, and an index made from the shapes.
+bool XOgrSource::LinkWithIndex(const XString& path, const tagXShapeParts& parts, XString& linked,
+                               XString& error)
+{
+    error = "Its index (.shx) is missing or cut short, and there is no room to make one.";
+    if (!MakeFolder()) return false;
+    const XString stem = XfnJoinPath(m_folder, XfnGetFileTitle(path)) + ".";
+    linked = stem + "shp";
+    if (::symlink(path, linked) != 0) return false;
+    if (XfnWriteShapeIndex(path, stem + "shx") < 0) {
+        error = kXNoReader;
         return false;
     }
-    for (const char* extension : {"dbf", "prj", "cpg"}) {
-        const XString beside = FindBeside(path, extension);
+    error.Empty();
+    const std::pair<const char*, XString> others[] = {
+        {"dbf", parts.table}, {"prj", parts.reference}, {"cpg", XfnFindBeside(path, "cpg")}};
+    for (const auto& [extension, beside] : others) {
         // without one of these the shapes come all the same
-        if (!beside.IsEmpty() && ::symlink(beside, name + extension) != 0) continue;
+        if (!beside.IsEmpty() && ::symlink(beside, stem + extension) != 0) continue;
     }
-    CPLSetThreadLocalConfigOption("SHAPE_RESTORE_SHX", "YES");
-    const bool isOpen = OpenWith(name + "shp", drivers, nullptr, error);
-    CPLSetThreadLocalConfigOption("SHAPE_RESTORE_SHX", "NO");
-    error.Replace(name + "shp", path);
-    return isOpen;
+    return true;
+}
+
+// The same shapes once more, where the reader finds no table beside them.
+void XOgrSource::OpenBareShapes(const tagXShapeParts& parts)
+{
+    const XString source(m_dataset->GetDescription());
+    const XString index = parts.index.IsEmpty() ? XfnFindBeside(source, "shx") : parts.index;
+    if (!MakeFolder()) return;
+    const XString stem = XfnJoinPath(m_folder, "bare.");
+    if (::symlink(source, stem + "shp") != 0 || ::symlink(index, stem + "shx") != 0) return;
+    const XGdalErrors errors;
+    const char* const drivers[] = {"ESRI Shapefile", nullptr};
+    m_bare = GDALDataset::Open(stem + "shp", GDAL_OF_VECTOR | GDAL_OF_READONLY, drivers, nullptr,
+                               nullptr);
+}
+
+OGRLayer* XOgrSource::GetBareShapes() const
+{
+    return m_bare && m_bare->GetLayerCount() > 0 ? m_bare->GetLayer(0) : nullptr;
+}
+
+bool XOgrSource::MakeFolder()
+{
+    if (!m_folder.IsEmpty()) return true;
+    std::string folder = (std::filesystem::temp_directory_path() / "tql-shp-XXXXXX").string();
+    if (!::mkdtemp(folder.data())) return false;
+    m_folder = folder.c_str();
+    return true;
+}
+
+void XOgrSource::TellOf(const XString& path, const tagXShapeParts& parts, long long shapes)
+{
+    const XString title = XfnGetFileTitle(path);
+    OGRLayer* layer = m_dataset->GetLayer(0);
+    const XGdalErrors errors; // of the coordinate system, which is told of in words of ours
+    const bool hasTable = layer->GetMetadataItem("DBF_DATE_LAST_UPDATE") != nullptr;
+    if (parts.isCut && parts.index.IsEmpty())
+        m_notes.push_back(
+            hasTable && parts.tableRows > shapes
+                ? XfnFormat("%I64d of %I64d objects could be read: the file is cut short.", shapes,
+                            parts.tableRows)
+                : XfnFormat("%I64d objects could be read: the file is cut short.", shapes));
+    if (parts.isIndexCut)
+        m_notes.push_back(XfnFormat("Its index %s.shx is cut short; the objects were found "
+                                    "without it.",
+                                    title));
+    if (parts.table.IsEmpty())
+        m_notes.push_back(XfnFormat("The attribute table %s.dbf is missing: the objects come "
+                                    "without attributes.",
+                                    title));
+    else if (!hasTable)
+        m_notes.push_back(XfnFormat("The attribute table %s.dbf is damaged: the objects come "
+                                    "without attributes.",
+                                    title));
+    else if (parts.tableRows >= 0 && parts.tableRows < shapes)
+        m_notes.push_back(XfnFormat("%I64d of %I64d objects have attributes: the table %s.dbf is "
+                                    "cut short.",
+                                    parts.tableRows, shapes, title));
+    if (!parts.reference.IsEmpty() && !layer->GetSpatialRef())
+        m_notes.push_back(XfnFormat("The coordinate system in %s.prj cannot be understood: the "
+                                    "file counts as one without.",
+                                    title));
 }
 
 bool XOgrSource::ChooseEncoding(const XString& path, const char* const* drivers, XString& error)
@@ -252,7 +329,7 @@ bool XOgrSource::ChooseEncoding(const XString& path, const char* const* drivers,
     if (fromCpg && *fromCpg) return true;
     // this one stands in files whatever they hold, since it is what programs call "the system's"
     const bool isTold = fromLdid && *fromLdid && std::strcmp(fromLdid, "ISO-8859-1") != 0;
-    const XString table = FindBeside(path, "dbf");
+    const XString table = XfnFindBeside(path, "dbf");
     if (isTold || table.IsEmpty()) return true;
     constexpr std::size_t kHeadLength = 8; // where the table tells the length of its head
     const std::string head = ReadSample(table, 0);
@@ -278,4 +355,17 @@ XString XOgrSource::ToText(const char* bytes) const
 XString XOgrSource::ToUtf8(const char* bytes) const
 {
     return m_codePage == 0 ? XString(bytes) : XfnCodePageToUtf8(m_codePage, bytes);
+}
+
+XString XfnTellDamage(const XGdalErrors& errors, const XString& path)
+{
+    const XString named = errors.Describe(path, "");
+    XString detail = named.Mid(path.GetLength() + 4); // behind the quoted path
+    // where a reader's own source complains says nothing to a user
+    const int source = detail.Find(".cpp, ");
+    const int end = source < 0 ? -1 : detail.Find(": ", source);
+    if (end >= 0) detail = detail.Mid(end + 2);
+    detail.Trim();
+    detail.TrimRight(".");
+    return detail.IsEmpty() ? detail : XfnFormat("It is damaged or cut short (%s).", detail);
 }

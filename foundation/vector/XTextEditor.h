@@ -51,6 +51,7 @@ public:
 
     virtual void Commit() = 0; ///< takes over what an input method still composes
     virtual XRichText GetText() const = 0;
+    virtual void Ended() {} ///< its text was taken over for good; destruction follows
     virtual void SetText(const XRichText& text) = 0; ///< undoable
 
     /// Of the selection; without one, of what is typed next.

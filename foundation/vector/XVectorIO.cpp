@@ -132,26 +132,47 @@ int XfnImportVector(const XString& path, XvcBase* base, XString& error, XThread*
     return ImportOgr(job, kAnyDriver, base, error);
 }
 
-int XfnExportXVC(const XString& path, const XvcBase* base, XString& error, XThread* thread)
+namespace {
+
+template <class Write>
+int Export(const XString& name, const XvcBase* base, XString& error, XThread* thread,
+           const Write& write)
 {
     error.Empty();
     if (!base) {
         error = "There is no base to write.";
         return 0;
     }
-    XVectorJob job(path, thread);
+    XVectorJob job(name, thread);
     return Run(job, error, [&](XString& sentence) {
-        XSafeFile file;
-        if (!file.Create(path, sentence)) return false;
         try {
-            if (!XVectorFileWriter(file.GetFile(), job).Write(*base, sentence)) return false;
+            return write(job, sentence);
         } catch (XFileException& e) {
-            e.m_strFileName = path; // not the temporary one
+            e.m_strFileName = name; // not the temporary one
             sentence = e.GetErrorMessage();
             e.Delete();
             return false;
         }
-        return file.Commit(sentence) != 0;
+    });
+}
+
+} // namespace
+
+int XfnExportXVC(const XString& path, const XvcBase* base, XString& error, XThread* thread)
+{
+    return Export(path, base, error, thread, [&](XVectorJob& job, XString& sentence) {
+        XSafeFile file;
+        return file.Create(path, sentence) &&
+               XVectorFileWriter(file.GetFile(), job).Write(*base, sentence) &&
+               file.Commit(sentence);
+    });
+}
+
+int XfnExportXVC(XFile& file, const XString& name, const XvcBase* base, XString& error,
+                 XThread* thread)
+{
+    return Export(name, base, error, thread, [&](XVectorJob& job, XString& sentence) {
+        return XVectorFileWriter(file, job).Write(*base, sentence);
     });
 }
 

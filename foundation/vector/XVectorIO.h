@@ -5,6 +5,7 @@
 
 #include <vector>
 
+class XFile;
 class XThread;
 class XvcBase;
 class XvcObj;
@@ -61,6 +62,11 @@ XAPI int XfnImportVector(const XString& path, XvcBase* base, XString& error,
 /// Writes the whole tree with its coordinate system, symbols and attributes: beside `path` and then
 /// put in place, so that an old file survives every failure.
 XAPI int XfnExportXVC(const XString& path, const XvcBase* base, XString& error,
+                      XThread* thread = nullptr);
+
+/// The same into an open file, at its begin: in memory, for another thread to put on the disk.
+/// @param name  of the tree in errors
+XAPI int XfnExportXVC(XFile& file, const XString& name, const XvcBase* base, XString& error,
                       XThread* thread = nullptr);
 
 /// What a file holds, without making objects of it. On failure `info` is as it was.

@@ -235,6 +235,25 @@ XString XWktWriter::FromRing(const XVertexArray& vertices)
     return text.Take();
 }
 
+XString XWktWriter::FromPoints(const XVertexArray& vertices)
+{
+    XWktWriter text("MULTIPOINT", XfnHasHeights(vertices));
+    for (int i = 0; i < vertices.GetSize(); ++i) {
+        if (XfnIsUsable(vertices.GetAt(i))) text.AddVertex(vertices.GetAt(i));
+    }
+    return text.Take();
+}
+
+XString XWktWriter::FromLines(const std::vector<const XVertexArray*>& lines)
+{
+    XWktWriter text("MULTILINESTRING",
+                    std::any_of(lines.begin(), lines.end(),
+                                [](const XVertexArray* line) { return XfnHasHeights(*line); }));
+    for (const XVertexArray* line : lines)
+        text.AddLine(*line);
+    return text.Take();
+}
+
 int XfnCountUsable(const XVertexArray& vertices)
 {
     int count = 0;

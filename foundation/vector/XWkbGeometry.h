@@ -53,6 +53,10 @@ public:
     static XString FromLine(const XVertexArray& vertices);
     /// "POLYGON ((x y, ...))" of one ring; empty with fewer than three usable vertices.
     static XString FromRing(const XVertexArray& vertices);
+    /// "MULTIPOINT ((x y), (x y))" of the usable vertices.
+    static XString FromPoints(const XVertexArray& vertices);
+    /// "MULTILINESTRING ((x y, x y), ...)" of the lines with two usable vertices or more.
+    static XString FromLines(const std::vector<const XVertexArray*>& lines);
 
 private:
     void Separate();

@@ -124,12 +124,6 @@ void XvcAxis::SetGridLength(double length)
     if (length >= 0.0 && XfnIsSet(length)) m_gridLength = length;
 }
 
-void XvcAxis::SetWorldPerPixel(double length)
-{
-    Touch();
-    if (length >= 0.0 && XfnIsSet(length)) m_worldPerPixel = length;
-}
-
 bool XvcAxis::IsLogUsable() const
 {
     return m_scale.isLog && m_scale.minimum > 0.0 && m_scale.maximum > 0.0;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "foundation/vector/XAxisTicks.h"
-#include "foundation/vector/XMarkFont.h"
+#include "foundation/vector/XvcFontObj.h"
 #include "foundation/vector/XvcVertexObj.h"
 
 /// An axis: a line with ticks, their values and a title.
@@ -9,9 +9,10 @@
 /// It lies between two vertices; the minimum is at the first, the maximum at the second, the other
 /// way round when inverted. It counts as upright when it is rather high than wide. Ticks, labels and
 /// title stand below a level axis and left of an upright one, or on the other side (SetTickSide).
-/// Ticks are those of XfnMakeAxisTicks; their length is in line heights of the labels.
+/// Ticks are those of XfnMakeAxisTicks; their length is in line heights of the labels, a fortieth of
+/// the axis for a font in pixels until the world length of a pixel is known.
 /// A new axis is black. Its range holds the labels where their height in the world is known.
-class XAPI XvcAxis : public XvcVertexObj
+class XAPI XvcAxis : public XvcFontObj<XvcVertexObj>
 {
     X_DECLARE_CLASS(XvcAxis)
 public:
@@ -80,28 +81,6 @@ public:
         Touch();
         m_title = title;
     }
-    double GetFontSize() const { return m_font.size; } ///< world length, or pixels when negative
-    void SetFontSize(double height)
-    {
-        Touch();
-        m_font.SetSize(height);
-    }
-    const tagXTextStyle& GetTextStyle() const { return m_font.style; }
-    void SetTextStyle(const tagXTextStyle& style)
-    {
-        Touch();
-        m_font.style = style;
-    }
-    tagXColor GetTextColor() const { return m_font.colour; } ///< 0: the line colour
-    void SetTextColor(tagXColor color)
-    {
-        Touch();
-        m_font.colour = color;
-    }
-    /// World length of a pixel, 0 (at first) when not known; others are ignored unless positive. A
-    /// font in pixels has ticks of a fortieth of the axis until it is known.
-    double GetWorldPerPixel() const { return m_worldPerPixel; }
-    void SetWorldPerPixel(double length);
 
     std::vector<tagXAxisTick> GetTicks() const { return XfnMakeAxisTicks(m_scale); }
     /// The place of a value on the line through both vertices; 1.7e308 when there is none.
@@ -133,6 +112,4 @@ private:
     int m_labelFlag = 1;
     double m_gridLength = 0.0;
     tagXColor m_gridColor;
-    XMarkFont m_font;
-    double m_worldPerPixel = 0.0;
 };

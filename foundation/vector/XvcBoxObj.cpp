@@ -1,10 +1,10 @@
 #include "foundation/vector/XvcBoxObj.h"
 
 #include "foundation/base/XArchive.h"
-#include "foundation/base/XFileException.h"
 #include "foundation/base/XPtrArray.h"
 #include "foundation/base/XWarp2D.h"
 #include "foundation/vector/XHitGeometry.h"
+#include "foundation/vector/XObjAttributes.h"
 #include "foundation/vector/XVertexMath.h"
 
 #include <algorithm>
@@ -102,12 +102,7 @@ void XvcBoxObj::Serialize(XArchive& archive)
         StoreOwn(archive);
         return;
     }
-    std::uint8_t version = 0;
-    archive >> version;
-    if (version != kArchiveVersion) throw XFileException(XFileException::kInvalidFile);
-    XvcObj attributes;
-    attributes.SetWarpCoeff(GetWarpCeoff());
-    attributes.Serialize(archive);
+    const XvcObj attributes = XfnLoadAttributes(*this, kArchiveVersion, archive);
     tagXVector3 leftTop, rightBottom;
     for (tagXVector3* vertex : {&leftTop, &rightBottom}) {
         archive >> vertex->x >> vertex->y >> vertex->z;

@@ -1,8 +1,8 @@
 #include "foundation/vector/XvcEllipseObj.h"
 
 #include "foundation/base/XArchive.h"
-#include "foundation/base/XFileException.h"
 #include "foundation/base/XPtrArray.h"
+#include "foundation/vector/XObjAttributes.h"
 #include "foundation/vector/XVectorPaint.h"
 #include "foundation/vector/XVertexArray.h"
 #include "foundation/vector/XVertexMath.h"
@@ -149,12 +149,7 @@ void XvcEllipseObj::Serialize(XArchive& archive)
         StoreOwn(archive);
         return;
     }
-    std::uint8_t version = 0;
-    archive >> version;
-    if (version != kArchiveVersion) throw XFileException(XFileException::kInvalidFile);
-    XvcObj attributes;
-    attributes.SetWarpCoeff(GetWarpCeoff());
-    attributes.Serialize(archive);
+    const XvcObj attributes = XfnLoadAttributes(*this, kArchiveVersion, archive);
     tagXVector3 center, ptStart, ptEnd;
     for (tagXVector3* vertex : {&center, &ptStart, &ptEnd}) {
         archive >> vertex->x >> vertex->y >> vertex->z;

@@ -4,9 +4,18 @@
 #include "foundation/vector/XVectorWalk.h"
 #include "foundation/vector/XvcLayerChunks.h"
 
+#include <atomic>
+
 X_IMPLEMENT_CLASS(XvcLayer, XObList)
 
-XvcLayer::XvcLayer() : m_chunks(std::make_unique<XvcLayerChunks>(*this)) {}
+namespace {
+
+std::atomic<std::uint64_t> s_lastNumber{0};
+
+} // namespace
+
+XvcLayer::XvcLayer() : m_number(++s_lastNumber), m_chunks(std::make_unique<XvcLayerChunks>(*this))
+{}
 
 XvcLayer::~XvcLayer()
 {

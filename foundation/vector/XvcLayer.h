@@ -5,6 +5,7 @@
 #include "foundation/vector/XvcChildList.h"
 #include "foundation/vector/XvcObj.h"
 
+#include <cstdint>
 #include <memory>
 #include <utility>
 
@@ -32,6 +33,8 @@ public:
     XvcLayer& operator=(const XvcLayer&) = delete;
 
     void DestroyAll(); ///< empties the layer and destroys its objects
+    /// Of this layer alone, also when another comes to lie at its address later; never 0.
+    std::uint64_t GetNumber() const { return m_number; }
 
     const XString& GetName() const { return m_name; }
     void SetName(const XString& name) { m_name = name; }
@@ -83,6 +86,7 @@ protected:
     void Adopt(XvcObj& object) override;
 
 private:
+    const std::uint64_t m_number;
     XString m_name;
     XString m_link;
     int m_hideFlag = 0;

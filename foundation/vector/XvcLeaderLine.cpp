@@ -53,12 +53,6 @@ void XvcLeaderLine::SetLanding(double length)
     if (length >= 0.0 && XfnIsSet(length)) m_landing = length;
 }
 
-void XvcLeaderLine::SetWorldPerPixel(double length)
-{
-    Touch();
-    if (length >= 0.0 && XfnIsSet(length)) m_worldPerPixel = length;
-}
-
 bool XvcLeaderLine::GetPath(std::vector<tagXVector3>& path, bool& isToRight) const
 {
     path.clear();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "foundation/vector/XLineEnd.h"
-#include "foundation/vector/XMarkFont.h"
+#include "foundation/vector/XvcFontObj.h"
 #include "foundation/vector/XvcPolyline.h"
 
 /// A line that leads from a place to a note about it.
@@ -10,7 +10,7 @@
 /// note stands, by default behind a short level landing, on the side to which the line runs.
 /// Range: of the line, its end shape and the landing; of the note too where its size in the world is
 /// known. A hit on the note is one on the body.
-class XAPI XvcLeaderLine : public XvcPolyline
+class XAPI XvcLeaderLine : public XvcFontObj<XvcPolyline>
 {
     X_DECLARE_CLASS(XvcLeaderLine)
 public:
@@ -22,24 +22,6 @@ public:
     {
         Touch();
         m_text = text;
-    }
-    double GetFontSize() const { return m_font.size; } ///< world length, or pixels when negative
-    void SetFontSize(double height)
-    {
-        Touch();
-        m_font.SetSize(height);
-    }
-    const tagXTextStyle& GetTextStyle() const { return m_font.style; }
-    void SetTextStyle(const tagXTextStyle& style)
-    {
-        Touch();
-        m_font.style = style;
-    }
-    tagXColor GetTextColor() const { return m_font.colour; } ///< 0: the line colour
-    void SetTextColor(tagXColor color)
-    {
-        Touch();
-        m_font.colour = color;
     }
     int GetDrawBorder() const { return m_drawBorder; } ///< a frame about the note, 0 at first
     void SetDrawBorder(int flag)
@@ -62,9 +44,6 @@ public:
     /// Length of the landing in the world, 0 at first.
     double GetLanding() const { return m_landing; }
     void SetLanding(double length); ///< below 0 or no number: ignored
-    /// World length of a pixel, 0 (at first) when not known; others are ignored unless positive.
-    double GetWorldPerPixel() const { return m_worldPerPixel; }
-    void SetWorldPerPixel(double length);
 
     void CalcRange() override;
     XvcObj* HitTest(const tagXVector3& point, double toleranceX, double toleranceY,
@@ -87,10 +66,8 @@ private:
     std::vector<tagXLineEndPart> MakeEnd(std::vector<tagXVector3>& path) const;
 
     XString m_text;
-    XMarkFont m_font;
     int m_drawBorder = 0;
     int m_startShape = kXLineEndFilledArrow;
     double m_startSize = 0.0;
     double m_landing = 0.0;
-    double m_worldPerPixel = 0.0;
 };

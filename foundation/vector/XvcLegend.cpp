@@ -225,12 +225,6 @@ void XvcLegend::SetNumOfColumns(int count)
     m_columns = std::clamp(count, 1, kMaxColumns);
 }
 
-void XvcLegend::SetWorldPerPixel(double length)
-{
-    Touch();
-    if (length >= 0.0 && XfnIsSet(length)) m_worldPerPixel = length;
-}
-
 XvcLegend::tagMeasure XvcLegend::Measure() const
 {
     tagMeasure measure;

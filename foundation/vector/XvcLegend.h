@@ -2,8 +2,8 @@
 
 #include "foundation/base/XFillStyle.h"
 #include "foundation/base/XLineStyle.h"
-#include "foundation/vector/XMarkFont.h"
 #include "foundation/vector/XvcBoxObj.h"
+#include "foundation/vector/XvcFontObj.h"
 
 #include <vector>
 
@@ -37,7 +37,7 @@ struct tagXLegendItem
 /// Everything lies within the box: letters are as high as asked and made smaller where the rows
 /// would not fit. The box is framed and filled as XvcRectangle is; a new legend is black on white.
 /// FitBox makes the box as large as its contents.
-class XAPI XvcLegend : public XvcBoxObj
+class XAPI XvcLegend : public XvcFontObj<XvcBoxObj>
 {
     X_DECLARE_CLASS(XvcLegend)
 public:
@@ -66,33 +66,12 @@ public:
 
     int GetNumOfColumns() const { return m_columns; }  ///< 1 at first
     void SetNumOfColumns(int count);                   ///< held within 1 and kMaxColumns
-    double GetFontSize() const { return m_font.size; } ///< world length, or pixels when negative
-    void SetFontSize(double height)
-    {
-        Touch();
-        m_font.SetSize(height);
-    }
-    const tagXTextStyle& GetTextStyle() const { return m_font.style; }
-    void SetTextStyle(const tagXTextStyle& style)
-    {
-        Touch();
-        m_font.style = style;
-    }
-    tagXColor GetTextColor() const { return m_font.colour; } ///< 0: the line colour
-    void SetTextColor(tagXColor color)
-    {
-        Touch();
-        m_font.colour = color;
-    }
     int GetBorderFlag() const { return m_borderFlag; } ///< 1 at first
     void SetBorderFlag(int flag)
     {
         Touch();
         m_borderFlag = flag ? 1 : 0;
     }
-    /// World length of a pixel, 0 (at first) when not known; others are ignored unless positive.
-    double GetWorldPerPixel() const { return m_worldPerPixel; }
-    void SetWorldPerPixel(double length);
 
     /// Gives the box the size of its contents, its left top staying.
     /// @return 0 when the height of the letters in the world is not known, or the box not set
@@ -115,6 +94,4 @@ private:
     std::vector<tagXLegendItem> m_items;
     int m_columns = 1;
     int m_borderFlag = 1;
-    XMarkFont m_font;
-    double m_worldPerPixel = 0.0;
 };

@@ -35,14 +35,10 @@ int XvcMLine::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XStri
 
 XString XvcMLine::ExportToWkt() const
 {
-    bool hasZ = false;
-    for (int i = 0; i < GetNumOfLines(); ++i) {
-        hasZ = hasZ || XfnHasHeights(GetLineObjAt(i)->GetVertexArray());
-    }
-    XWktWriter text("MULTILINESTRING", hasZ);
+    std::vector<const XVertexArray*> lines;
     for (int i = 0; i < GetNumOfLines(); ++i)
-        text.AddLine(GetLineObjAt(i)->GetVertexArray());
-    return text.Take();
+        lines.push_back(&GetLineObjAt(i)->GetVertexArray());
+    return XWktWriter::FromLines(lines);
 }
 
 bool XvcMLine::IsPartAllowed(const XvcObj& part) const

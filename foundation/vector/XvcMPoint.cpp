@@ -1,6 +1,5 @@
 #include "foundation/vector/XvcMPoint.h"
 
-#include "foundation/base/XSentinels.h"
 #include "foundation/vector/XWkbGeometry.h"
 #include "foundation/vector/XWkbReader.h"
 
@@ -35,16 +34,10 @@ int XvcMPoint::ImportFromWkb(const unsigned char* bytes, std::size_t& size, XStr
 
 XString XvcMPoint::ExportToWkt() const
 {
-    bool hasZ = false;
-    for (int i = 0; i < GetNumOfPoints(); ++i) {
-        const XvcPoint& point = *GetPointObjAt(i);
-        hasZ = hasZ || (point.IsSet() && XfnIsSet(point.GetZ()) && point.GetZ() != 0.0);
-    }
-    XWktWriter text("MULTIPOINT", hasZ);
-    for (int i = 0; i < GetNumOfPoints(); ++i) {
-        if (GetPointObjAt(i)->IsSet()) text.AddVertex(GetPointObjAt(i)->GetVertex());
-    }
-    return text.Take();
+    XVertexArray vertices;
+    for (int i = 0; i < GetNumOfPoints(); ++i)
+        vertices.Add(GetPointObjAt(i)->GetVertex());
+    return XWktWriter::FromPoints(vertices);
 }
 
 bool XvcMPoint::IsPartAllowed(const XvcObj& part) const

@@ -29,14 +29,10 @@ int XvcMPolyline::ImportFromWkb(const unsigned char* bytes, std::size_t& size, X
 
 XString XvcMPolyline::ExportToWkt() const
 {
-    bool hasZ = false;
-    for (int i = 0; i < GetNumOfPolylines(); ++i) {
-        hasZ = hasZ || XfnHasHeights(GetPolylineObjAt(i)->GetVertexArray());
-    }
-    XWktWriter text("MULTILINESTRING", hasZ);
+    std::vector<const XVertexArray*> lines;
     for (int i = 0; i < GetNumOfPolylines(); ++i)
-        text.AddLine(GetPolylineObjAt(i)->GetVertexArray());
-    return text.Take();
+        lines.push_back(&GetPolylineObjAt(i)->GetVertexArray());
+    return XWktWriter::FromLines(lines);
 }
 
 bool XvcMPolyline::IsPartAllowed(const XvcObj& part) const

@@ -69,11 +69,7 @@ XString XvcMSymbol::ExportToWkt() const
     XVertexArray centers;
     for (int i = 0; i < GetNumOfSymbols(); ++i)
         centers.Add(GetSymbolObjAt(i)->GetCenter());
-    XWktWriter text("MULTIPOINT", XfnHasHeights(centers));
-    for (int i = 0; i < centers.GetSize(); ++i) {
-        if (XfnIsUsable(centers.GetAt(i))) text.AddVertex(centers.GetAt(i));
-    }
-    return text.Take();
+    return XWktWriter::FromPoints(centers);
 }
 
 bool XvcMSymbol::IsPartAllowed(const XvcObj& part) const

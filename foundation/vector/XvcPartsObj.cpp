@@ -2,6 +2,7 @@
 
 #include "foundation/base/XArchive.h"
 #include "foundation/base/XFileException.h"
+#include "foundation/vector/XObjAttributes.h"
 #include "foundation/vector/XvcFactory.h"
 #include "foundation/vector/XvcPoint.h"
 #include "foundation/vector/XvcVertexObj.h"
@@ -133,12 +134,7 @@ void XvcPartsObj::Serialize(XArchive& archive)
         StoreOwn(archive);
         return;
     }
-    std::uint8_t version = 0;
-    archive >> version;
-    if (version != kArchiveVersion) throw XFileException(XFileException::kInvalidFile);
-    XvcObj attributes;
-    attributes.SetWarpCoeff(GetWarpCeoff());
-    attributes.Serialize(archive);
+    const XvcObj attributes = XfnLoadAttributes(*this, kArchiveVersion, archive);
     const std::uint32_t count = archive.ReadCount(kMinPartBytes);
     Parts parts;
     for (std::uint32_t i = 0; i < count; ++i) {

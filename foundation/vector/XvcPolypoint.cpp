@@ -40,11 +40,7 @@ int XvcPolypoint::ImportFromWkb(const unsigned char* bytes, std::size_t& size, X
 
 XString XvcPolypoint::ExportToWkt() const
 {
-    XWktWriter text("MULTIPOINT", XfnHasHeights(m_vertices));
-    for (int i = 0; i < GetSize(); ++i) {
-        if (XfnIsUsable(GetAt(i))) text.AddVertex(GetAt(i));
-    }
-    return text.Take();
+    return XWktWriter::FromPoints(m_vertices);
 }
 
 void XvcPolypoint::StoreOwn(XArchive& archive) const

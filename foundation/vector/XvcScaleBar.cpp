@@ -175,12 +175,6 @@ void XvcScaleBar::SetType(int type)
     if (XfnGetScaleBarName(type)) m_type = type;
 }
 
-void XvcScaleBar::SetWorldPerPixel(double length)
-{
-    Touch();
-    if (length >= 0.0 && XfnIsSet(length)) m_worldPerPixel = length;
-}
-
 tagXScaleBarFrame XvcScaleBar::GetFrame() const
 {
     tagXScaleBarFrame frame;

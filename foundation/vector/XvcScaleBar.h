@@ -1,8 +1,8 @@
 #pragma once
 
 #include "foundation/reference/XSpatialReference.h"
-#include "foundation/vector/XMarkFont.h"
 #include "foundation/vector/XScaleBarLayout.h"
+#include "foundation/vector/XvcFontObj.h"
 #include "foundation/vector/XvcRectObj.h"
 
 /// The types of scale bars. The numbers are stored in files and never change their meaning.
@@ -34,9 +34,11 @@ XAPI const char* XfnGetScaleBarName(int type);
 ///
 /// XScaleBarLayout.h says which lengths and units it takes. Bar and labels never leave the
 /// rectangle: letters are made smaller, then left out, and a rectangle with no room draws nothing.
+/// Letters in pixels are a third of the rectangle high until the world length of a pixel is known;
+/// so are those of a new bar.
 /// Lines and labels are drawn in the line colour, fields in the fore colour (by the fill style) and
 /// the back colour.
-class XAPI XvcScaleBar : public XvcRectObj
+class XAPI XvcScaleBar : public XvcFontObj<XvcRectObj>
 {
     X_DECLARE_CLASS(XvcScaleBar)
 public:
@@ -48,14 +50,6 @@ public:
 
     int GetType() const { return m_type; } ///< XScaleBarType, 0 at first
     void SetType(int type);                ///< one that there is not is ignored
-    /// Height of the labels: world length, or pixels when negative (known with SetWorldPerPixel; a
-    /// third of the rectangle's height until then, which is also what a new bar has).
-    double GetFontSize() const { return m_font.size; }
-    void SetFontSize(double height)
-    {
-        Touch();
-        m_font.SetSize(height);
-    }
     /// XTextAlign: where a bar shorter than the rectangle stands (left, centre, right), and whether
     /// the labels stand below the bar (kXTextBottom) or above it. Centred and above at first.
     int GetTextAlign() const { return m_textAlign; }
@@ -64,22 +58,6 @@ public:
         Touch();
         m_textAlign = align;
     }
-    const tagXTextStyle& GetTextStyle() const { return m_font.style; }
-    void SetTextStyle(const tagXTextStyle& style)
-    {
-        Touch();
-        m_font.style = style;
-    }
-    tagXColor GetTextColor() const { return m_font.colour; } ///< 0: the line colour
-    void SetTextColor(tagXColor color)
-    {
-        Touch();
-        m_font.colour = color;
-    }
-    /// World length of a pixel when it was drawn, 0 (at first) when not known; others are ignored
-    /// unless positive.
-    double GetWorldPerPixel() const { return m_worldPerPixel; }
-    void SetWorldPerPixel(double length);
 
     /// How the bar lies in the rectangle at present; divisions 0 when nothing is drawn.
     tagXScaleBarLayout GetLayout() const;
@@ -97,7 +75,5 @@ private:
 
     int m_type = kXScaleBarTicks;
     int m_textAlign;
-    XMarkFont m_font;
-    double m_worldPerPixel = 0.0;
     XSpatialReference m_reference;
 };

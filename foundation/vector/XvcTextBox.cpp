@@ -138,6 +138,7 @@ void XvcTextBox::EndEditMode()
     m_text = m_editing->GetEditor().GetText();
     const std::unique_ptr<XTextBoxEditing> done = std::move(m_editing);
     CalcRange();
+    done->GetEditor().Ended();
 }
 
 int XvcTextBox::GetEditMode() const

@@ -3,6 +3,7 @@
 #include "foundation/base/XArchive.h"
 #include "foundation/base/XFileException.h"
 #include "foundation/base/XPtrArray.h"
+#include "foundation/vector/XObjAttributes.h"
 #include "foundation/vector/XVertexMath.h"
 
 #include <algorithm>
@@ -41,12 +42,7 @@ void XvcVertexObj::Serialize(XArchive& archive)
         StoreOwn(archive);
         return;
     }
-    std::uint8_t version = 0;
-    archive >> version;
-    if (version != kArchiveVersion) throw XFileException(XFileException::kInvalidFile);
-    XvcObj attributes;
-    attributes.SetWarpCoeff(GetWarpCeoff());
-    attributes.Serialize(archive);
+    const XvcObj attributes = XfnLoadAttributes(*this, kArchiveVersion, archive);
     XVertexArray vertices;
     vertices.Serialize(archive);
     if (!IsVertexCountAllowed(vertices.GetSize())) {

@@ -5,6 +5,7 @@
 #include "foundation/raster/XRasterTypes.h"
 #include "foundation/surface/XBackBuffer.h"
 
+#include <array>
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
@@ -54,11 +55,21 @@ inline XBackBuffer XfnMakeSurface(int width, int height, std::uint32_t colour = 
     return buffer;
 }
 
-/// Draws the whole surface.
-inline int XfnDrawAll(XDMComposite& composite, XBackBuffer& buffer,
-                      std::atomic<int>* abort = nullptr)
+/// Left, right, bottom and top of anything that has a box.
+using XBounds = std::array<double, 4>;
+
+template <class Source>
+XBounds XfnBoundsOf(const Source& source)
 {
-    double box[4] = {1e308, 1e308, -1e308, -1e308};
+    XBounds box{};
+    source.GetBoundRect(box[0], box[1], box[2], box[3]);
+    return box;
+}
+
+/// The world under a surface: the least x and y and the largest.
+inline std::array<double, 4> XfnBoxOf(const XBackBuffer& buffer)
+{
+    std::array<double, 4> box = {1e308, 1e308, -1e308, -1e308};
     for (int corner = 0; corner < 4; ++corner) {
         double x = corner & 1 ? buffer.GetWidth() : 0;
         double y = corner & 2 ? buffer.GetHeight() : 0;
@@ -68,5 +79,13 @@ inline int XfnDrawAll(XDMComposite& composite, XBackBuffer& buffer,
         box[2] = std::max(box[2], x);
         box[3] = std::max(box[3], y);
     }
+    return box;
+}
+
+/// Draws the whole surface.
+inline int XfnDrawAll(XDMComposite& composite, XBackBuffer& buffer,
+                      std::atomic<int>* abort = nullptr)
+{
+    const auto box = XfnBoxOf(buffer);
     return composite.Draw(&buffer, box[0], box[1], box[2], box[3], 1, nullptr, abort);
 }

@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <cpl_error.h>
+#include <cpl_string.h>
 #include <gdal_priv.h>
 
 #include <functional>
@@ -19,8 +20,8 @@ struct tagXGdalSample
     int width = 0;
     int height = 0;
     int bands = 1;
-    std::vector<const char*> options{}; ///< creation options, "TILED=YES"
-    std::vector<int> overviews{};       ///< factors of nearest neighbour overviews
+    const char* options = "";     ///< creation options, "TILED=YES COMPRESS=DEFLATE"
+    std::vector<int> overviews{}; ///< factors of nearest neighbour overviews
     std::function<double(int x, int y, int band)> value{}; ///< nothing is written without it
     std::function<void(GDALDataset&)> prepare{};           ///< before the pixels
 };
@@ -30,11 +31,10 @@ inline XString XfnWriteGdalSample(const QString& path, const tagXGdalSample& sam
 {
     GDALAllRegister();
     const QByteArray name = path.toUtf8();
-    std::vector<const char*> options = sample.options;
-    options.push_back(nullptr);
+    CPLStringList options(CSLTokenizeString(sample.options));
     GDALDriver* driver = GetGDALDriverManager()->GetDriverByName(sample.driver);
     GDALDataset* dataset = driver ? driver->Create(name, sample.width, sample.height, sample.bands,
-                                                   sample.type, const_cast<char**>(options.data()))
+                                                   sample.type, options.List())
                                   : nullptr;
     if (!dataset) return XString();
     if (sample.prepare) sample.prepare(*dataset);
@@ -55,4 +55,16 @@ inline XString XfnWriteGdalSample(const QString& path, const tagXGdalSample& sam
                                          nullptr, nullptr);
     GDALClose(dataset);
     return result == CE_None ? XString(name.constData()) : XString();
+}
+
+/// A file of one band or several with these values, in one call.
+inline XString XfnWriteGdalSample(const QString& path, int width, int height,
+                                  std::function<double(int x, int y, int band)> value,
+                                  int bands = 1, const char* options = "")
+{
+    return XfnWriteGdalSample(path, {.width = width,
+                                     .height = height,
+                                     .bands = bands,
+                                     .options = options,
+                                     .value = std::move(value)});
 }

@@ -207,6 +207,8 @@ inline std::vector<tagXVectorSample> MakeVectorSamples()
     bitmap.SetDIB(&info, bits);
     bitmap.SetAlpha(0.75);
     bitmap.SetBorderFlag(1);
+    bitmap.SetTransparent(1);
+    bitmap.SetInexMap(std::vector<tagXVector3>(4, {1.5, 2.5, 0}).data());
     bitmap.SetMapBox(0, 1, 2, 3);
     add(bitmap, R"({"opacity":0.75,"border":1,"mapBox":[0,1,2,3]})");
     XvcRaster raster = withBox(XvcRaster());
@@ -237,8 +239,11 @@ inline std::vector<tagXVectorSample> MakeVectorSamples()
     XvcMeasurePoint measured = withReference(XvcMeasurePoint(4e5, 4e6));
     measured.SetType(1);
     measured.SetDecimals(5);
+    measured.SetLengthUnit(6);
+    measured.SetAreaUnit(5);
     measured.SetTextColor(0xFF00FF00u);
-    add(measured, R"({"shape":1,"decimals":5,"size":3.5,"textColor":4278255360})");
+    add(measured, R"({"shape":1,"decimals":5,"size":3.5,"textColor":4278255360,
+                     "lengthUnit":6,"areaUnit":5})");
     add(withReference(withVertices(XvcMeasureDist())), R"({"decimals":2})");
     add(withReference(withVertices(XvcMeasureArea())), R"({"label":1})");
     add(withReference(withVertices(XvcMeasureAngle())), R"({"size":3.5})");

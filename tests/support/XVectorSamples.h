@@ -1,12 +1,9 @@
 #pragma once
 
-#include "foundation/base/XArchive.h"
-#include "foundation/base/XFileException.h"
-#include "foundation/base/XMemFile.h"
 #include "foundation/base/XSentinels.h"
-#include "foundation/surface/XBackBuffer.h"
-#include "foundation/surface/XVertBuffer.h"
 #include "foundation/vector/XvcObj.h"
+#include "tests/support/XArchiveBytes.h"
+#include "tests/support/XDrawn.h"
 
 #include <gtest/gtest.h>
 
@@ -14,45 +11,6 @@
 #include <memory>
 #include <string>
 #include <vector>
-
-using XSampleBytes = std::vector<unsigned char>;
-
-inline XSampleBytes StoreObject(XvcObj& object)
-{
-    XMemFile file;
-    XArchive archive(&file, XArchive::kStore);
-    object.Serialize(archive);
-    archive.Close();
-    return XSampleBytes(file.GetBuffer(), file.GetBuffer() + file.GetLength());
-}
-
-inline bool LoadObject(XvcObj& object, const XSampleBytes& bytes, std::size_t count)
-{
-    XMemFile file;
-    file.Attach(bytes.data(), count);
-    XArchive archive(&file, XArchive::kLoad);
-    try {
-        object.Serialize(archive);
-        return true;
-    } catch (const XFileException&) {
-        return false;
-    }
-}
-
-inline std::shared_ptr<const XVertRecording> RecordObject(XvcObj& object,
-                                                          const XWarp2D* warp = nullptr)
-{
-    XVertBuffer buffer;
-    buffer.Start();
-    object.CreateVertexBuffer(&buffer, warp, nullptr);
-    buffer.End();
-    for (const auto& command : buffer.GetRecording()->GetCommands()) {
-        const double* at = buffer.GetRecording()->GetVertices(command.first);
-        for (std::size_t i = 0; i < 2 * command.count; ++i)
-            EXPECT_TRUE(XfnIsSet(at[i]));
-    }
-    return buffer.GetRecording();
-}
 
 /// Calls visit(recording, command) for each primitive, those of parts included.
 template <class Visit>
@@ -67,18 +25,22 @@ void ForEachPrimitive(const XVertRecording& recording, const Visit& visit)
     }
 }
 
-/// A black surface of one world unit a pixel, whose lower left corner is (0, 0).
-inline XBackBuffer MakeSurface(int width, int height)
+/// What an object, a layer or a base records; all its places have to be numbers.
+template <class Source>
+std::shared_ptr<const XVertRecording> RecordObject(Source& source, const XWarp2D* warp = nullptr,
+                                                   const tagXDrawAttrs* attrs = nullptr)
 {
-    XBackBuffer buffer;
-    buffer.Create(nullptr, 2);
-    buffer.Resize(nullptr, width, height);
-    buffer.SetWorldPerPixel(1.0, 1.0);
-    buffer.SetWorldToCenter(width / 2.0, height / 2.0);
-    return buffer;
+    const XVertBuffer buffer =
+        Recorded([&](XVertBuffer& into) { source.CreateVertexBuffer(&into, warp, attrs); });
+    ForEachPrimitive(*buffer.GetRecording(), [](const auto& recording, const auto& command) {
+        const double* at = recording.GetVertices(command.first);
+        for (std::size_t i = 0; i < 2 * command.count; ++i)
+            EXPECT_TRUE(XfnIsSet(at[i]));
+    });
+    return buffer.GetRecording();
 }
 
-/// Draws on such a surface and tells its pixels as letters, one row a line: those of `key` ("K" at
+/// Draws on a surface (MakeSurface) and tells its pixels as letters, one row a line: those of `key` ("K" at
 /// first for black) by colour 0xRRGGBB, '?' for others.
 inline std::string DrawAsText(XvcObj& object, int width, int height,
                               const std::vector<std::pair<std::uint32_t, char>>& key)

@@ -9,6 +9,7 @@ thread_local int g_allocations = 0;
 
 } // namespace
 
+// the forms for arrays call these
 void* operator new(std::size_t bytes)
 {
     ++g_allocations;
@@ -16,27 +17,12 @@ void* operator new(std::size_t bytes)
     throw std::bad_alloc();
 }
 
-void* operator new[](std::size_t bytes)
-{
-    return operator new(bytes);
-}
-
 void operator delete(void* block) noexcept
 {
     std::free(block);
 }
 
-void operator delete[](void* block) noexcept
-{
-    std::free(block);
-}
-
 void operator delete(void* block, std::size_t) noexcept
-{
-    std::free(block);
-}
-
-void operator delete[](void* block, std::size_t) noexcept
 {
     std::free(block);
 }

@@ -7,8 +7,7 @@ namespace {
 TEST(XCodePage, Utf8PassesUnchanged)
 {
     EXPECT_EQ(XfnGetCodePage(), 65001);
-    EXPECT_STREQ(XString(L"\uAC00\u00E9A"), "\xEA\xB0\x80\xC3\xA9"
-                                            "A");
+    EXPECT_STREQ(XString(L"\uAC00\u00E9A"), "\352\260\200\303\251A");
     EXPECT_STREQ(XString(L"\U0001F600"), "\xF0\x9F\x98\x80");
     const wchar_t broken[] = {0xD800, 0x110000, 0}; // no characters
     EXPECT_STREQ(XString(broken), "\xEF\xBF\xBD\xEF\xBF\xBD");
@@ -42,20 +41,12 @@ TEST(XCodePage, KoreanBothWays)
 TEST(XCodePage, WhatCannotBeConvertedIsReplaced)
 {
     const int k = kXCodePageKorean;
-    EXPECT_STREQ(XfnUtf8ToCodePage(k, "a\xC2\xA9"
-                                      "b"),
+    EXPECT_STREQ(XfnUtf8ToCodePage(k, "a\302\251b"),
                  "a?b"); // no such sign there
-    EXPECT_STREQ(XfnUtf8ToCodePage(k, "a\xF0\x9F\x98\x80"
-                                      "b"),
-                 "a?b");
+    EXPECT_STREQ(XfnUtf8ToCodePage(k, "a\360\237\230\200b"), "a?b");
     EXPECT_STREQ(XfnUtf8ToCodePage(k, "a\xEA\xB0"), "a?"); // cut off
-    EXPECT_STREQ(XfnUtf8ToCodePage(k, "\xFF"
-                                      "b"),
-                 "?b");
-    EXPECT_STREQ(XfnCodePageToUtf8(k, "a\xFF\xFF"
-                                      "b"),
-                 "a\xEF\xBF\xBD\xEF\xBF\xBD"
-                 "b");
+    EXPECT_STREQ(XfnUtf8ToCodePage(k, "\377b"), "?b");
+    EXPECT_STREQ(XfnCodePageToUtf8(k, "a\377\377b"), "a\357\277\275\357\277\275b");
     EXPECT_STREQ(XfnCodePageToUtf8(k, "a\xB0"), "a\xEF\xBF\xBD");
     // longer than one chunk of the conversion, with zero bytes
     XString longText('\0', 3);
@@ -68,26 +59,14 @@ TEST(XCodePage, WhatCannotBeConvertedIsReplaced)
 
 TEST(XCodePage, CutsBetweenCharacters)
 {
-    EXPECT_EQ(XfnFitToCharacter("a\xEA\xB0\x80"
-                                "b",
-                                5, 3),
-              1);
-    EXPECT_EQ(XfnFitToCharacter("a\xEA\xB0\x80"
-                                "b",
-                                5, 4),
-              4);
+    EXPECT_EQ(XfnFitToCharacter("a\352\260\200b", 5, 3), 1);
+    EXPECT_EQ(XfnFitToCharacter("a\352\260\200b", 5, 4), 4);
     EXPECT_EQ(XfnFitToCharacter("abc", 3, 9), 3);
     EXPECT_EQ(XfnFitToCharacter("abc", 3, -1), 0);
     EXPECT_EQ(XfnFitToCharacter("\x80\x80\x80\x80\x80", 5, 4), 4); // no UTF-8 at all
     const CodePageScope korean(kXCodePageKorean);
-    EXPECT_EQ(XfnFitToCharacter("a\xB0\xA1"
-                                "b",
-                                4, 2),
-              1);
-    EXPECT_EQ(XfnFitToCharacter("a\xB0\xA1"
-                                "b",
-                                4, 3),
-              3);
+    EXPECT_EQ(XfnFitToCharacter("a\260\241b", 4, 2), 1);
+    EXPECT_EQ(XfnFitToCharacter("a\260\241b", 4, 3), 3);
 }
 
 } // namespace

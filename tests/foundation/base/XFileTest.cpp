@@ -4,6 +4,7 @@
 #include "foundation/base/XPath.h"
 #include "foundation/base/XSafeFile.h"
 #include "foundation/base/XSystem.h"
+#include "tests/support/XFullDisk.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,6 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -251,21 +251,16 @@ TEST_F(FileTest, ASafeFileThatFailsLeavesTheTarget)
     EXPECT_FALSE(XfnWriteFileSafely("/dev/null", "x", 1, message));
     EXPECT_FALSE(XfnWriteFileSafely("", "x", 1, message));
 
-    // a disk that fills up in the middle, played by the size limit of the process
+    // a disk that fills up in the middle
     const XString path = Path("a.txt");
     ASSERT_TRUE(XfnWriteFileSafely(path, "old", 3, message));
-    rlimit old;
-    getrlimit(RLIMIT_FSIZE, &old);
-    const auto handler = signal(SIGXFSZ, SIG_IGN);
-    const rlimit tight = {4096, old.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &tight);
-    XSafeFile file;
-    int isWritten = file.Create(path, message);
-    isWritten = isWritten && file.Write(std::string(10000, 'x').data(), 10000);
-    const int isCommitted = file.Commit(message);
-    setrlimit(RLIMIT_FSIZE, &old);
-    signal(SIGXFSZ, handler);
-    EXPECT_FALSE(isWritten || isCommitted);
+    {
+        const XFullDisk disk(4096);
+        XSafeFile file;
+        const int isWritten =
+            file.Create(path, message) && file.Write(std::string(10000, 'x').data(), 10000);
+        EXPECT_FALSE(isWritten || file.Commit(message));
+    }
     EXPECT_STREQ(message, "The disk is full: " + path + ".");
     EXPECT_EQ(Contents(path), "old");
     EXPECT_EQ(CountFiles(), 1);

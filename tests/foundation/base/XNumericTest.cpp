@@ -134,8 +134,7 @@ struct tagPoints
     {
         double worst = 0;
         for (std::size_t i = 0; i < x.size(); ++i) {
-            double px = x[i];
-            double py = y[i];
+            double px = x[i], py = y[i];
             warp.Warp(px, py);
             worst = std::max({worst, std::fabs(px - toX[i]), std::fabs(py - toY[i])});
         }
@@ -183,8 +182,7 @@ TEST(XWarp2D, PseudoAffineIsBilinear)
     ASSERT_TRUE(warp.FitPseudoAffine(x, y, toX, toY, 4));
     EXPECT_FALSE(warp.IsAffine());
     EXPECT_EQ(warp.GetNumOfTerms(), 4);
-    double px = 50;
-    double py = 25;
+    double px = 50, py = 25;
     warp.WarpPoint(px, py);
     EXPECT_NEAR(px, 6, 1e-14);
     EXPECT_NEAR(py, 16.25, 1e-14);
@@ -204,8 +202,7 @@ TEST(XWarp2D, AffineForthAndBack)
     const XWarp2D inverse = warp.InverseAffine();
     ASSERT_TRUE(inverse.IsValid() && inverse.IsAffine());
     for (const auto& [x, y] : {std::pair{0.0, 0.0}, {-0.5, 1023.5}, {2e4, -3e4}}) {
-        double px = x;
-        double py = y;
+        double px = x, py = y;
         warp.Warp(px, py);
         inverse.Warp(px, py);
         EXPECT_NEAR(px, x, 1e-8); // 4e6 holds 5e-10, divided by 0.145
@@ -220,8 +217,7 @@ TEST(XWarp2D, AffineForthAndBack)
     EXPECT_NEAR(a[2], 1, 1e-11);
     EXPECT_NEAR(a[4], 0, 1e-11);
     EXPECT_NEAR(a[3], 1, 1e-5); // extrapolated by 4e6 from an extent of 750
-    double px = 4.0e6;
-    double py = -3.0e5;
+    double px = 4.0e6, py = -3.0e5;
     fit.Warp(px, py);
     fit.InverseAffine().Warp(px, py);
     EXPECT_NEAR(px, 4.0e6, 1e-8);
@@ -265,8 +261,7 @@ TEST(XWarp2D, IdentityAndInvalid)
 {
     XWarp2D warp;
     EXPECT_TRUE(!warp.IsValid() && warp.IsIdentity() && warp.GetOrder() == 0);
-    double x = 3;
-    double y = 4;
+    double x = 3, y = 4;
     warp.Warp(x, y);
     EXPECT_TRUE(x == 3 && y == 4);
     warp.SetAffine(0, 1, 0, 0, 0, 1);
@@ -371,7 +366,7 @@ TEST(XThreadSafeArr3, SizesAndPlaces)
     EXPECT_FALSE(block.Create(2, 0, 3, 2));
     EXPECT_EQ(block.GetXSize(), 5); // as it was
 
-    std::vector<std::thread> threads; // for the thread sanitizer
+    std::vector<std::jthread> threads; // for the thread sanitizer
     for (int t = 0; t < 3; ++t) {
         threads.emplace_back([&block] {
             for (int i = 0; i < 200; ++i) {
@@ -383,8 +378,7 @@ TEST(XThreadSafeArr3, SizesAndPlaces)
             }
         });
     }
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear(); // joins
     block.Free();
     EXPECT_EQ(block.GetByteSize(), 0u);
 }

@@ -174,24 +174,14 @@ TEST(XString, ComparesAndKeepsZeroBytes)
 TEST(XString, DoubleByteCharactersStayWhole)
 {
     const CodePageScope korean(kXCodePageKorean);
-    XString s("a\x81"
-              "ab\xB0\xA1"); // a, U+AC03, b, U+AC00
-    EXPECT_STREQ(XString(s).MakeUpper(), "A\x81"
-                                         "aB\xB0\xA1");
+    XString s("a\201ab\260\241"); // a, U+AC03, b, U+AC00
+    EXPECT_STREQ(XString(s).MakeUpper(), "A\201aB\260\241");
     EXPECT_EQ(s.ReverseFind('a'), 0);
     EXPECT_EQ(s.Find('a', 1), -1);
     EXPECT_EQ(s.Find("ab"), -1);
     EXPECT_EQ(XString(s).Replace("a", "-"), 1);
-    EXPECT_STREQ(XString("x\x81"
-                         "a")
-                     .TrimRight("a"),
-                 "x\x81"
-                 "a");
-    EXPECT_NE(XString("\x81"
-                      "A")
-                  .CompareNoCase("\x81"
-                                 "a"),
-              0);
+    EXPECT_STREQ(XString("x\201a").TrimRight("a"), "x\201a");
+    EXPECT_NE(XString("\201A").CompareNoCase("\201a"), 0);
     EXPECT_STREQ(XfnFormat("%.2s|", s), "a|");
 }
 
@@ -199,7 +189,7 @@ TEST(XString, DoubleByteCharactersStayWhole)
 TEST(XString, CopiesLiveInSeveralThreads)
 {
     const XString shared("shared between threads");
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([copy = shared, t] {
             for (int i = 0; i < 2000; ++i) {
@@ -209,8 +199,7 @@ TEST(XString, CopiesLiveInSeveralThreads)
             }
         });
     }
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear(); // joins
     EXPECT_STREQ(shared, "shared between threads");
 }
 

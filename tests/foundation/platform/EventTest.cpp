@@ -41,7 +41,7 @@ TEST(Event, AutomaticIsTakenByExactlyOneOfManyWaiters)
     XEvent token, taken;
     XEvent quit(XEvent::XReset::Manual);
     std::atomic<int> takenCount{0};
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int i = 0; i < kThreadCount; ++i) {
         threads.emplace_back([&] {
             while (XEvent::WaitAny({&token, &quit}) == 0) {
@@ -55,8 +55,7 @@ TEST(Event, AutomaticIsTakenByExactlyOneOfManyWaiters)
         taken.Wait();
     }
     quit.Set();
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear(); // joins
     EXPECT_EQ(takenCount, kSetCount);
 }
 

@@ -46,14 +46,11 @@ TEST(FileFilter, ExtensionsAndEntries)
     EXPECT_EQ(filter.FindNameFilter(filter.GetNameFilter(2)), 2);
     EXPECT_EQ(filter.FindNameFilter(QStringLiteral("x")), -1);
 
-    const struct
-    {
-        const char* path;
-        int entry;
-    } cases[] = {{"/data/IMAGE.TIFF", 0}, {"n37.dt1", 1}, {"n37.dt", 3},        {"xxabbxc", 2},
-                 {"/a.tif/plain", 3},     {"", 3},        {"aaaaaaaaaaaab", 3}, {".tif", 0}};
-    for (const auto& row : cases)
-        EXPECT_EQ(filter.FindEntry(row.path), row.entry) << row.path;
+    const std::pair<const char*, int> cases[] = {
+        {"/data/IMAGE.TIFF", 0}, {"n37.dt1", 1}, {"n37.dt", 3},        {"xxabbxc", 2},
+        {"/a.tif/plain", 3},     {"", 3},        {"aaaaaaaaaaaab", 3}, {".tif", 0}};
+    for (const auto& [path, entry] : cases)
+        EXPECT_EQ(filter.FindEntry(path), entry) << path;
     EXPECT_EQ(XFileFilter("TIFF|*.tif||").FindEntry("a.img"), -1);
 }
 

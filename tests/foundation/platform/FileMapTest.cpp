@@ -94,7 +94,7 @@ TEST(FileMap, SlotsAreUsedAgain)
 
 TEST(FileMap, ThreadsMapReadAndLoseAtTheSameTime)
 {
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     std::atomic<int> faults{0};
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&faults, i] {
@@ -113,8 +113,7 @@ TEST(FileMap, ThreadsMapReadAndLoseAtTheSameTime)
             }
         });
     }
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear(); // joins
     EXPECT_EQ(faults, 0);
 }
 

@@ -269,7 +269,7 @@ TEST(MessageHub, EveryDeliveryIsOneSuccessfulSend)
     std::atomic<XHWND> target{window->GetHWND()};
     std::atomic<int> successCount{0};
     const XHWND witnessHandle = witness.GetHWND();
-    std::vector<std::thread> workers;
+    std::vector<std::jthread> workers;
     for (int i = 0; i < kWorkerCount; ++i) {
         workers.emplace_back([&, i] {
             for (int k = 0; k < kSendCount; ++k) {
@@ -289,8 +289,7 @@ TEST(MessageHub, EveryDeliveryIsOneSuccessfulSend)
         }
         return witness.GetMessages().size() == kWorkerCount;
     });
-    for (std::thread& worker : workers)
-        worker.join();
+    workers.clear(); // joins
     XfnRunPending();
     EXPECT_EQ(successCount, deliveredCount);
     EXPECT_GT(deliveredCount, 0);

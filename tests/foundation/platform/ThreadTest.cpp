@@ -11,6 +11,17 @@ namespace {
 
 using testing::ElementsAre;
 
+/// Starts `work()` on the thread, which reports to a window.
+template <class Work>
+int Start(XThread& thread, XHWND window, Work work, unsigned flags = 0, void* owner = nullptr)
+{
+    const auto run = [work](void*) mutable {
+        work();
+        return 0u;
+    };
+    return thread.Create(owner, window, run, nullptr, flags);
+}
+
 TEST(Thread, EachCallbackStoresItsCodeAndPosts)
 {
     struct tagCase
@@ -34,13 +45,8 @@ TEST(Thread, EachCallbackStoresItsCodeAndPosts)
         XMessageRecorder window;
         XThread thread;
         int owner = 0;
-        ASSERT_TRUE(thread.Create(
-            &owner, window.GetHWND(),
-            [&](void*) {
-                row.call(thread);
-                return 0u;
-            },
-            nullptr));
+        ASSERT_TRUE(Start(
+            thread, window.GetHWND(), [&] { row.call(thread); }, 0, &owner));
         XfnRunUntil([&] { return !window.GetMessages().empty(); });
         EXPECT_TRUE(thread.Wait());
         EXPECT_EQ(thread.GetStatus(), row.status);
@@ -83,18 +89,14 @@ TEST(Thread, DestructorStopsJoinsAndWithdrawsReports)
     {
         XThread thread;
         XEvent running;
-        thread.Create(
-            nullptr, window.GetHWND(),
-            [&](void*) {
-                thread.CallbackText("on");
-                running.Set();
-                while (!thread.IsStopRequested())
-                    std::this_thread::yield();
-                thread.CallbackCancel();
-                hasEnded = true;
-                return 0u;
-            },
-            nullptr);
+        Start(thread, window.GetHWND(), [&] {
+            thread.CallbackText("on");
+            running.Set();
+            while (!thread.IsStopRequested())
+                std::this_thread::yield();
+            thread.CallbackCancel();
+            hasEnded = true;
+        });
         running.Wait();
         EXPECT_EQ(thread.GetStopFlag()->load(), 0);
     }
@@ -110,13 +112,7 @@ TEST(Thread, DestructorFreesAWorkerThatWaitsForThisThread)
     int isSent = -1;
     {
         XThread thread;
-        thread.Create(
-            nullptr, handle,
-            [&](void*) {
-                isSent = XfnSendMessageTimeout(handle, 7, 0, 0, kXForever);
-                return 0u;
-            },
-            nullptr);
+        Start(thread, handle, [&] { isSent = XfnSendMessageTimeout(handle, 7, 0, 0, kXForever); });
     }
     EXPECT_EQ(isSent, 0);
 }
@@ -132,14 +128,10 @@ TEST(Thread, WaitFreesAWorkerThatSendsAndATimeOutLetsItSendAgain)
         XEvent go;
         std::atomic<int> isSent{-1};
         XThread thread;
-        ASSERT_TRUE(thread.Create(
-            nullptr, handle,
-            [&](void*) {
-                if (isTimedOutFirst) go.Wait();
-                isSent = XfnSendMessageTimeout(handle, 7, 0, 0, kXForever);
-                return 0u;
-            },
-            nullptr));
+        ASSERT_TRUE(Start(thread, handle, [&] {
+            if (isTimedOutFirst) go.Wait();
+            isSent = XfnSendMessageTimeout(handle, 7, 0, 0, kXForever);
+        }));
         if (isTimedOutFirst) {
             EXPECT_FALSE(thread.Wait(1));
             go.Set();
@@ -157,14 +149,10 @@ TEST(Thread, ALookTakesNoSendAway)
     constexpr int kSendCount = 200;
     int sentCount = 0;
     XThread thread;
-    ASSERT_TRUE(thread.Create(
-        nullptr, handle,
-        [&](void*) {
-            for (int i = 0; i < kSendCount; ++i)
-                sentCount += XfnSendMessageTimeout(handle, 7, 0, 0, kXForever);
-            return 0u;
-        },
-        nullptr));
+    ASSERT_TRUE(Start(thread, handle, [&] {
+        for (int i = 0; i < kSendCount; ++i)
+            sentCount += XfnSendMessageTimeout(handle, 7, 0, 0, kXForever);
+    }));
     while (!thread.Wait(0))
         QCoreApplication::processEvents();
     EXPECT_EQ(sentCount, kSendCount);
@@ -175,17 +163,14 @@ TEST(Thread, SuspendHaltsInTheNextCallback)
     XThread thread;
     std::atomic<int> step{0};
     XEvent stepped;
-    thread.Create(
-        nullptr, 0,
-        [&](void*) {
-            for (int i = 1; !thread.IsStopRequested(); ++i) {
-                step = i;
-                stepped.Set();
-                thread.CallbackPercent(i);
-            }
-            return 0u;
-        },
-        nullptr, kXCreateSuspended);
+    const auto work = [&] {
+        for (int i = 1; !thread.IsStopRequested(); ++i) {
+            step = i;
+            stepped.Set();
+            thread.CallbackPercent(i);
+        }
+    };
+    Start(thread, 0, work, kXCreateSuspended);
     EXPECT_FALSE(stepped.Wait(20)) << "started although created suspended";
     thread.Resume();
     stepped.Wait();
@@ -230,16 +215,11 @@ TEST(Thread, StatusAndTextAreReadWhileTheyChange)
     XMessageRecorder window;
     XThread thread;
     constexpr int kReportCount = 500;
-    thread.Create(
-        nullptr, window.GetHWND(),
-        [&](void*) {
-            for (int i = 0; i < kReportCount; ++i) {
-                thread.CallbackText(i % 2 ? "odd step of the work" : "even step");
-            }
-            thread.CallbackSuccess();
-            return 0u;
-        },
-        nullptr);
+    Start(thread, window.GetHWND(), [&] {
+        for (int i = 0; i < kReportCount; ++i)
+            thread.CallbackText(i % 2 ? "odd step of the work" : "even step");
+        thread.CallbackSuccess();
+    });
     while (thread.GetStatus() != kXThreadSuccess) {
         const XString text = thread.GetText();
         ASSERT_TRUE(text.IsEmpty() || text == "odd step of the work" || text == "even step");
@@ -250,8 +230,7 @@ TEST(Thread, StatusAndTextAreReadWhileTheyChange)
 TEST(Thread, AnExceptionBecomesAFailure)
 {
     XThread thread;
-    thread.Create(
-        nullptr, 0, [](void*) -> unsigned { throw std::bad_alloc(); }, nullptr);
+    Start(thread, 0, [] { throw std::bad_alloc(); });
     EXPECT_TRUE(thread.Wait());
     EXPECT_EQ(thread.GetStatus(), kXThreadFail);
     EXPECT_GE(thread.GetText().Find("memory"), 0);

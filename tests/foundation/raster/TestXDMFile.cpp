@@ -62,27 +62,8 @@ TEST(XDMFileChecksum, FastAndPlainFormAgree)
     }
 }
 
-TEST(XDMFile, EveryDataTypeAndCompressionComesBack)
-{
-    const XDMFileFolder folder;
-    const std::string path = folder / "types.xdm";
-    for (int compression = 0; compression <= 2; ++compression) {
-        tagXDMFileInfo info;
-        for (int type = 1; type <= 16; ++type)
-            info.bands.push_back(MakeBand(type, compression));
-        WriteSample(path, info);
-        XDMFileReader reader;
-        XString message;
-        ASSERT_TRUE(reader.Open(path.c_str(), message)) << message.GetString();
-        EXPECT_TRUE(reader.GetInfo() == info);
-        EXPECT_TRUE(HasSampleTiles(reader, message)) << compression << message.GetString();
-        EXPECT_TRUE(reader.CheckAll(nullptr, message)) << message.GetString();
-    }
-}
-
 TEST(XDMFile, CompressionSavesAndPredictionSavesMore)
 {
-    const XDMFileFolder folder;
     std::uintmax_t sizes[3];
     for (int compression = 0; compression <= 2; ++compression) {
         tagXDMFileInfo info;
@@ -93,39 +74,13 @@ TEST(XDMFile, CompressionSavesAndPredictionSavesMore)
             terrain[static_cast<std::size_t>(i)] =
                 static_cast<std::int16_t>(900 * std::sin(i % 256 * 0.03) + 5 * (i / 256) - 400);
         }
-        const std::string path = folder / "terrain.xdm";
-        XDMFileWriter writer;
-        XString message;
-        ASSERT_TRUE(writer.Create(path.c_str(), info, message));
-        ASSERT_TRUE(writer.WriteTile(0, 0, 0, 0, terrain.data(), 2 * terrain.size(), message));
-        ASSERT_TRUE(writer.Commit(message));
-        sizes[compression] = std::filesystem::file_size(path);
+        tagWriting w(info);
+        ASSERT_TRUE(w.writer.WriteTile(0, 0, 0, 0, terrain.data(), 2 * terrain.size(), w.message));
+        ASSERT_TRUE(w.writer.Commit(w.message));
+        sizes[compression] = std::filesystem::file_size(w.path);
     }
     EXPECT_LT(sizes[1], sizes[0] * 3 / 4);
     EXPECT_LT(sizes[2], sizes[1] / 2);
-}
-
-TEST(XDMFile, AllRecordsComeBack)
-{
-    const tagXDMFileInfo info = MakeFullInfo();
-    const XDMFileBytes bytes = MakeSample(info);
-    XDMFileReader reader;
-    XString message;
-    ASSERT_TRUE(reader.Open(ShowBytes(bytes), "memory", message)) << message.GetString();
-    const tagXDMFileInfo& read = reader.GetInfo();
-    // piece by piece first, so that a failure names the piece
-    for (std::size_t b = 0; b < 2; ++b) {
-        EXPECT_TRUE(read.bands[b].reference == info.bands[b].reference) << b;
-        EXPECT_TRUE(read.bands[b].statistics == info.bands[b].statistics) << b;
-        EXPECT_TRUE(read.bands[b].classes == info.bands[b].classes) << b;
-        EXPECT_TRUE(read.bands[b].acquisition == info.bands[b].acquisition) << b;
-        EXPECT_TRUE(read.bands[b].radar == info.bands[b].radar) << b;
-    }
-    EXPECT_TRUE(read.gcpSets == info.gcpSets);
-    EXPECT_TRUE(read.regions == info.regions);
-    EXPECT_TRUE(read.signatures == info.signatures);
-    EXPECT_TRUE(read == info);
-    EXPECT_TRUE(HasSampleTiles(reader, message)) << message.GetString();
 }
 
 TEST(XDMFile, RealsComeBackBitByBit)
@@ -137,14 +92,10 @@ TEST(XDMFile, RealsComeBackBitByBit)
         info.bands = {MakeBand(7)};
         info.bands[0].nullValue = value;
         info.bands[0].statistics.mean = value;
-        const XDMFileBytes bytes = MakeSample(info);
-        XDMFileReader reader;
-        XString message;
-        ASSERT_TRUE(reader.Open(ShowBytes(bytes), "memory", message)) << message.GetString();
-        for (const double read :
-             {reader.GetInfo().bands[0].nullValue, reader.GetInfo().bands[0].statistics.mean}) {
+        const tagOpenSample sample(info);
+        const tagXDMFileBand& band = sample.reader.GetInfo().bands[0];
+        for (const double read : {band.nullValue, band.statistics.mean})
             EXPECT_EQ(std::bit_cast<std::uint64_t>(read), std::bit_cast<std::uint64_t>(value));
-        }
     }
 }
 
@@ -173,12 +124,9 @@ TEST(XDMFile, BandsOfOneReferenceStoreItOnce)
     }
     for (const bool isOneApart : {false, true}) {
         if (isOneApart) info.bands[2].reference = {}; // as constructed: takes no bytes itself
-        const XDMFileBytes bytes = MakeSample(info);
-        EXPECT_EQ(CountText(bytes, "shared"), isOneApart ? 3 : 1);
-        XDMFileReader reader;
-        XString message;
-        ASSERT_TRUE(reader.Open(ShowBytes(bytes), "memory", message)) << message.GetString();
-        EXPECT_TRUE(reader.GetInfo() == info) << isOneApart;
+        const tagOpenSample sample(info);
+        EXPECT_EQ(CountText(sample.bytes, "shared"), isOneApart ? 3 : 1);
+        EXPECT_TRUE(sample.reader.GetInfo() == info) << isOneApart;
     }
 }
 
@@ -202,8 +150,6 @@ TEST(XDMFile, TilesWithoutValuesTakeNoBytes)
         {"complex: the real part", 12, -2, {0xFE, 0xFF, 0, 0}},
     };
     for (const auto& c : cases) {
-        const XDMFileFolder folder;
-        const std::string path = folder / "empty.xdm";
         tagXDMFileInfo info;
         info.bands = {MakeBand(c.type)};
         info.bands[0].levels = {{60000, 500, 250, 250}};
@@ -212,9 +158,8 @@ TEST(XDMFile, TilesWithoutValuesTakeNoBytes)
         while (tile.size() < 250 * 250 * c.fill.size()) {
             tile.insert(tile.end(), c.fill.begin(), c.fill.end());
         }
-        XDMFileWriter writer;
-        XString message;
-        ASSERT_TRUE(writer.Create(path.c_str(), info, message)) << message.GetString();
+        tagWriting w(info);
+        auto& [folder, path, writer, message] = w;
         ASSERT_TRUE(writer.WriteTile(0, 0, 5, 1, tile.data(), tile.size(), message));
         tile.back() ^= 1; // one bit of the last sample, and it is no longer empty
         ASSERT_TRUE(writer.WriteTile(0, 0, 7, 0, tile.data(), tile.size(), message));
@@ -260,13 +205,11 @@ TEST(XDMFileReader, RefusesTilesThatAreNot)
 
 TEST(XDMFileReader, AFailedOpenKeepsTheOldFile)
 {
-    const XDMFileBytes bytes = MakeSample(MakeInfo({MakeBand(3)}));
-    XDMFileReader reader;
-    XString message;
-    ASSERT_TRUE(reader.Open(ShowBytes(bytes), "good", message));
+    tagOpenSample sample(MakeInfo({MakeBand(3)}));
+    auto& [bytes, reader, message] = sample;
     EXPECT_FALSE(reader.Open("/nonexistent/none.xdm", message));
     EXPECT_GE(message.Find("/nonexistent/none.xdm"), 0);
-    EXPECT_EQ(reader.GetFilePath(), "good");
+    EXPECT_EQ(reader.GetFilePath(), "a.xdm");
     EXPECT_TRUE(HasSampleTiles(reader, message));
 }
 
@@ -348,33 +291,25 @@ TEST(XDMFileReader, ThreadsReadAtOnce)
     XString message;
     ASSERT_TRUE(reader.Open(path.c_str(), message));
     std::atomic<int> good{0};
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {
             XString own;
             if (HasSampleTiles(reader, own)) ++good;
         });
     }
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear(); // joins
     EXPECT_EQ(good, 4);
 }
 
-TEST(XDMFileReader, TheCheckStopsWhenToldTo)
+TEST(XDMFileReader, TheCheckStopsWhenToldToAndKnowsTheFirstBytes)
 {
-    const XDMFileBytes bytes = MakeSample(MakeInfo({MakeBand(3)}));
-    XDMFileReader reader;
-    XString message = "old";
-    ASSERT_TRUE(reader.Open(ShowBytes(bytes), "a.xdm", message));
+    tagOpenSample sample(MakeInfo({MakeBand(3)}));
+    sample.message = "old";
     const std::atomic<int> abort{1};
-    EXPECT_FALSE(reader.CheckAll(&abort, message));
-    EXPECT_TRUE(message.IsEmpty());
-}
-
-TEST(XDMFileReader, KnowsItsFilesByTheirFirstBytes)
-{
-    const XDMFileBytes bytes = MakeSample(MakeInfo({MakeBand(3)}));
-    EXPECT_TRUE(XDMFileReader::IsXDMFile(bytes.data(), 8));
-    EXPECT_FALSE(XDMFileReader::IsXDMFile(bytes.data(), 7));
-    EXPECT_FALSE(XDMFileReader::IsXDMFile(bytes.data() + 1, 8));
+    EXPECT_FALSE(sample.reader.CheckAll(&abort, sample.message));
+    EXPECT_TRUE(sample.message.IsEmpty());
+    EXPECT_TRUE(XDMFileReader::IsXDMFile(sample.bytes.data(), 8));
+    EXPECT_FALSE(XDMFileReader::IsXDMFile(sample.bytes.data(), 7));
+    EXPECT_FALSE(XDMFileReader::IsXDMFile(sample.bytes.data() + 1, 8));
 }

@@ -3,8 +3,6 @@
 #include "foundation/base/XChecksum.h"
 #include "foundation/raster/XDMFileLayout.h"
 
-#include <functional>
-
 namespace {
 
 /// A small file that can be changed piece by piece and given right checksums again.
@@ -110,7 +108,7 @@ tagXDMFileInfo MakeSmallInfo()
 }
 
 /// Opens and reads everything; the bytes stand in memory that ends where they end.
-int ReadAll(const XDMFileBytes& bytes, XString& message)
+int ReadEverything(const XDMFileBytes& bytes, XString& message)
 {
     const XDMFileBytes exact(bytes.begin(), bytes.end());
     XDMFileReader reader;
@@ -136,7 +134,6 @@ XDMFileBytes Repeat(const XDMFileBytes& bytes, int times)
     return out;
 }
 
-constexpr XDMFileBlock kBand = XDMFileBlock::Band;
 constexpr std::uint64_t kHuge = ~std::uint64_t(0) - 15;
 
 /// Makes a block one that every reader may skip.
@@ -150,182 +147,155 @@ void Forget(tagXDMFileDirectoryEntry& block)
 void SetTileWidth(DamagedFile& f, int width)
 {
     f.Tile(3, 1) = {};
-    f.SetNumber(kBand, 9, 2, width, 1);
+    f.SetNumber(XDMFileBlock::Band, 9, 2, width, 1);
 }
+
+using F = DamagedFile&;
+using enum XDMFileBlock;
 
 struct tagLie
 {
     const char* name;
     const char* answer; // part of the sentence; empty when the file is to be read
-    std::function<void(DamagedFile&)> tell;
+    void (*tell)(F);
 };
 
 const tagLie kLies[] = {
     {"untouched", "", [](DamagedFile&) {}},
-    {"bytes after the end", "", [](DamagedFile& f) { f.Bytes().resize(f.Bytes().size() + 9, 1); }},
-    {"an unknown part that may be skipped", "",
-     [](DamagedFile& f) { f.Block(XDMFileBlock::Statistics).type = 999; }},
-    {"an unknown optional feature", "", [](DamagedFile& f) { f.Header().optionalFeatures = 64; }},
-    {"a later minor version", "", [](DamagedFile& f) { f.Header().minorVersion = 7; }},
+    {"bytes after the end", "", [](F f) { f.Bytes().resize(f.Bytes().size() + 9, 1); }},
+    {"an unknown part that may be skipped", "", [](F f) { f.Block(Statistics).type = 999; }},
+    {"an unknown optional feature", "", [](F f) { f.Header().optionalFeatures = 64; }},
+    {"a later minor version", "", [](F f) { f.Header().minorVersion = 7; }},
     {"an unknown field", "",
-     [](DamagedFile& f) {
-         f.Replace(XDMFileBlock::File, MakeField(99, 77, 3, {1, 2, 3}));
+     [](F f) {
+         f.Replace(File, MakeField(99, 77, 3, {1, 2, 3}));
      }},
 
-    {"another file", "not an XDM file", [](DamagedFile& f) { f.Header().magic[4] = '\n'; }},
-    {"a later version", "version 2", [](DamagedFile& f) { f.Header().majorVersion = 2; }},
+    {"another file", "not an XDM file", [](F f) { f.Header().magic[4] = '\n'; }},
+    {"a later version", "version 2", [](F f) { f.Header().majorVersion = 2; }},
     {"an unknown required feature", "newer program",
-     [](DamagedFile& f) { f.Header().requiredFeatures |= 64; }},
+     [](F f) { f.Header().requiredFeatures |= 64; }},
     {"an unknown required part", "newer program",
-     [](DamagedFile& f) { f.Block(XDMFileBlock::Regions) = {999, 1, 0, 0, 64, 1, 0, 0}; }},
+     [](F f) { f.Block(Regions) = {999, 1, 0, 0, 64, 1, 0, 0}; }},
 
     {"a directory past the end", "directory lies outside",
-     [](DamagedFile& f) { f.Header().directoryOffset = f.Bytes().size() / 16 * 16; }},
+     [](F f) { f.Header().directoryOffset = f.Bytes().size() / 16 * 16; }},
     {"a directory whose end wraps", "directory lies outside",
-     [](DamagedFile& f) { f.Header().directoryOffset = kHuge; }},
+     [](F f) { f.Header().directoryOffset = kHuge; }},
     {"a directory over the header", "directory lies outside",
-     [](DamagedFile& f) { f.Header().directoryOffset = 16; }},
+     [](F f) { f.Header().directoryOffset = 16; }},
     {"a directory off its alignment", "directory lies outside",
-     [](DamagedFile& f) { f.Header().directoryOffset -= 8; }},
+     [](F f) { f.Header().directoryOffset -= 8; }},
     {"half an entry in the directory", "impossible size",
-     [](DamagedFile& f) { f.Header().directoryBytes -= 8; }},
-    {"an empty directory", "impossible size",
-     [](DamagedFile& f) { f.Header().directoryBytes = 0; }},
+     [](F f) { f.Header().directoryBytes -= 8; }},
+    {"an empty directory", "impossible size", [](F f) { f.Header().directoryBytes = 0; }},
     {"a directory over a block", "same bytes",
-     [](DamagedFile& f) { f.Block(kBand).offset = f.Header().directoryOffset + 16; }},
+     [](F f) { f.Block(Band).offset = f.Header().directoryOffset + 16; }},
 
-    {"a block past the end", "lies outside",
-     [](DamagedFile& f) { f.Block(kBand).bytes = f.Bytes().size(); }},
-    {"a block whose end wraps", "lies outside",
-     [](DamagedFile& f) { f.Block(kBand).offset = kHuge; }},
+    {"a block past the end", "lies outside", [](F f) { f.Block(Band).bytes = f.Bytes().size(); }},
+    {"a block whose end wraps", "lies outside", [](F f) { f.Block(Band).offset = kHuge; }},
     {"a block of absurd size", "impossible size",
-     [](DamagedFile& f) { f.Block(kBand).bytes = ~std::uint64_t(0); }},
-    {"an empty block", "lies outside", [](DamagedFile& f) { f.Block(kBand).bytes = 0; }},
+     [](F f) { f.Block(Band).bytes = ~std::uint64_t(0); }},
+    {"an empty block", "lies outside", [](F f) { f.Block(Band).bytes = 0; }},
     {"two blocks in one place", "same bytes",
-     [](DamagedFile& f) { f.Block(XDMFileBlock::Regions).offset = f.Block(kBand).offset; }},
+     [](F f) { f.Block(Regions).offset = f.Block(Band).offset; }},
     {"an unknown block over another", "same bytes",
-     [](DamagedFile& f) {
-         f.Block(XDMFileBlock::Regions).offset = f.Block(kBand).offset;
-         f.Block(XDMFileBlock::Regions).type = 999;
+     [](F f) {
+         f.Block(Regions).offset = f.Block(Band).offset;
+         f.Block(Regions).type = 999;
      }},
-    {"a block twice", "stands twice", [](DamagedFile& f) { f.Block(kBand, 1).band = 0; }},
-    {"a gap in the bands", "not there", [](DamagedFile& f) { f.Block(kBand, 1).band = 5; }},
+    {"a block twice", "stands twice", [](F f) { f.Block(Band, 1).band = 0; }},
+    {"a gap in the bands", "not there", [](F f) { f.Block(Band, 1).band = 5; }},
     {"statistics for all bands", "not there",
-     [](DamagedFile& f) { f.Block(XDMFileBlock::Statistics).band = kXDMFileNoIndex; }},
-    {"regions of a band", "must not",
-     [](DamagedFile& f) { f.Block(XDMFileBlock::Regions).band = 0; }},
+     [](F f) { f.Block(Statistics).band = kXDMFileNoIndex; }},
+    {"regions of a band", "must not", [](F f) { f.Block(Regions).band = 0; }},
     {"no band", "no band",
-     [](DamagedFile& f) {
-         f.Block(kBand, 1) = {998, 0, 1, 0, f.Block(kBand, 1).offset, 1, 0, 0};
-         f.Block(kBand, 0) = {999, 0, 1, 0, f.Block(kBand, 0).offset, 1, 0, 0};
+     [](F f) {
+         f.Block(Band, 1) = {998, 0, 1, 0, f.Block(Band, 1).offset, 1, 0, 0};
+         f.Block(Band, 0) = {999, 0, 1, 0, f.Block(Band, 0).offset, 1, 0, 0};
      }},
-    {"no description", "missing", [](DamagedFile& f) { Forget(f.Block(XDMFileBlock::File)); }},
-    {"no tile table", "missing", [](DamagedFile& f) { Forget(f.Block(XDMFileBlock::TileTable)); }},
-    {"a tile table of no level", "not there",
-     [](DamagedFile& f) { f.Block(XDMFileBlock::TileTable, 1).level = 2; }},
-    {"a tile table too short", "not the size",
-     [](DamagedFile& f) { f.Block(XDMFileBlock::TileTable).bytes -= 24; }},
+    {"no description", "missing", [](F f) { Forget(f.Block(File)); }},
+    {"no tile table", "missing", [](F f) { Forget(f.Block(TileTable)); }},
+    {"a tile table of no level", "not there", [](F f) { f.Block(TileTable, 1).level = 2; }},
+    {"a tile table too short", "not the size", [](F f) { f.Block(TileTable).bytes -= 24; }},
 
-    {"no pixels", "no pixels", [](DamagedFile& f) { f.SetNumber(kBand, 9, 0, 0); }},
-    {"negative pixels", "no pixels", [](DamagedFile& f) { f.SetNumber(kBand, 9, 1, -10); }},
-    {"a width beyond 32 bits", "too large",
-     [](DamagedFile& f) { f.SetNumber(kBand, 9, 0, (1LL << 32) + 20); }},
+    {"no pixels", "no pixels", [](F f) { f.SetNumber(Band, 9, 0, 0); }},
+    {"negative pixels", "no pixels", [](F f) { f.SetNumber(Band, 9, 1, -10); }},
+    {"a width beyond 32 bits", "too large", [](F f) { f.SetNumber(Band, 9, 0, (1LL << 32) + 20); }},
     {"more tiles than any file holds", "too many tiles",
-     [](DamagedFile& f) {
-         f.SetNumber(kBand, 9, 0, 0x7FFFFFFF);
-         f.SetNumber(kBand, 9, 1, 0x7FFFFFFF);
-         f.SetNumber(kBand, 9, 2, 1);
-         f.SetNumber(kBand, 9, 3, 1);
+     [](F f) {
+         for (const std::size_t side : {0, 1})
+             f.SetNumber(Band, 9, side, 0x7FFFFFFF), f.SetNumber(Band, 9, 2 + side, 1);
      }},
-    {"a wider picture than tiles", "not the size",
-     [](DamagedFile& f) { f.SetNumber(kBand, 9, 0, 40); }},
+    {"a wider picture than tiles", "not the size", [](F f) { f.SetNumber(Band, 9, 0, 40); }},
     {"a giant tile", "too large",
-     [](DamagedFile& f) {
-         f.SetNumber(kBand, 9, 2, 32768);
-         f.SetNumber(kBand, 9, 3, 32768);
-     }},
-    {"a tile side of 0", "tile size", [](DamagedFile& f) { f.SetNumber(kBand, 9, 2, 0); }},
-    {"a level that grows", "not smaller", [](DamagedFile& f) { f.SetNumber(kBand, 9, 4, 21); }},
+     [](F f) { f.SetNumber(Band, 9, 2, 32768), f.SetNumber(Band, 9, 3, 32768); }},
+    {"a tile side of 0", "tile size", [](F f) { f.SetNumber(Band, 9, 2, 0); }},
+    {"a level that grows", "not smaller", [](F f) { f.SetNumber(Band, 9, 4, 21); }},
     {"a level like the last", "not smaller",
-     [](DamagedFile& f) {
-         f.SetNumber(kBand, 9, 4, 20);
-         f.SetNumber(kBand, 9, 5, 10);
-     }},
-    {"an unknown data type", "proper sample", [](DamagedFile& f) { f.SetNumber(kBand, 4, 0, 17); }},
-    {"a data type beyond an int", "too large",
-     [](DamagedFile& f) { f.SetNumber(kBand, 4, 0, 1LL << 40); }},
-    {"a data type of another size", "proper sample",
-     [](DamagedFile& f) { f.SetNumber(kBand, 4, 0, 8); }},
-    {"statistics of no kind", "unknown kind",
-     [](DamagedFile& f) { f.SetNumber(XDMFileBlock::Statistics, 1, 0, 3); }},
+     [](F f) { f.SetNumber(Band, 9, 4, 20), f.SetNumber(Band, 9, 5, 10); }},
+    {"an unknown data type", "proper sample", [](F f) { f.SetNumber(Band, 4, 0, 17); }},
+    {"a data type beyond an int", "too large", [](F f) { f.SetNumber(Band, 4, 0, 1LL << 40); }},
+    {"a data type of another size", "proper sample", [](F f) { f.SetNumber(Band, 4, 0, 8); }},
+    {"statistics of no kind", "unknown kind", [](F f) { f.SetNumber(Statistics, 1, 0, 3); }},
     {"a region that is not there", "not there",
-     [](DamagedFile& f) {
+     [](F f) {
          const XDMFileBytes regions = MakeField(4, 1, 8, {1, 0, 0, 0, 0, 0, 0, 0});
-         f.Replace(XDMFileBlock::Signatures, MakeField(1, 4, 16, regions));
+         f.Replace(Signatures, MakeField(1, 4, 16, regions));
      }},
 
     {"half a field head", "head of a field",
-     [](DamagedFile& f) {
-         f.Replace(XDMFileBlock::File, {1, 0, 3, 0, 0, 0, 0});
+     [](F f) {
+         f.Replace(File, {1, 0, 3, 0, 0, 0, 0});
      }},
     {"a field longer than its block", "within a field",
-     [](DamagedFile& f) {
-         f.Replace(XDMFileBlock::File, MakeField(1, 3, 4, {1, 2, 3}));
+     [](F f) {
+         f.Replace(File, MakeField(1, 3, 4, {1, 2, 3}));
      }},
     {"a field of 4 GiB", "within a field",
-     [](DamagedFile& f) {
-         f.Replace(XDMFileBlock::File, MakeField(1, 3, 0xFFFFFFFF, {1, 2, 3}));
+     [](F f) {
+         f.Replace(File, MakeField(1, 3, 0xFFFFFFFF, {1, 2, 3}));
      }},
-    {"a field twice", "twice",
-     [](DamagedFile& f) { f.Replace(XDMFileBlock::File, Repeat(MakeField(1, 3, 1, {'a'}), 2)); }},
+    {"a field twice", "twice", [](F f) { f.Replace(File, Repeat(MakeField(1, 3, 1, {'a'}), 2)); }},
     {"a number for a text", "another kind",
-     [](DamagedFile& f) { f.Replace(XDMFileBlock::File, MakeField(1, 1, 8, XDMFileBytes(8))); }},
+     [](F f) { f.Replace(File, MakeField(1, 1, 8, XDMFileBytes(8))); }},
     {"seven bytes of a real", "another length",
-     [](DamagedFile& f) { f.Replace(XDMFileBlock::File, MakeField(4, 2, 7, XDMFileBytes(7))); }},
+     [](F f) { f.Replace(File, MakeField(4, 2, 7, XDMFileBytes(7))); }},
     {"255 bins", "histogram",
-     [](DamagedFile& f) {
-         f.Replace(XDMFileBlock::Statistics, MakeField(10, 1, 255 * 8, XDMFileBytes(255 * 8)));
-     }},
+     [](F f) { f.Replace(Statistics, MakeField(10, 1, 255 * 8, XDMFileBytes(255 * 8))); }},
     {"a matrix of another size", "wrong size",
-     [](DamagedFile& f) {
-         f.Block(XDMFileBlock::Classes) = {12, 0, kXDMFileNoIndex, kXDMFileNoIndex, 64, 1, 0, 0};
-         f.Replace(XDMFileBlock::Matrices, MakeField(1, 2, 24, XDMFileBytes(24)));
+     [](F f) {
+         f.Block(Classes) = {12, 0, kXDMFileNoIndex, kXDMFileNoIndex, 64, 1, 0, 0};
+         f.Replace(Matrices, MakeField(1, 2, 24, XDMFileBytes(24)));
      }},
     {"a flood of empty records", "more records",
-     [](DamagedFile& f) {
-         f.Replace(XDMFileBlock::Regions, Repeat(MakeField(1, 4, 0, {}), 5000));
-     }},
+     [](F f) { f.Replace(Regions, Repeat(MakeField(1, 4, 0, {}), 5000)); }},
 
     {"a tile past the end", "lies outside",
-     [](DamagedFile& f) { f.Tile(0).offset = f.Bytes().size() / 16 * 16; }},
-    {"a tile whose end wraps", "lies outside", [](DamagedFile& f) { f.Tile(0).offset = kHuge; }},
-    {"a tile over the header", "lies outside", [](DamagedFile& f) { f.Tile(0).offset = 0; }},
-    {"a tile off its alignment", "lies outside", [](DamagedFile& f) { f.Tile(0).offset += 8; }},
+     [](F f) { f.Tile(0).offset = f.Bytes().size() / 16 * 16; }},
+    {"a tile whose end wraps", "lies outside", [](F f) { f.Tile(0).offset = kHuge; }},
+    {"a tile over the header", "lies outside", [](F f) { f.Tile(0).offset = 0; }},
+    {"a tile off its alignment", "lies outside", [](F f) { f.Tile(0).offset += 8; }},
     {"a tile over the directory", "another part",
-     [](DamagedFile& f) { f.Tile(0).offset = f.Header().directoryOffset; }},
+     [](F f) { f.Tile(0).offset = f.Header().directoryOffset; }},
     {"a tile that begins before a block and ends in it", "another part",
-     [](DamagedFile& f) {
-         f.Tile(0).offset = (f.Block(XDMFileBlock::TileTable).offset - 16) / 16 * 16;
-     }},
+     [](F f) { f.Tile(0).offset = (f.Block(TileTable).offset - 16) / 16 * 16; }},
     {"two tiles of a level in one place", "Two tiles",
-     [](DamagedFile& f) { f.Tile(1).offset = f.Tile(0).offset + 16; }},
-    {"tiles of two bands in one place", "Two tiles",
-     [](DamagedFile& f) { f.Tile(0, 1) = f.Tile(0, 0); }},
-    {"a plain tile of other bytes", "impossible size", [](DamagedFile& f) { --f.Tile(0).bytes; }},
+     [](F f) { f.Tile(1).offset = f.Tile(0).offset + 16; }},
+    {"tiles of two bands in one place", "Two tiles", [](F f) { f.Tile(0, 1) = f.Tile(0, 0); }},
+    {"a plain tile of other bytes", "impossible size", [](F f) { --f.Tile(0).bytes; }},
     {"a packed tile as large as a plain one", "impossible size",
-     [](DamagedFile& f) { f.Tile(0).encoding = 1; }},
-    {"an unknown encoding", "unknown way", [](DamagedFile& f) { f.Tile(0).encoding = 3; }},
-    {"an empty tile somewhere", "empty and is not", [](DamagedFile& f) { f.Tile(0).bytes = 0; }},
+     [](F f) { f.Tile(0).encoding = 1; }},
+    {"an unknown encoding", "unknown way", [](F f) { f.Tile(0).encoding = 3; }},
+    {"an empty tile somewhere", "empty and is not", [](F f) { f.Tile(0).bytes = 0; }},
     {"a packed tile that is none", "decompressed",
-     [](DamagedFile& f) {
+     [](F f) {
          tagXDMFileTileEntry& tile = f.Tile(0, 1);
          ++f.Byte(tile.offset);
          tile.checksum = XfnGetChecksum(&f.Byte(tile.offset), tile.bytes);
      }},
-    {"a packed tile larger than the tile", "decompressed",
-     [](DamagedFile& f) { SetTileWidth(f, 15); }},
-    {"a packed tile smaller than the tile", "decompressed",
-     [](DamagedFile& f) { SetTileWidth(f, 17); }},
+    {"a packed tile larger than the tile", "decompressed", [](F f) { SetTileWidth(f, 15); }},
+    {"a packed tile smaller than the tile", "decompressed", [](F f) { SetTileWidth(f, 17); }},
 };
 
 } // namespace
@@ -338,7 +308,7 @@ TEST(XDMFileDamage, EveryLieIsASentence)
         lie.tell(file);
         file.Seal();
         XString message;
-        const int isRead = ReadAll(file.Bytes(), message);
+        const int isRead = ReadEverything(file.Bytes(), message);
         if (*lie.answer == 0) {
             EXPECT_TRUE(isRead) << lie.name << ": " << message.GetString();
             continue;
@@ -354,7 +324,7 @@ TEST(XDMFileDamage, EveryCutIsASentence)
     const XDMFileBytes whole = MakeSample(MakeSmallInfo());
     for (std::size_t length = 0; length < whole.size(); ++length) {
         XString message;
-        EXPECT_FALSE(ReadAll(XDMFileBytes(whole.begin(), whole.begin() + length), message))
+        EXPECT_FALSE(ReadEverything(XDMFileBytes(whole.begin(), whole.begin() + length), message))
             << length << " bytes";
         EXPECT_GE(message.Find("bad.xdm"), 0) << length << " bytes";
     }

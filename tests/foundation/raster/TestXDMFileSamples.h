@@ -130,6 +130,32 @@ inline XDMFileBytes MakeSample(const tagXDMFileInfo& info)
     return LoadBytes(folder / "sample.xdm");
 }
 
+/// Such a file in memory, open.
+struct tagOpenSample
+{
+    explicit tagOpenSample(const tagXDMFileInfo& info) : bytes(MakeSample(info))
+    {
+        EXPECT_TRUE(reader.Open(ShowBytes(bytes), "a.xdm", message)) << message.GetString();
+    }
+    const XDMFileBytes bytes;
+    XDMFileReader reader;
+    XString message;
+};
+
+/// A file that is being written.
+struct tagWriting
+{
+    explicit tagWriting(const tagXDMFileInfo& info, const char* name = "a.xdm")
+        : path(folder / name)
+    {
+        EXPECT_TRUE(writer.Create(path.c_str(), info, message)) << message.GetString();
+    }
+    const XDMFileFolder folder;
+    const std::string path;
+    XDMFileWriter writer;
+    XString message;
+};
+
 /// 1 when every tile is as WriteSample wrote it.
 inline bool HasSampleTiles(const XDMFileReader& reader, XString& message)
 {

@@ -1,38 +1,14 @@
 #include "TestXDMFileSamples.h"
 
 #include "foundation/raster/XDMFileMeta.h"
+#include "tests/support/XFullDisk.h"
 
-#include <csignal>
 #include <functional>
 #include <iomanip>
 #include <sstream>
-#include <sys/resource.h>
 #include <thread>
 
 namespace {
-
-/// Files of this process end at `bytes`, as on a full disk.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        m_handler = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &m_old);
-        rlimit limit = m_old;
-        limit.rlim_cur = bytes;
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &m_old);
-        std::signal(SIGXFSZ, m_handler);
-    }
-
-private:
-    rlimit m_old;
-    void (*m_handler)(int);
-};
 
 void WriteText(const std::string& path, const char* text)
 {
@@ -59,7 +35,7 @@ TEST(XDMFileWriter, AFullDiskKeepsTheOldFile)
         XString message;
         int isWritten = 0;
         {
-            const FileSizeLimit limit(room);
+            const XFullDisk disk(room);
             XDMFileWriter writer;
             isWritten = writer.Create(path.c_str(), info, message);
             ForEachTile(info, [&](int b, int l, int tx, int ty) {
@@ -79,15 +55,11 @@ TEST(XDMFileWriter, AFullDiskKeepsTheOldFile)
 
 TEST(XDMFileWriter, AFailureOnceToldStays)
 {
-    const XDMFileFolder folder;
-    const std::string path = folder / "full.xdm";
-    const tagXDMFileInfo info = MakeInfo({MakeBand(3)});
-    XDMFileWriter writer;
-    XString message;
-    ASSERT_TRUE(writer.Create(path.c_str(), info, message));
+    tagWriting w(MakeInfo({MakeBand(3)}));
+    auto& [folder, path, writer, message] = w;
     const XDMFileBytes tile(256, 1);
     {
-        const FileSizeLimit limit(100);
+        const XFullDisk disk(100);
         EXPECT_FALSE(writer.WriteTile(0, 0, 0, 0, tile.data(), tile.size(), message));
     }
     // room again, yet a hole stands where the tile should
@@ -168,13 +140,10 @@ TEST(XDMFileWriter, RefusesWhatCouldNotBeRead)
 
 TEST(XDMFileWriter, RecordsMayFollowButNotTheLayout)
 {
-    const XDMFileFolder folder;
-    const std::string path = folder / "late.xdm";
     tagXDMFileInfo info = MakeInfo({MakeBand(3)});
     info.bands[0].nullValue = 0.0 / -0.0;
-    XDMFileWriter writer;
-    XString message;
-    ASSERT_TRUE(writer.Create(path.c_str(), info, message));
+    tagWriting w(info);
+    auto& [folder, path, writer, message] = w;
     writer.GetInfo().bands[0].statistics.max = 12;
     writer.GetInfo().bands[0].levels.pop_back();
     EXPECT_FALSE(writer.Commit(message));
@@ -193,13 +162,10 @@ TEST(XDMFileWriter, RecordsMayFollowButNotTheLayout)
 
 TEST(XDMFileWriter, RefusesTilesThatDoNotFit)
 {
-    const XDMFileFolder folder;
-    const tagXDMFileInfo info = MakeInfo({MakeBand(3)});
-    XDMFileWriter writer;
-    XString message;
+    tagWriting w(MakeInfo({MakeBand(3)}));
+    auto& [folder, path, writer, message] = w;
     const XDMFileBytes tile(256, 1);
-    EXPECT_FALSE(writer.WriteTile(0, 0, 0, 0, tile.data(), 256, message));
-    ASSERT_TRUE(writer.Create((folder / "a.xdm").c_str(), info, message));
+    EXPECT_FALSE(XDMFileWriter().WriteTile(0, 0, 0, 0, tile.data(), 256, message));
     const int none[][4] = {{1, 0, 0, 0}, {0, 2, 0, 0}, {0, 0, 3, 0}, {0, 0, 0, 3}, {0, 0, 0, -1}};
     for (const auto& t : none) {
         EXPECT_FALSE(writer.WriteTile(t[0], t[1], t[2], t[3], tile.data(), 256, message));
@@ -212,11 +178,8 @@ TEST(XDMFileWriter, RefusesTilesThatDoNotFit)
 
 TEST(XDMFileWriter, TheLastWriteOfATileCounts)
 {
-    const XDMFileFolder folder;
-    const std::string path = folder / "twice.xdm";
-    XDMFileWriter writer;
-    XString message;
-    ASSERT_TRUE(writer.Create(path.c_str(), MakeInfo({MakeBand(3)}), message));
+    tagWriting w(MakeInfo({MakeBand(3)}));
+    auto& [folder, path, writer, message] = w;
     for (const unsigned char value : {7, 9}) {
         const XDMFileBytes tile(256, value);
         ASSERT_TRUE(writer.WriteTile(0, 0, 0, 0, tile.data(), 256, message));
@@ -239,7 +202,7 @@ TEST(XDMFileWriter, ThreadsWriteAtOnce)
     XDMFileWriter writer;
     XString message;
     ASSERT_TRUE(writer.Create(path.c_str(), info, message));
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int band = 0; band < 4; ++band) {
         threads.emplace_back([&, band] {
             ForEachTile(info, [&](int b, int l, int tx, int ty) {
@@ -250,8 +213,7 @@ TEST(XDMFileWriter, ThreadsWriteAtOnce)
             });
         });
     }
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear(); // joins
     ASSERT_TRUE(writer.Commit(message)) << message.GetString();
     XDMFileReader reader;
     ASSERT_TRUE(reader.Open(path.c_str(), message)) << message.GetString();

@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
+#include <set>
 
 namespace {
 
@@ -39,6 +41,14 @@ std::vector<tagXGCP> Points(int across, int down, double bend)
     return points;
 }
 
+/// The points without those that are out of use.
+std::vector<tagXGCP> InUse(std::vector<tagXGCP> points, std::set<std::size_t> used)
+{
+    for (std::size_t i = 0; i < points.size(); ++i)
+        points[i].use = used.count(i) != 0;
+    return points;
+}
+
 struct tagTransform
 {
     const char* name;
@@ -54,14 +64,7 @@ const tagTransform kTransforms[] = {
     {"east-west mirrored", {100, -4, 0, 900, 0, -2}, 1, 0, 98 - 4 * 39, 899, 4, 2},
     {"rotated", {1000, 3, 4, 2000, 4, -3}, 1, 0, 1003.5, 2000.5, 5, 5},
     {"a pixel size of NaN", {100, kNaN, 0, 900, 0, -2}, 0, 1, 0, 0, 1, 1},
-    {"an origin of infinity",
-     {std::numeric_limits<double>::infinity(), 4, 0, 900, 0, -2},
-     0,
-     1,
-     0,
-     0,
-     1,
-     1},
+    {"an origin of infinity", {HUGE_VAL, 4, 0, 900, 0, -2}, 0, 1, 0, 0, 1, 1},
     {"pixel sizes of zero", {100, 0, 0, 900, 0, 0}, 0, 1, 0, 0, 1, 1},
     {"one pixel size of zero", {100, 4, 0, 900, 0, 0}, 0, 1, 0, 0, 1, 1},
     {"a transform without inverse", {100, 1, 2, 900, 2, 4}, 0, 1, 0, 0, 1, 1},
@@ -107,14 +110,7 @@ TEST(XBandGeometry, FitsControlPoints)
         {"four corners", Points(2, 2, 0), 1},
         {"nine bend once", Points(3, 3, 0.01), 2},
         {"sixteen bend twice", Points(4, 4, 0.01), 3},
-        {"three in use of many",
-         [] {
-             std::vector<tagXGCP> points = Points(4, 4, 0);
-             for (std::size_t i = 1; i < points.size(); ++i)
-                 points[i].use = i == 3 || i == 12;
-             return points;
-         }(),
-         1},
+        {"three in use of many", InUse(Points(4, 4, 0), {0, 3, 12}), 1},
         {"a strong bend, whose inverse is no polynomial", Points(4, 4, 0.15), 3},
         {"sixteen on three lines determine no cubic", Points(6, 3, 0.01), 2},
     };
@@ -143,26 +139,20 @@ TEST(XBandGeometry, FitsControlPoints)
 TEST(XBandGeometry, BoxesSpanCentresOrAreas)
 {
     XBandGeometry geometry;
-    double left, right, bottom, top;
-    geometry.GetBoundRect(kWidth, kHeight, left, right, bottom, top);
-    EXPECT_EQ(left, 0.0); // without a georeference world y is minus the row
-    EXPECT_EQ(right, 39.0);
-    EXPECT_EQ(bottom, -29.0);
-    EXPECT_EQ(top, 0.0);
-    geometry.GetOuterBox(kWidth, kHeight, left, right, bottom, top);
-    EXPECT_EQ(right, 39.5);
-    EXPECT_EQ(bottom, -29.5);
-    geometry.GetBoundRect(1, kHeight, left, right, bottom, top);
-    EXPECT_EQ(left, -0.5); // a column alone still has a width
-    EXPECT_EQ(right, 0.5);
+    std::array<double, 4> box{}; // left, right, bottom, top
+    geometry.GetBoundRect(kWidth, kHeight, box[0], box[1], box[2], box[3]);
+    EXPECT_EQ(box, (std::array{0.0, 39.0, -29.0, 0.0})) << "world y is minus the row";
+    geometry.GetOuterBox(kWidth, kHeight, box[0], box[1], box[2], box[3]);
+    EXPECT_EQ(box, (std::array{-0.5, 39.5, -29.5, 0.5}));
+    geometry.GetBoundRect(1, kHeight, box[0], box[1], box[2], box[3]);
+    EXPECT_EQ(box, (std::array{-0.5, 0.5, -29.0, 0.0})) << "a column alone still has a width";
     XString message;
     const double rotated[6] = {0, 3, 4, 0, 4, -3};
     ASSERT_TRUE(geometry.SetTransform(rotated, kWidth, kHeight, message));
-    geometry.GetOuterBox(kWidth, kHeight, left, right, bottom, top);
-    EXPECT_NEAR(left, 0, 1e-9);
-    EXPECT_NEAR(right, 3 * 40 + 4 * 30, 1e-9);
-    EXPECT_NEAR(bottom, -3 * 30, 1e-9);
-    EXPECT_NEAR(top, 4 * 40, 1e-9);
+    geometry.GetOuterBox(kWidth, kHeight, box[0], box[1], box[2], box[3]);
+    const std::array wanted{0.0, 3.0 * 40 + 4 * 30, -3.0 * 30, 4.0 * 40};
+    for (std::size_t i = 0; i < 4; ++i)
+        EXPECT_NEAR(box[i], wanted[i], 1e-9) << i;
     EXPECT_FALSE(geometry.SetNorthUp(0, 0, -1, 1));
     EXPECT_FALSE(geometry.SetNorthUp(kXNotSet, 0, 1, 1));
     EXPECT_FALSE(geometry.IsNorthUp());

@@ -156,7 +156,7 @@ TEST(XBandStatistics, SettingAndDroppingFromManyThreads)
 {
     const auto band = XfnMakeBand(kXUInt16, 700, 500, [](int x, int y) { return x + y; });
     std::atomic<int> wrong{0};
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&, t] {
             for (int i = 0; i < 20; ++i) {
@@ -168,8 +168,7 @@ TEST(XBandStatistics, SettingAndDroppingFromManyThreads)
             }
         });
     }
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear(); // joins
     EXPECT_EQ(wrong, 0);
 }
 

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <memory>
 
 namespace {
@@ -140,20 +141,13 @@ TEST(XDMBand, ChoosesTheCoarsestLevelThatFills)
 TEST(XDMBand, SubsetPositionsStayInTheLevel)
 {
     const auto band = XfnMakeBand(kXUInt8, kWidth, kHeight, ValueAt);
-    int a, b, c, d;
-    band->GetSubsetPos(1, 0, 1029, 0, 516, a, b, c, d);
-    EXPECT_EQ(a, 0);
-    EXPECT_EQ(b, 514);
-    EXPECT_EQ(c, 0);
-    EXPECT_EQ(d, 258);
-    band->GetSubsetPos(3, 1029, 1029, 516, 516, a, b, c, d);
-    EXPECT_EQ(a, 128);
-    EXPECT_EQ(d, 64);
-    band->GetSubsetInfo(0, 255, 512, 0, 255, a, b, c, d);
-    EXPECT_EQ(a, 0);
-    EXPECT_EQ(b, 2);
-    EXPECT_EQ(c, 0);
-    EXPECT_EQ(d, 0);
+    std::array<int, 4> at{};
+    band->GetSubsetPos(1, 0, 1029, 0, 516, at[0], at[1], at[2], at[3]);
+    EXPECT_EQ(at, (std::array{0, 514, 0, 258}));
+    band->GetSubsetPos(3, 1029, 1029, 516, 516, at[0], at[1], at[2], at[3]);
+    EXPECT_EQ(at, (std::array{128, 128, 64, 64}));
+    band->GetSubsetInfo(0, 255, 512, 0, 255, at[0], at[1], at[2], at[3]);
+    EXPECT_EQ(at, (std::array{0, 2, 0, 0}));
 }
 
 TEST(XDMBand, WorldRangesFollowTheGeometry)
@@ -162,25 +156,18 @@ TEST(XDMBand, WorldRangesFollowTheGeometry)
     band->SetPixelSize(10, 5);
     band->SetUpperLeft(1000, 2000);
     band->SetPixelSize(-1, 5); // makes no sense: nothing changes
-    double left, right, bottom, top;
-    band->GetBoundRect(left, right, bottom, top);
-    EXPECT_DOUBLE_EQ(right, 1990);
-    EXPECT_DOUBLE_EQ(bottom, 2000 - 5 * 49);
+    EXPECT_EQ(XfnBoundsOf(*band), (XBounds{1000, 1990, 2000 - 5 * 49, 2000}));
     double x0 = 20, y0 = 10, x1 = 30, y1 = 25; // pixels 20..29 and 10..24
     band->ConvPixelToWorldCoord(x0, y0);
     band->ConvPixelToWorldCoord(x1, y1);
-    int px0, px1, py0, py1;
-    band->ConvWorldToPixelRange(x0, x1, y1, y0, px0, px1, py0, py1);
-    EXPECT_EQ(px0, 20);
-    EXPECT_EQ(px1, 30);
-    EXPECT_EQ(py0, 10);
-    EXPECT_EQ(py1, 25);
-    band->ConvPixelToWorldRange(20, 30, 10, 25, left, right, bottom, top);
-    EXPECT_DOUBLE_EQ(left, x0);
-    EXPECT_DOUBLE_EQ(bottom, y1);
-    band->ConvWorldToPixelRange(-1e30, 1e30, -1e30, 1e30, px0, px1, py0, py1);
-    EXPECT_EQ(px0, -2147483647 - 1);
-    EXPECT_EQ(px1, 2147483647);
+    std::array<int, 4> p{};
+    XBounds w{};
+    band->ConvWorldToPixelRange(x0, x1, y1, y0, p[0], p[1], p[2], p[3]);
+    EXPECT_EQ(p, (std::array{20, 30, 10, 25}));
+    band->ConvPixelToWorldRange(20, 30, 10, 25, w[0], w[1], w[2], w[3]);
+    EXPECT_EQ(w, (XBounds{x0, x1, y1, y0}));
+    band->ConvWorldToPixelRange(-1e30, 1e30, -1e30, 1e30, p[0], p[1], p[2], p[3]);
+    EXPECT_EQ(p, (std::array{INT_MIN, INT_MAX, INT_MIN, INT_MAX}));
 }
 
 TEST(XDMBand, CloneTakesTheDescriptionOnly)
@@ -238,12 +225,7 @@ TEST(XRSFile, OwnsItsBands)
     EXPECT_FALSE(file->AddBand(nullptr));
     EXPECT_TRUE(file->AddBand(second));
     EXPECT_EQ(second->GetXRSFile(), file.get());
-    double left, right, bottom, top;
-    file->GetBoundRect(left, right, bottom, top);
-    EXPECT_EQ(left, 0);
-    EXPECT_EQ(right, 13);
-    EXPECT_EQ(bottom, -2);
-    EXPECT_EQ(top, 5);
+    EXPECT_EQ(XfnBoundsOf(*file), (XBounds{0, 13, -2, 5}));
     EXPECT_FALSE(file->HasValidStatistics());
     double matrix[4] = {kXNotSet, 0, 0, 1};
     file->SetCorrelationMatrix(matrix);

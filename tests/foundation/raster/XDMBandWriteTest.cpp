@@ -241,7 +241,7 @@ TEST(XDMBandWrite, ReadersNeverKeepWhatWasBefore)
     const auto band = XfnMakeBand(kXUInt16, 700, 300, Zero);
     std::atomic<int> isOver{0};
     std::atomic<int> wrong{0};
-    std::vector<std::thread> readers;
+    std::vector<std::jthread> readers;
     std::atomic<int> newest{0}; // written in full
     for (int i = 0; i < 3; ++i) {
         readers.emplace_back([&, i] {
@@ -263,8 +263,7 @@ TEST(XDMBandWrite, ReadersNeverKeepWhatWasBefore)
         newest = round;
     }
     isOver = 1;
-    for (std::thread& reader : readers)
-        reader.join();
+    readers.clear(); // joins
     EXPECT_EQ(wrong, 0);
     EXPECT_EQ(band->GetBandMin(), 60.0);
 }

@@ -16,10 +16,12 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr std::uint32_t kBelow = 0xFF204060u;
 
+using C = XDMComposite&;
+
 struct tagGridCase
 {
     const char* name;
-    std::function<void(XDMComposite&)> setUp;
+    std::function<void(C)> setUp;
     std::initializer_list<const char*> picture;
 };
 
@@ -30,47 +32,34 @@ TEST(XDMCompositeLook, NoDataAndTransparencyOfColourImages)
     auto green = XfnMakeBand(kXUInt8, {{255, 255, 0, 0, 255}});
     auto red = XfnMakeBand(kXUInt8, {{255, 255, 0, 0, 0}});
     const tagGridCase kCases[] = {
-        {"all have data", [](XDMComposite&) {}, {"WYB.C"}},
+        {"all have data", [](C) {}, {"WYB.C"}},
         {"a null in one band leaves the colour of the others",
-         [&](XDMComposite&) { red->SetNullValue(255); },
+         [&](C) { red->SetNullValue(255); },
          {"CGB.C"}},
         {"nulls in all bands draw nothing",
-         [&](XDMComposite&) {
-             red->SetNullValue(0), green->SetNullValue(0), blue->SetNullValue(0);
-         },
+         [&](C) { red->SetNullValue(0), green->SetNullValue(0), blue->SetNullValue(0); },
          {"WYB?C"}},
         {"the default value stands for what is missing",
-         [&](XDMComposite& composite) {
-             red->SetNullValue(0);
-             composite.SetDefValue(255, 2);
-         },
+         [&](C c) { red->SetNullValue(0), c.SetDefValue(255, 2); },
          {"WYMRW"}},
-        {"a hidden channel shows its default",
-         [](XDMComposite& composite) { composite.SetHideFlag(1, 1); },
-         {"MRB.B"}},
-        {"a channel without a band too",
-         [](XDMComposite& composite) { composite.SetBand(nullptr, 0); },
-         {"YY..G"}},
+        {"a hidden channel shows its default", [](C c) { c.SetHideFlag(1, 1); }, {"MRB.B"}},
+        {"a channel without a band too", [](C c) { c.SetBand(nullptr, 0); }, {"YY..G"}},
         {"transparent values as one need all of them",
-         [](XDMComposite& composite) {
-             composite.SetTransparentFlag(1);
-             composite.SetTransparentApplyAsOne(1);
-             composite.SetTransparentValue(255, 0);
-             composite.SetTransparentValue(0, 1);
+         [](C c) {
+             c.SetTransparentFlag(1), c.SetTransparentApplyAsOne(1), c.SetTransparentValue(255, 0),
+                 c.SetTransparentValue(0, 1);
          },
          {"WY?.C"}},
         {"without the flag transparent values do nothing",
-         [](XDMComposite& composite) { composite.SetTransparentValue(255, 0); },
+         [](C c) { c.SetTransparentValue(255, 0); },
          {"WYB.C"}},
         {"no bands at all draw nothing",
-         [](XDMComposite& composite) {
+         [](C c) {
              for (int ch = 0; ch < 3; ++ch)
-                 composite.SetBand(nullptr, ch);
+                 c.SetBand(nullptr, ch);
          },
          {"?????"}},
-        {"alpha 0 draws nothing",
-         [](XDMComposite& composite) { composite.SetAlpha(0); },
-         {"?????"}},
+        {"alpha 0 draws nothing", [](C c) { c.SetAlpha(0); }, {"?????"}},
     };
     for (const tagGridCase& row : kCases) {
         for (XDMBandMemory* band : {blue.get(), green.get(), red.get()})

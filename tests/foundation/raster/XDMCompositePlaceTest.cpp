@@ -55,12 +55,16 @@ const tagScene kScenes[] = {
     {"one row", 32652, 3e5, 4.3e6, 100.0, 400, 1, 3857, 21},
 };
 
+std::unique_ptr<XDMBandMemory> MakePlacedBand(const tagScene& s)
+{
+    return MakePlacedBand(s.own, s.ulX, s.ulY, s.pixel, s.width, s.height);
+}
+
 TEST(XDMCompositePlace, IsTrueToTheReferencesEverywhere)
 {
     for (const tagScene& scene : kScenes) {
         SCOPED_TRACE(scene.name);
-        const auto band =
-            MakePlacedBand(scene.own, scene.ulX, scene.ulY, scene.pixel, scene.width, scene.height);
+        const auto band = MakePlacedBand(scene);
         const XSpatialReference target = MakeReference(scene.target);
         XDMCompManager manager;
         manager.SetSR(&target);
@@ -70,8 +74,7 @@ TEST(XDMCompositePlace, IsTrueToTheReferencesEverywhere)
         EXPECT_GE(composite->GetPlacementMiss(), 0.0);
         EXPECT_LE(composite->GetPlacementMiss(), 0.1);
 
-        double left, right, bottom, top;
-        composite->GetBoundRect(left, right, bottom, top);
+        const auto [left, right, bottom, top] = XfnBoundsOf(*composite);
         XCoordinateTransformation there(*band->GetSR(), target), back(target, *band->GetSR());
         std::set<std::pair<int, int>> placed;
         for (int k = 0; k < 441; ++k) {
@@ -110,8 +113,7 @@ TEST(XDMCompositePlace, DrawsWhatItReads)
 {
     for (const tagScene& scene : kScenes) {
         SCOPED_TRACE(scene.name);
-        const auto band =
-            MakePlacedBand(scene.own, scene.ulX, scene.ulY, scene.pixel, scene.width, scene.height);
+        const auto band = MakePlacedBand(scene);
         const XSpatialReference target = MakeReference(scene.target);
         XDMComposite composite(0);
         composite.PlaceInReference(&target);
@@ -156,11 +158,7 @@ TEST(XDMCompositePlace, FollowsTheManagerButNotOverTheCallersWarp)
     const XSpatialReference own = MakeReference(32652), degrees = MakeReference(4326);
     XSpatialReference pixels;
     pixels.SetCoordType(1);
-    const auto leftOf = [](const XDMComposite& composite) {
-        double left, right, bottom, top;
-        composite.GetBoundRect(left, right, bottom, top);
-        return left;
-    };
+    const auto leftOf = [](const XDMComposite& composite) { return XfnBoundsOf(composite)[0]; };
     XDMCompManager manager;
     XDMComposite* composite = manager.NewXDMComposite(1);
     for (int ch = 0; ch < 3; ++ch)
@@ -240,13 +238,11 @@ TEST(XDMCompositePlace, CarriesVectorsOver)
     composite->SetVand(&vand);
     manager.AddXDMComposite(composite);
     EXPECT_LT(composite->GetPlacementMiss(), 1.0);
-    double left, right, bottom, top;
-    composite->GetBoundRect(left, right, bottom, top);
     XCoordinateTransformation there(degrees, zone);
     double x = 127.0, y = 37.0;
     ASSERT_TRUE(there.TransformPt(x, y));
-    EXPECT_NEAR(left, x, 2000.0); // the box bends by some hundred metres
-    EXPECT_NEAR(bottom, y, 2000.0);
+    EXPECT_NEAR(XfnBoundsOf(*composite)[0], x, 2000.0); // the box bends by some hundred metres
+    EXPECT_NEAR(XfnBoundsOf(*composite)[2], y, 2000.0);
 }
 
 TEST(XfnCalcWarpCoeffInterProj, FitsBoxesPointsAndLines)

@@ -173,8 +173,7 @@ TEST(XDMCompositeRange, ImagesKeepTheirPlaceOnEveryLevel)
         ASSERT_GE(band->GetNumOfLevels(), 3);
         XDMComposite composite;
         composite.SetBand(band.get(), 0);
-        double left, right, bottom, top;
-        composite.GetBoundRect(left, right, bottom, top);
+        const auto [left, right, bottom, top] = XfnBoundsOf(composite);
         std::vector<int> whiteCounts, grayCounts;
         for (int level = 0; level < band->GetNumOfLevels(); ++level) {
             XBackBuffer buffer = XfnMakeSurface(200, 150);
@@ -205,25 +204,16 @@ TEST(XDMCompositeRange, LevelsAreTheOnesJustFinerThanTheView)
     XDMComposite composite;
     composite.SetBand(band.get(), 0);
     EXPECT_EQ(composite.GetMaxLevel(), band->GetNumOfLevels() - 1);
-    const struct
-    {
-        double perPixel;
-        int level;
-    } kCases[] = {{0.25, 0}, {1.0, 0}, {1.9, 0}, {2.0, 1}, {3.9, 1}, {4.0, 2}, {1000.0, 4}};
-    for (const auto& row : kCases) {
+    const std::pair<double, int> kCases[] = {{0.25, 0}, {1.0, 0}, {1.9, 0},   {2.0, 1},
+                                             {3.9, 1},  {4.0, 2}, {1000.0, 4}};
+    for (const auto& [perPixel, level] : kCases) {
         for (const double angle : {0.0, 30.0}) {
-            XBackBuffer buffer = XfnMakeSurface(300, 200, kBelow, row.perPixel);
+            XBackBuffer buffer = XfnMakeSurface(300, 200, kBelow, perPixel);
             buffer.SetRotationAngle(angle);
-            double box[4] = {1e308, 1e308, -1e308, -1e308};
-            for (int corner = 0; corner < 4; ++corner) {
-                double x = corner & 1 ? 300 : 0, y = corner & 2 ? 200 : 0;
-                buffer.ConvPixelToWorldCoord(x, y);
-                box[0] = std::min(box[0], x), box[1] = std::min(box[1], y);
-                box[2] = std::max(box[2], x), box[3] = std::max(box[3], y);
-            }
+            const auto box = XfnBoxOf(buffer);
             EXPECT_EQ(composite.GetHighestLevelForTarget(&buffer, box[0], box[1], box[2], box[3]),
-                      row.level)
-                << row.perPixel << " " << angle;
+                      level)
+                << perPixel << " " << angle;
         }
     }
     // half the range needs a level finer
@@ -256,11 +246,8 @@ TEST(XDMCompositeRange, TheOwnBufferTheBoundaryAndPixelBase)
     tagBITMAPINFO info;
     EXPECT_TRUE(composite.GetDIBits(info));
     EXPECT_EQ(info.bmiHeader.biWidth, 8);
-    double left, right, bottom, top;
     composite.SetPixelBaseMode(0);
-    composite.GetBoundRect(left, right, bottom, top);
-    EXPECT_EQ(left, 5000.0);
-    EXPECT_EQ(bottom, 6980.0);
+    EXPECT_EQ(XfnBoundsOf(composite), (XBounds{5000, 5030, 6980, 7000}));
 }
 
 TEST(XDMCompositeRange, ALateChangeOfTheStretchReachesTheTables)

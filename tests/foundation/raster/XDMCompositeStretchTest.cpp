@@ -16,6 +16,8 @@ namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
+using C = XDMComposite&;
+
 /// Values 0 to 999 in the left half, 5000 in the right one.
 std::unique_ptr<XDMBandMemory> MakeHalves()
 {
@@ -29,49 +31,25 @@ TEST(XDMCompositeStretch, WhichRuleSetsTheCutRange)
     const struct
     {
         const char* name;
-        std::function<void(XDMComposite&)> setUp;
+        std::function<void(C)> setUp;
         double min, max;
     } kCases[] = {
-        {"a range nobody chose is the band's own", [](XDMComposite&) {}, 0, 5000},
-        {"an explicit one stands", [](XDMComposite& c) { c.SetCutRange(3, 4, 0); }, 3, 4},
+        {"a range nobody chose is the band's own", [](C) {}, 0, 5000},
+        {"an explicit one stands", [](C c) { c.SetCutRange(3, 4, 0); }, 3, 4},
         {"a cut type set afterwards is resolved from the band",
-         [](XDMComposite& c) {
-             c.SetCutRange(3, 4, 0);
-             c.SetCutType(1, 0);
-         },
-         0, 5000},
+         [](C c) { c.SetCutRange(3, 4, 0), c.SetCutType(1, 0); }, 0, 5000},
         {"a range set after the cut type stands",
-         [](XDMComposite& c) {
-             c.SetCutType(1, 0);
-             c.SetCutRange(3, 4, 0);
-         },
-         3, 4},
+         [](C c) { c.SetCutType(1, 0), c.SetCutRange(3, 4, 0); }, 3, 4},
         {"the visible region follows the drawing whenever it was set",
-         [](XDMComposite& c) {
-             c.SetStretchCoverage(1, 0);
-             c.SetCutType(1, 0);
-             c.SetCutRange(3, 4, 0);
-         },
-         0, 989},
+         [](C c) { c.SetStretchCoverage(1, 0), c.SetCutType(1, 0), c.SetCutRange(3, 4, 0); }, 0,
+         989},
         {"the visible region with explicit numbers",
-         [](XDMComposite& c) {
-             c.SetStretchCoverage(1, 0);
-             c.SetCutRange(3, 4, 0);
-         },
-         3, 4},
+         [](C c) { c.SetStretchCoverage(1, 0), c.SetCutRange(3, 4, 0); }, 3, 4},
         {"a stretch by the visible region needs a range that nobody chose",
-         [](XDMComposite& c) {
-             c.SetStretchCoverage(1, 0);
-             c.SetStretchType(kXStretchEqualization, 0);
-         },
-         0, 5000},
+         [](C c) { c.SetStretchCoverage(1, 0), c.SetStretchType(kXStretchEqualization, 0); }, 0,
+         5000},
         {"regions of interest leave their numbers",
-         [](XDMComposite& c) {
-             c.SetCutRange(3, 4, 0);
-             c.SetStretchCoverage(2, 0);
-             c.SetCutType(1, 0);
-         },
-         3, 4},
+         [](C c) { c.SetCutRange(3, 4, 0), c.SetStretchCoverage(2, 0), c.SetCutType(1, 0); }, 3, 4},
     };
     for (const auto& row : kCases) {
         XDMComposite composite;
@@ -91,23 +69,18 @@ TEST(XDMCompositeStretch, ANewBandGetsItsOwnRangeUnlessOneWasChosen)
     const struct
     {
         const char* name;
-        std::function<void(XDMComposite&)> before, after;
+        std::function<void(C)> before, after;
         double max;
     } kCases[] = {
-        {"set", [](XDMComposite&) {}, [&](XDMComposite& c) { c.SetBand(bytes.get(), 0); }, 255},
-        {"a visible region's",
-         [](XDMComposite& c) { c.SetStretchCoverage(1, 0), c.SetCutType(1, 0); },
-         [&](XDMComposite& c) {
-             c.SetStretchCoverage(0, 0), c.SetCutType(0, 0);
-             c.SetBand(bytes.get(), 0);
-         },
+        {"set", [](C) {}, [&](C c) { c.SetBand(bytes.get(), 0); }, 255},
+        {"a visible region's", [](C c) { c.SetStretchCoverage(1, 0), c.SetCutType(1, 0); },
+         [&](C c) { c.SetStretchCoverage(0, 0), c.SetCutType(0, 0), c.SetBand(bytes.get(), 0); },
          255},
-        {"chosen", [](XDMComposite& c) { c.SetCutRange(1, 77, 0); },
-         [&](XDMComposite& c) { c.SetBand(bytes.get(), 0); }, 77},
-        {"the same band", [](XDMComposite&) {},
-         [&](XDMComposite& c) { c.SetBand(shorts.get(), 0); }, 5000},
-        {"settings of a composite of another band", [](XDMComposite&) {},
-         [&](XDMComposite& c) {
+        {"chosen", [](C c) { c.SetCutRange(1, 77, 0); }, [&](C c) { c.SetBand(bytes.get(), 0); },
+         77},
+        {"the same band", [](C) {}, [&](C c) { c.SetBand(shorts.get(), 0); }, 5000},
+        {"settings of a composite of another band", [](C) {},
+         [&](C c) {
              XDMComposite other;
              other.SetBand(bytes.get(), 0);
              other.CopyDisplaySettings(&c);
@@ -190,16 +163,16 @@ TEST(XDMCompositeStretch, TheTableFollowsItsSettingsAndHoldsWhatWasSet)
     const struct
     {
         const char* name;
-        std::function<void(XDMComposite&)> change;
+        std::function<void(C)> change;
         int isKept;
     } kCases[] = {
-        {"nothing", [](XDMComposite&) {}, 1},
-        {"the same values again", [](XDMComposite& c) { c.SetCutRange(0, 200, 0); }, 1},
-        {"the name", [](XDMComposite& c) { c.SetName("x"); }, 1},
-        {"the cut range", [](XDMComposite& c) { c.SetCutRange(0, 199, 0); }, 0},
-        {"the stretch type", [](XDMComposite& c) { c.SetStretchType(7, 0); }, 0},
-        {"an intensity", [](XDMComposite& c) { c.SetIntensity255(200, 0); }, 0},
-        {"a point", [](XDMComposite& c) { c.AddHistPt(0, 5, 6); }, 0},
+        {"nothing", [](C) {}, 1},
+        {"the same values again", [](C c) { c.SetCutRange(0, 200, 0); }, 1},
+        {"the name", [](C c) { c.SetName("x"); }, 1},
+        {"the cut range", [](C c) { c.SetCutRange(0, 199, 0); }, 0},
+        {"the stretch type", [](C c) { c.SetStretchType(7, 0); }, 0},
+        {"an intensity", [](C c) { c.SetIntensity255(200, 0); }, 0},
+        {"a point", [](C c) { c.AddHistPt(0, 5, 6); }, 0},
     };
     for (const int type : {1, 5}) {
         for (const auto& row : kCases) {

@@ -119,6 +119,25 @@ TEST(XDrawKernels, RowsOfEveryTypeAgreeWithThePlainLoop)
     }
 }
 
+TEST(XDrawKernels, TablesOfSignedTypesAndFallingCutsAgreeWithThePlainState)
+{
+    constexpr double kLow = -500.0, kHigh = 524.0; // 1024 apart: the slope is exact
+    for (const int sign : {1, -1}) {
+        for (const double null : {kNaN, -500.0, 0.5, 300.0}) {
+            const tagXCut<double> cut = {sign > 0 ? kLow : kHigh, sign * 255.0 / 1024, 0.5, null,
+                                         kNaN};
+            std::vector<std::uint16_t> table(65536);
+            EXPECT_EQ(XfnFillCutTable(kXInt16, cut, table.data()) != 0,
+                      std::isnan(null) || null == 0.5);
+            for (int value = -32768; value < 32768; ++value)
+                ASSERT_EQ(table[value & 0xFFFF],
+                          sign > 0 ? PlainState(value, kLow, kHigh, null, kNaN)
+                                   : PlainState(-value, -kHigh, -kLow, -null, kNaN))
+                    << sign << " " << value;
+        }
+    }
+}
+
 TEST(XDrawKernels, AComplexSampleIsNullByItsRealPartAlone)
 {
     const float parts[] = {-5, 0, 3, 4, -5, 1}; // the magnitude 5 is not the null value

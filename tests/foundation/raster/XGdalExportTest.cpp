@@ -3,12 +3,12 @@
 #include "foundation/raster/XRSFile.h"
 #include "foundation/raster/XRSFileIO.h"
 #include "tests/support/XBandPlaces.h"
+#include "tests/support/XFileBytes.h"
 #include "tests/support/XGdalSample.h"
 
 #include <gtest/gtest.h>
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <cmath>
@@ -191,17 +191,14 @@ TEST_F(XGdalExport, WhatWasChangedInTheModelArrives)
          [](XRSFile& f) { f.AddBand(XfnMakeBand(kXUInt8, 40, 30, XfnPattern).release()); },
          [](XRSFile& f) { return f.GetNumOfBands() == 3; }},
     };
-    const XString path = XfnWriteGdalSample(
-        dir.filePath("from.tif"), {.width = 40,
-                                   .height = 30,
-                                   .bands = 2,
-                                   .value = [](int x, int y, int) { return XfnPattern(x, y); },
-                                   .prepare =
-                                       [](GDALDataset& ds) {
-                                           double t[6] = {100, 2, 0, 900, 0, -2};
-                                           ds.SetGeoTransform(t);
-                                           ds.GetRasterBand(1)->SetScale(2.0);
-                                       }});
+    tagXGdalSample sample{.width = 40, .height = 30, .bands = 2};
+    sample.value = [](int x, int y, int) { return XfnPattern(x, y); };
+    sample.prepare = [](GDALDataset& ds) {
+        double t[6] = {100, 2, 0, 900, 0, -2};
+        ds.SetGeoTransform(t);
+        ds.GetRasterBand(1)->SetScale(2.0);
+    };
+    const XString path = XfnWriteGdalSample(dir.filePath("from.tif"), sample);
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         XRSFile file, back;
@@ -216,10 +213,7 @@ TEST_F(XGdalExport, WhatWasChangedInTheModelArrives)
     XRSFile file;
     XString error;
     ASSERT_TRUE(XRSFileIO::Open(path, &file, error));
-    QFile overwritten(path.GetString());
-    ASSERT_TRUE(overwritten.open(QIODevice::Append));
-    overwritten.write("x");
-    overwritten.close();
+    XfnWriteBytes(path.GetString(), "x", QIODevice::Append);
     EXPECT_GE(Export(file, "to.tif").Find("was changed after it was opened"), 0);
 }
 
@@ -233,11 +227,8 @@ TEST_F(XGdalExport, EveryFileOfAFormatComesAndAStopLeavesNothing)
     const std::pair<const char*, const char*> kAside[] = {{"b.tif.aux.xml", "<PAMDataset/>"},
                                                           {"b.tfw", "10\n0\n0\n-10\n500\n900\n"},
                                                           {"b.wld", "10\n0\n0\n-10\n500\n900\n"}};
-    for (const auto& [name, text] : kAside) {
-        QFile aside(dir.filePath(name));
-        ASSERT_TRUE(aside.open(QIODevice::WriteOnly));
-        aside.write(text);
-    }
+    for (const auto& [name, text] : kAside)
+        XfnWriteBytes(dir.filePath(name), text);
     ASSERT_STREQ(Export(file, "b.tif"), "");
     EXPECT_FALSE(Names().contains("b.tif.aux.xml"));
     EXPECT_FALSE(Names().contains("b.tfw"));

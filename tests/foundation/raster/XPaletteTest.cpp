@@ -100,8 +100,9 @@ TEST(XPalette, RampsAreEvenInLightnessAndNoneIsACopy)
     {
         int palette;
         int sections; // 1 a ramp, 2 a diverging table
-    } kRamps[] = {{16, 1}, {20, 1}, {22, 1}, {23, 1}, {28, 1}, {36, 1}, {38, 1}, {39, 1}, {42, 1},
-                  {43, 1}, {45, 1}, {46, 1}, {55, 1}, {62, 1}, {24, 2}, {25, 2}, {29, 2}, {51, 2}};
+    } kRamps[] = {{1, 1},  {31, 1}, {32, 1}, {16, 1}, {20, 1}, {22, 1}, {23, 1}, {28, 1},
+                  {36, 1}, {38, 1}, {39, 1}, {42, 1}, {43, 1}, {45, 1}, {46, 1}, {55, 1},
+                  {62, 1}, {24, 2}, {25, 2}, {29, 2}, {51, 2}, {50, 2}};
     for (const auto& row : kRamps) {
         const Palette palette(row.palette);
         const int length = 256 / row.sections;

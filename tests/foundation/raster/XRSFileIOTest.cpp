@@ -1,14 +1,11 @@
 #include "foundation/raster/XRSFileIO.h"
 #include "foundation/base/XFile.h"
 #include "foundation/platform/XThread.h"
-#include "foundation/raster/XRSFile.h"
 #include "foundation/raster/XRasterTypes.h"
-#include "tests/support/XGdalSample.h"
+#include "tests/support/XFileBytes.h"
+#include "tests/support/XRasterFiles.h"
 #include "tests/support/XRawRaster.h"
 
-#include <gtest/gtest.h>
-
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <cmath>
@@ -16,53 +13,30 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace {
-
-XString SamplePath(const char* name)
-{
-    return XfnFormat("%s/raster/%s", TQL_TEST_DATA, name);
-}
-
-XString WriteBytes(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) return XString();
-    return path.toUtf8().constData();
-}
-
-} // namespace
-
 TEST(XRSFileIO, ExtensionsHaveTheirNumbers)
 {
-    const struct
-    {
-        const char* extension;
-        int id;
-    } cases[] = {{"XDM", 101},  {"PBI", 102},  {"PEI", 102},      {"BMP", 103},  {"JPG", 104},
-                 {"TIF", 105},  {"TIFF", 105}, {"tif", 105},      {"IMG", 106},  {"DT0", 107},
-                 {"DT1", 108},  {"DT2", 109},  {"PNG", 110},      {"XVC", 1001}, {"DXF", 1002},
-                 {"SHP", 1003}, {"DGN", 1004}, {"GEOJSON", 1005}, {"", 0},       {"NOSUCH", 0}};
-    for (const auto& c : cases)
-        EXPECT_EQ(XRSFileIO::GetIDFromExt(c.extension), c.id) << c.extension;
+    const std::pair<const char*, int> cases[] = {
+        {"XDM", 101},  {"PBI", 102},  {"PEI", 102},      {"BMP", 103},  {"JPG", 104},
+        {"TIF", 105},  {"TIFF", 105}, {"tif", 105},      {"IMG", 106},  {"DT0", 107},
+        {"DT1", 108},  {"DT2", 109},  {"PNG", 110},      {"XVC", 1001}, {"DXF", 1002},
+        {"SHP", 1003}, {"DGN", 1004}, {"GEOJSON", 1005}, {"", 0},       {"NOSUCH", 0}};
+    for (const auto& [extension, id] : cases)
+        EXPECT_EQ(XRSFileIO::GetIDFromExt(extension), id) << extension;
 }
 
 TEST(XRSFileIO, EachFormatHasItsBands)
 {
-    const struct
-    {
-        const char* path;
-        const char* bandClass;
-    } cases[] = {
+    const std::pair<const char*, const char*> cases[] = {
         {"gtiff/byte.tif", "XDMBandGTIFF"},     {"hfa/small_ov.img", "XDMBandHFA"},
         {"bmp-jpg/8bit_pal.bmp", "XDMBandBMP"}, {"bmp-jpg/rgbsmall_rgb.jpg", "XDMBandJPG"},
         {"dted/n43.dt0", "XDMBandDTED"},        {"envi/envi_rgbsmall_bip.img", "XDMBandGDAL"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [path, bandClass] : cases) {
         XRSFile file;
         XString error;
-        ASSERT_TRUE(XRSFileIO::Open(SamplePath(c.path), &file, error)) << error.GetString();
-        EXPECT_STREQ(file.GetBandAt(0)->GetRuntimeClass()->m_lpszClassName, c.bandClass);
-        EXPECT_EQ(file.GetFilePath(), SamplePath(c.path));
+        ASSERT_TRUE(XRSFileIO::Open(SamplePath(path), &file, error)) << error.GetString();
+        EXPECT_STREQ(file.GetBandAt(0)->GetRuntimeClass()->m_lpszClassName, bandClass);
+        EXPECT_EQ(file.GetFilePath(), SamplePath(path));
         EXPECT_EQ(file.GetBandAt(0)->GetXRSFile(), &file);
         ASSERT_NE(file.GetFilePtr(), nullptr);
         EXPECT_TRUE(file.GetFilePtr()->IsOpen());
@@ -85,14 +59,11 @@ TEST(XRSFileIO, EachFormatHasItsBands)
 TEST(XRSFileIO, RefusesBadInputWithASentence)
 {
     QTemporaryDir dir;
-    const QByteArray tif = [] {
-        QFile f(QString(SamplePath("gtiff/byte.tif").GetString()));
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }();
+    const QByteArray tif = XfnReadBytes(SamplePath("gtiff/byte.tif").GetString());
     ASSERT_EQ(tif.size(), 736);
     const XString fifo = dir.filePath("fifo.tif").toUtf8().constData();
     ASSERT_EQ(mkfifo(fifo, 0600), 0);
-    WriteBytes(dir.filePath("lines.dbf"), "");
+    XfnWriteBytes(dir.filePath("lines.dbf"), "");
     const struct
     {
         const char* name;
@@ -103,22 +74,22 @@ TEST(XRSFileIO, RefusesBadInputWithASentence)
         {"missing", dir.filePath("none.tif").toUtf8().constData(), "does not exist"},
         {"a name that is a folder", dir.path().toUtf8().constData(), "folder"},
         {"below a file", XfnFormat("%s/x.tif", SamplePath("gtiff/byte.tif")), "cannot be opened"},
-        {"empty", WriteBytes(dir.filePath("empty.tif"), ""), "empty"},
+        {"empty", XfnWriteBytes(dir.filePath("empty.tif"), ""), "empty"},
         {"a pipe", fifo, "pipe"},
-        {"text named .tif", WriteBytes(dir.filePath("text.tif"), "good morning\n"), "text.tif"},
-        {"text named .xyzzy", WriteBytes(dir.filePath("text.xyzzy"), "good morning\n"),
+        {"text named .tif", XfnWriteBytes(dir.filePath("text.tif"), "good morning\n"), "text.tif"},
+        {"text named .xyzzy", XfnWriteBytes(dir.filePath("text.xyzzy"), "good morning\n"),
          "text.xyzzy"},
-        {"a header cut short", WriteBytes(dir.filePath("short.tif"), tif.left(6)), "short.tif"},
-        {"a directory cut short", WriteBytes(dir.filePath("half.tif"), tif.left(tif.size() - 300)),
-         "half.tif"},
+        {"a header cut short", XfnWriteBytes(dir.filePath("short.tif"), tif.left(6)), "short.tif"},
+        {"a directory cut short",
+         XfnWriteBytes(dir.filePath("half.tif"), tif.left(tif.size() - 300)), "half.tif"},
         {"a header cell", SamplePath("dted/w118n033_trunc.dt1"), ""},
         {"vectors",
-         WriteBytes(
+         XfnWriteBytes(
              dir.filePath("a.geojson"),
              R"({"type":"FeatureCollection","features":[{"type":"Feature","properties":{},"geometry":{"type":"Point","coordinates":[1,2]}}]})"),
          "vector"},
-        {"the native format", WriteBytes(dir.filePath("a.xdm"), "x"), "a.xdm"},
-        {"a format without description", WriteBytes(dir.filePath("a.pbi"), "x"), "a.pbi"},
+        {"the native format", XfnWriteBytes(dir.filePath("a.xdm"), "x"), "a.xdm"},
+        {"a format without description", XfnWriteBytes(dir.filePath("a.pbi"), "x"), "a.pbi"},
     };
     XRSFile file;
     XString error;
@@ -147,7 +118,7 @@ TEST(XRSFileIO, RefusesBadInputWithASentence)
 TEST(XRSFileIO, UnreadableFilesAreRefused)
 {
     QTemporaryDir dir;
-    const XString path = WriteBytes(dir.filePath("locked.tif"), "II*");
+    const XString path = XfnWriteBytes(dir.filePath("locked.tif"), "II*");
     ASSERT_EQ(chmod(dir.path().toUtf8(), 0755), 0);
     ASSERT_EQ(chmod(path, 0), 0);
     const uid_t user = geteuid();
@@ -177,7 +148,7 @@ TEST(XRSFileIO, AContainerOfImagesIsNoImage)
     QTemporaryDir dir;
     XRSFile file;
     XString error;
-    EXPECT_FALSE(XRSFileIO::Open(WriteBytes(dir.filePath("two.nc"), bytes), &file, error));
+    EXPECT_FALSE(XRSFileIO::Open(XfnWriteBytes(dir.filePath("two.nc"), bytes), &file, error));
     EXPECT_GE(error.Find("2 images inside"), 0) << error.GetString();
     EXPECT_GE(error.Find("two.nc"), 0);
     const auto parts = XRSFileIO::GetParts(dir.filePath("two.nc").toUtf8().constData());
@@ -218,10 +189,9 @@ TEST(XRSFileIO, PlacesImagesInTheWorld)
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.path);
-        XRSFile file;
-        XString error;
-        ASSERT_TRUE(XRSFileIO::Open(SamplePath(c.path), &file, error)) << error.GetString();
-        const XDMBand* band = file.GetBandAt(0);
+        const auto open = OpenFile(SamplePath(c.path));
+        ASSERT_TRUE(open);
+        const XDMBand* band = open->GetBandAt(0);
         EXPECT_EQ(band->GetSR()->GetCoordType(), c.coordType);
         EXPECT_EQ(band->GetGeometry().IsNorthUp(), c.isNorthUp);
         double x = 0, y = 0;
@@ -253,7 +223,7 @@ TEST(XRSFileIO, AGeoreferenceWithoutSenseIsNoted)
     const double cases[][6] = {{10, nan, 0, 20, 0, -1}, {10, 0, 0, 20, 0, 0}};
     for (const auto& t : cases) {
         // the bytes of a VRT, since writers refuse such numbers or mend them
-        const XString path = WriteBytes(
+        const XString path = XfnWriteBytes(
             dir.filePath("bad.vrt"),
             QByteArray("<VRTDataset rasterXSize=\"5\" rasterYSize=\"5\"><GeoTransform>10,") +
                 (std::isnan(t[1]) ? "nan" : "0") + ",0,20,0," + (t[5] == 0 ? "0" : "-1") +
@@ -297,35 +267,30 @@ TEST(XRSFileIO, ClassesAndColours)
 TEST(XRSFileIO, WaveLengthsInNanometresWhateverTheHeaderSays)
 {
     QTemporaryDir dir;
-    const struct
-    {
-        const char* header;
-        double wave;
-    } cases[] = {
+    const std::pair<const char*, double> cases[] = {
         {"wavelength units = Nanometers\nwavelength = {480, 560.5, 660}", 560.5},
         {"wavelength units = Micrometers\nwavelength = {0.48, 0.5605, 0.66}", 560.5},
         {"wavelength = {0.48, 0.5605, 0.66}", 560.5},
         {"wavelength = {480, 560.5, 660}", 560.5},
         {"", kXNotSet},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.header);
+    for (const auto& [header, wave] : cases) {
+        SCOPED_TRACE(header);
         const QString path = XfnWriteRawRaster(
             dir.filePath("w.dat"),
             {.width = 2,
              .height = 1,
              .bands = 3,
-             .extraHeader = QByteArray(c.header) +
+             .extraHeader = QByteArray(header) +
                             "\nband names = {blue, green, red}\ndefault bands = {3, 2, 1}"},
             std::vector<short>{1, 2, 3, 4, 5, 6});
         ASSERT_FALSE(path.isEmpty());
-        XRSFile file;
-        XString error;
-        ASSERT_TRUE(XRSFileIO::Open(path.toUtf8().constData(), &file, error)) << error.GetString();
-        EXPECT_DOUBLE_EQ(file.GetBandAt(1)->GetWaveLength(), c.wave);
-        EXPECT_GE(file.GetBandAt(1)->GetBandName().Find("green"), 0);
+        const auto file = OpenFile(path.toUtf8().constData());
+        ASSERT_TRUE(file);
+        EXPECT_DOUBLE_EQ(file->GetBandAt(1)->GetWaveLength(), wave);
+        EXPECT_GE(file->GetBandAt(1)->GetBandName().Find("green"), 0);
         int rgb[3] = {};
-        ASSERT_TRUE(file.GetHeaderBands(rgb));
+        ASSERT_TRUE(file->GetHeaderBands(rgb));
         EXPECT_EQ(rgb[0], 2);
         EXPECT_EQ(rgb[2], 0);
     }

@@ -1,25 +1,23 @@
 #include "foundation/raster/XDMBandGDAL.h"
 #include "foundation/raster/XDMBandSpatialFilter.h"
 #include "foundation/raster/XDMFileSaver.h"
-#include "foundation/raster/XRSFile.h"
-#include "foundation/raster/XRSFileIO.h"
 #include "foundation/raster/XRasterTypes.h"
 #include "foundation/raster/XSaveControl.h"
+#include "tests/support/XFileBytes.h"
+#include "tests/support/XFullDisk.h"
 #include "tests/support/XGdalSample.h"
+#include "tests/support/XRasterFiles.h"
 
 #include <gmock/gmock.h>
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cmath>
-#include <csignal>
 #include <ctime>
 #include <limits>
 #include <random>
@@ -28,14 +26,6 @@
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-
-std::unique_ptr<XRSFile> OpenFile(const XString& path)
-{
-    auto file = std::make_unique<XRSFile>();
-    XString error;
-    EXPECT_TRUE(XRSFileIO::Open(path, file.get(), error)) << error.GetString();
-    return file->GetNumOfBands() > 0 ? std::move(file) : nullptr;
-}
 
 double PixelOf(const XDMBand& band, int level, int x, int y)
 {
@@ -80,11 +70,6 @@ protected:
         return QDir(dir.filePath(folder))
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
     }
-    static QByteArray Read(const QString& name)
-    {
-        QFile file(name);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
     int Build(const XString& path, XSidecarPlace place = XSidecarPlace::Any)
     {
         return XRSFileIO::BuildLevels(path, place, control, made, error);
@@ -109,47 +94,38 @@ TEST_F(XRSFileLevels, SamplesAreJoinedAsTheirKindAsks)
         dataset.GetRasterBand(1)->SetColorTable(&colors);
     };
     const auto null = [](GDALDataset& dataset) { dataset.GetRasterBand(1)->SetNoDataValue(9); };
+    constexpr double kBig = 1000000006, kFine = 500000.123456789;
     struct tagCase
     {
         const char* name;
         GDALDataType type;
-        std::vector<double> block; ///< of 2 x 2 pixels, repeated
+        std::array<double, 4> block; ///< of 2 x 2 pixels, repeated
         double wanted;
-        std::function<void(GDALDataset&)> prepare;
-        std::vector<const char*> options;
+        std::function<void(GDALDataset&)> prepare{};
+        const char* options = "";
         int bands = 1; ///< the fourth is an opacity, 0 on the left
     };
     const tagCase cases[] = {
-        {"digits of a whole number",
-         GDT_Int32,
-         {1000000006, 1000000006, 1000000008, 1000000008},
-         1000000007,
-         {},
-         {}},
-        {"digits without no data",
-         GDT_Float64,
-         {9, 500000.123456789, kNaN, 9},
-         500000.123456789,
-         null,
-         {}},
+        {"digits of a whole number", GDT_Int32, {kBig, kBig, kBig + 2, kBig + 2}, kBig + 1},
+        {"digits without no data", GDT_Float64, {9, kFine, kNaN, 9}, kFine, null},
         {"opacity is a band like any",
          GDT_Byte,
          {200, 200, 200, 200},
          200,
          {},
-         {"PHOTOMETRIC=RGB", "ALPHA=YES"},
+         "PHOTOMETRIC=RGB ALPHA=YES",
          4},
-        {"digits of 64 bits", GDT_Int64, {9e15, 9e15, 9e15 - 2, 9e15 - 2}, 9e15 - 1, {}, {}},
-        {"mean", GDT_UInt16, {100, 200, 300, 400}, 250, {}, {}},
-        {"mean without no data", GDT_Int16, {9, -20, 9, -40}, -30, null, {}},
-        {"no data alone", GDT_Int32, {9, 9, 9, 9}, 9, null, {}},
-        {"NaN is no data", GDT_Float32, {kNaN, 2, 4, kNaN}, 3, {}, {}},
-        {"NaN beside a value of no data", GDT_Float64, {kNaN, 2, 4, 9}, 3, null, {}},
-        {"large numbers", GDT_Int32, {2e9, 2e9, -1e9, -1e9}, 5e8, {}, {}},
-        {"class", GDT_Byte, {3, 1, 3, 2}, 3, palette, {}},
-        {"signed byte", GDT_Byte, {250, 250, 250, 250}, -6, {}, {"PIXELTYPE=SIGNEDBYTE"}},
-        {"magnitude", GDT_CFloat32, {3, 5, 3, 5}, 4, {}, {}},
-        {"complex integers", GDT_CInt16, {3, 5, 3, 5}, 4, {}, {}},
+        {"digits of 64 bits", GDT_Int64, {9e15, 9e15, 9e15 - 2, 9e15 - 2}, 9e15 - 1},
+        {"mean", GDT_UInt16, {100, 200, 300, 400}, 250},
+        {"mean without no data", GDT_Int16, {9, -20, 9, -40}, -30, null},
+        {"no data alone", GDT_Int32, {9, 9, 9, 9}, 9, null},
+        {"NaN is no data", GDT_Float32, {kNaN, 2, 4, kNaN}, 3},
+        {"NaN beside a value of no data", GDT_Float64, {kNaN, 2, 4, 9}, 3, null},
+        {"large numbers", GDT_Int32, {2e9, 2e9, -1e9, -1e9}, 5e8},
+        {"class", GDT_Byte, {3, 1, 3, 2}, 3, palette},
+        {"signed byte", GDT_Byte, {250, 250, 250, 250}, -6, {}, "PIXELTYPE=SIGNEDBYTE"},
+        {"magnitude", GDT_CFloat32, {3, 5, 3, 5}, 4},
+        {"complex integers", GDT_CInt16, {3, 5, 3, 5}, 4},
     };
     for (const tagCase& c : cases) {
         SCOPED_TRACE(c.name);
@@ -195,9 +171,8 @@ TEST_F(XRSFileLevels, SamplesAreJoinedAsTheirKindAsks)
 TEST_F(XRSFileLevels, WhatCannotStandBesideGoesToTheCacheAndFollowsTheFile)
 {
     const auto write = [this](double first) {
-        return XfnWriteGdalSample(
-            Path("scene.tif"),
-            {.width = 600, .height = 300, .value = [first](int, int, int) { return first; }});
+        return XfnWriteGdalSample(Path("scene.tif"), 600, 300,
+                                  [first](int, int, int) { return first; });
     };
     XString path = write(10);
     ASSERT_EQ(chmod(Path("").toUtf8(), 0555), 0);
@@ -230,14 +205,10 @@ TEST_F(XRSFileLevels, WhatCannotStandBesideGoesToTheCacheAndFollowsTheFile)
 
 TEST_F(XRSFileLevels, AStopAndAFullDiskLeaveNothing)
 {
-    const XString path = XfnWriteGdalSample(
-        Path("noise.tif"), {.width = 1500,
-                            .height = 1500,
-                            .bands = 3,
-                            .options = {"INTERLEAVE=PIXEL"},
-                            .value = [random = std::mt19937()](int, int, int) mutable {
-                                return static_cast<double>(random() % 256);
-                            }});
+    std::mt19937 random;
+    const auto noise = [&](int, int, int) { return static_cast<double>(random() % 256); };
+    const XString path =
+        XfnWriteGdalSample(Path("noise.tif"), 1500, 1500, noise, 3, "INTERLEAVE=PIXEL");
     std::atomic<int> stop{0};
     control.abort = &stop;
     control.progress = [&](int percent) { stop = percent > 20; };
@@ -246,14 +217,10 @@ TEST_F(XRSFileLevels, AStopAndAFullDiskLeaveNothing)
     EXPECT_EQ(Files("data"), QStringList{"noise.tif"});
 
     control = tagXSaveControl();
-    struct rlimit before = {};
-    getrlimit(RLIMIT_FSIZE, &before);
-    const struct rlimit little = {200000, before.rlim_max};
-    const auto old = std::signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &little);
-    EXPECT_FALSE(Build(path));
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, old);
+    {
+        const XFullDisk disk(200000);
+        EXPECT_FALSE(Build(path));
+    }
     EXPECT_GE(error.Find("noise.tif"), 0) << error.GetString();
     EXPECT_LT(error.Find(".tql-"), 0) << error.GetString();
     EXPECT_EQ(Files("data"), QStringList{"noise.tif"});
@@ -262,13 +229,9 @@ TEST_F(XRSFileLevels, AStopAndAFullDiskLeaveNothing)
 TEST_F(XRSFileLevels, ReadersInOtherThreadsMeetTheOldLevelsOrTheNew)
 {
     // picked, a level is 0; averaged, it is 100
-    const XString path = XfnWriteGdalSample(
-        Path("checks.tif"),
-        {.width = 2048,
-         .height = 1024,
-         .bands = 3,
-         .options = {"TILED=YES", "INTERLEAVE=PIXEL"},
-         .value = [](int x, int y, int) { return x % 2 && y % 2 ? 0.0 : 400.0 / 3; }});
+    const auto checks = [](int x, int y, int) { return x % 2 && y % 2 ? 0.0 : 400.0 / 3; };
+    const XString path =
+        XfnWriteGdalSample(Path("checks.tif"), 2048, 1024, checks, 3, "TILED=YES INTERLEAVE=PIXEL");
     const auto file = OpenFile(path);
     ASSERT_TRUE(Build(path)) << error.GetString();
     const auto all = [&](XDMBand& band, int wanted) {
@@ -283,7 +246,7 @@ TEST_F(XRSFileLevels, ReadersInOtherThreadsMeetTheOldLevelsOrTheNew)
     ASSERT_TRUE(derived.Create(file->GetBandAt(0), kXFilterNone, 3));
     ASSERT_EQ(all(derived, 0), 0);
     std::atomic<int> isOver{0};
-    std::vector<std::thread> readers;
+    std::vector<std::jthread> readers;
     for (int i = 0; i < 3; ++i)
         readers.emplace_back([&, i] {
             while (!isOver) {
@@ -298,8 +261,7 @@ TEST_F(XRSFileLevels, ReadersInOtherThreadsMeetTheOldLevelsOrTheNew)
     EXPECT_TRUE(XRSFileIO::TakeUpLevels(file.get()));
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     isOver = 1;
-    for (std::thread& reader : readers)
-        reader.join();
+    readers.clear(); // joins
     for (int i = 0; i < 3; ++i)
         EXPECT_EQ(all(*file->GetBandAt(i), 100), 0) << i;
     EXPECT_EQ(all(derived, 100), 0);
@@ -308,9 +270,8 @@ TEST_F(XRSFileLevels, ReadersInOtherThreadsMeetTheOldLevelsOrTheNew)
 
 TEST_F(XRSFileLevels, ADamagedPyramidKeepsNothingFromBeingSeen)
 {
-    const XString path = XfnWriteGdalSample(
-        Path("scene.tif"),
-        {.width = 1500, .height = 1500, .value = [](int x, int y, int) { return x * y % 251; }});
+    const XString path = XfnWriteGdalSample(Path("scene.tif"), 1500, 1500,
+                                            [](int x, int y, int) { return x * y % 251; });
     ASSERT_TRUE(Build(path)) << error.GetString();
     ASSERT_TRUE(QFile::resize(Path("scene.tif.ovr"), QFile(Path("scene.tif.ovr")).size() / 4));
     const auto file = OpenFile(path);
@@ -323,9 +284,8 @@ TEST_F(XRSFileLevels, ADamagedPyramidKeepsNothingFromBeingSeen)
 TEST_F(XRSFileLevels, NothingOfAnOtherStateOfTheFileIsKept)
 {
     const auto write = [this](const char* name, double value) {
-        const XString tif = XfnWriteGdalSample(
-            Path("made.tif"),
-            {.width = 600, .height = 300, .value = [value](int, int, int) { return value; }});
+        const XString tif = XfnWriteGdalSample(Path("made.tif"), 600, 300,
+                                               [value](int, int, int) { return value; });
         const QString target = Path(name);
         QFile::remove(target);
         const bool isNative = target.endsWith(".xdm");
@@ -378,13 +338,12 @@ TEST_F(XRSFileLevels, WhatIsOlderThanTheFileIsLeftWithANote)
         file = OpenFile(path);
         EXPECT_TRUE(HasRealLevels(*file) && file->GetNotes().IsEmpty())
             << file->GetNotes().GetString();
-        const QByteArray stale[] = {Read(name + ".ovr"), Read(name + ".aux.xml")};
+        const QByteArray stale[] = {XfnReadBytes(name + ".ovr"), XfnReadBytes(name + ".aux.xml")};
 
         value = 200;
         write();
         for (const int i : {0, 1}) {
-            QFile side(name + (i ? ".aux.xml" : ".ovr"));
-            ASSERT_TRUE(side.open(QIODevice::WriteOnly) && side.write(stale[i]) > 0);
+            ASSERT_FALSE(XfnWriteBytes(name + (i ? ".aux.xml" : ".ovr"), stale[i]).IsEmpty());
         }
         const struct timespec times[2] = {{0, UTIME_OMIT}, {std::time(nullptr) + 5, 0}};
         ASSERT_EQ(utimensat(AT_FDCWD, path, times, 0), 0);
@@ -432,13 +391,12 @@ TEST_F(XRSFileLevels, ExactStatisticsAreFoundAgain)
                                                              ? 900.0 + b
                                                              : (x * 3 + y) % 100 + 0.5 * b;
                                               }});
-        const QByteArray before = Read(Path(c.name));
-        QFile side(Path(QString(c.name) + ".aux.xml"));
-        ASSERT_TRUE(side.open(QIODevice::WriteOnly));
-        side.write("<PAMDataset><PAMRasterBand band=\"2\"><Description>kept</Description><Metadata>"
-                   "<MDI key=\"STATISTICS_VALID_PERCENT\">7</MDI></Metadata></PAMRasterBand>"
-                   "</PAMDataset>");
-        side.close();
+        const QByteArray before = XfnReadBytes(Path(c.name));
+        const QString side = Path(QString(c.name) + ".aux.xml");
+        XfnWriteBytes(
+            side, "<PAMDataset><PAMRasterBand band=\"2\"><Description>kept</Description><Metadata>"
+                  "<MDI key=\"STATISTICS_VALID_PERCENT\">7</MDI></Metadata></PAMRasterBand>"
+                  "</PAMDataset>");
         const auto file = OpenFile(path);
         std::vector<const XDMBand*> bands;
         for (int i = 0; i < 2; ++i) {
@@ -448,18 +406,18 @@ TEST_F(XRSFileLevels, ExactStatisticsAreFoundAgain)
         ASSERT_TRUE(XRSFileIO::SaveStatistics(bands, c.place, made, error)) << error.GetString();
         const auto later = OpenFile(path);
         for (int i = 0; i < 2; ++i) {
-            const auto wanted = bands[static_cast<std::size_t>(i)]->GetStatistics();
-            const auto found = later->GetBandAt(i)->GetStatistics();
-            EXPECT_EQ(found->max, wanted->max);
-            EXPECT_EQ(found->mean, wanted->mean);
-            EXPECT_EQ(found->stdDev, wanted->stdDev);
-            EXPECT_EQ(found->histogram, wanted->histogram);
-            EXPECT_FALSE(found->isEstimated || found->isHistogramEstimated);
+            const auto numbers = [](const tagXBandStatistics& of) {
+                return std::tuple(of.max, of.mean, of.stdDev, of.histogram, of.isEstimated,
+                                  of.isHistogramEstimated);
+            };
+            EXPECT_EQ(numbers(*later->GetBandAt(i)->GetStatistics()),
+                      numbers(*bands[static_cast<std::size_t>(i)]->GetStatistics()));
+            EXPECT_FALSE(later->GetBandAt(i)->HasEstimatedStatistics());
         }
-        const QByteArray beside = Read(side.fileName());
+        const QByteArray beside = XfnReadBytes(side);
         EXPECT_TRUE(beside.contains("<Description>kept<"));
-        EXPECT_EQ(beside.contains("VALID_PERCENT"), made != side.fileName().toUtf8().constData());
-        EXPECT_EQ(Read(Path(c.name)), before);
+        EXPECT_EQ(beside.contains("VALID_PERCENT"), made != side.toUtf8().constData());
+        EXPECT_EQ(XfnReadBytes(Path(c.name)), before);
     }
 }
 
@@ -491,11 +449,7 @@ TEST_F(XRSFileLevels, OnlyLargeImagesWantOne)
                             "relativeToVRT='1'>two.tif</SourceFilename></SimpleSource>"
                             "</VRTRasterBand>")
                         .arg(own);
-        QFile file(Path("mixed.vrt"));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly) &&
-                    file.write((text + "</VRTDataset>").toUtf8()) > 0);
-        file.close();
-        const XString path = file.fileName().toUtf8().constData();
+        const XString path = XfnWriteBytes(Path("mixed.vrt"), (text + "</VRTDataset>").toUtf8());
         const int isWanted = XRSFileIO::NeedsLevels(OpenFile(path).get());
         EXPECT_EQ(isWanted, QString(type) == "Byte");
         EXPECT_EQ(Build(path), isWanted);

@@ -64,7 +64,7 @@ TEST(XTileCache, KeepsItsBudget)
 TEST(XTileCache, CountsRightUnderThreads)
 {
     XTileCache cache(20000);
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     for (unsigned t = 0; t < 4; ++t) {
         threads.emplace_back([&cache, t] {
             std::mt19937 random(t);
@@ -78,8 +78,7 @@ TEST(XTileCache, CountsRightUnderThreads)
             }
         });
     }
-    for (std::thread& thread : threads)
-        thread.join();
+    threads.clear(); // joins
     EXPECT_LE(cache.GetByteSize(), 20000u);
     cache.RemoveOwner(0);
     cache.RemoveOwner(1);

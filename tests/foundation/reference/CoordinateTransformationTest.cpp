@@ -3,7 +3,9 @@
 #include "foundation/reference/XSpatialReference.h"
 
 #include <gtest/gtest.h>
+#include <ogr_spatialref.h>
 
+#include <atomic>
 #include <cmath>
 #include <limits>
 #include <thread>
@@ -48,8 +50,7 @@ TEST(CoordinateTransformation, PublishedProjections)
         const auto there = XfnCreateCoordTrans(&geographic, &projected);
         const auto back = XfnCreateCoordTrans(&projected, &geographic);
         ASSERT_TRUE(there && back);
-        double x = row.lon;
-        double y = row.lat;
+        double x = row.lon, y = row.lat;
         ASSERT_TRUE(there->TransformPt(x, y));
         EXPECT_NEAR(x, row.x, 0.051); // half of the last published digit
         EXPECT_NEAR(y, row.y, 0.051);
@@ -76,8 +77,7 @@ TEST(CoordinateTransformation, EastingFirstWhateverTheAuthoritySays)
         SCOPED_TRACE(row.code);
         const XSpatialReference target = FromEpsg(row.code);
         XCoordinateTransformation transformation(wgs, target);
-        double x = row.lon;
-        double y = row.lat;
+        double x = row.lon, y = row.lat;
         ASSERT_TRUE(transformation.TransformPt(x, y));
         EXPECT_TRUE(x > row.minX && x < row.maxX) << x;
         EXPECT_TRUE(y > row.minY && y < row.maxY) << y;
@@ -132,8 +132,7 @@ TEST(CoordinateTransformation, DomainAntimeridianAndPoles)
     XSpatialReference half; // shows one half of the earth only
     ASSERT_TRUE(half.importFromProj4("+proj=ortho +lat_0=0 +lon_0=127 +ellps=sphere +no_defs"));
     XCoordinateTransformation toHalf(wgs, half);
-    double x = -53.0;
-    double y = 0.0;
+    double x = -53.0, y = 0.0;
     EXPECT_FALSE(toHalf.TransformPt(x, y));
     EXPECT_EQ(x, kXNotSet);
     XCoordinateTransformation fromHalf(half, wgs);
@@ -141,13 +140,11 @@ TEST(CoordinateTransformation, DomainAntimeridianAndPoles)
     y = 0.0;
     EXPECT_FALSE(fromHalf.TransformPt(x, y));
     XCoordinateTransformation zone52(wgs, FromEpsg(32652));
-    x = -141.0;
-    y = 0.0;
+    x = -141.0, y = 0.0;
     EXPECT_FALSE(zone52.TransformPt(x, y)); // a quarter turn away lies at infinity
 
     XCoordinateTransformation polar(wgs, FromEpsg(3031));
-    x = 77.0;
-    y = -90.0;
+    x = 77.0, y = -90.0;
     ASSERT_TRUE(polar.TransformPt(x, y));
     EXPECT_NEAR(std::hypot(x, y), 0.0, 1e-6);
 
@@ -163,8 +160,7 @@ TEST(CoordinateTransformation, DomainAntimeridianAndPoles)
     EXPECT_LE(x, 180.0);
 
     XCoordinateTransformation none(wgs, XSpatialReference());
-    x = 1.0;
-    y = 2.0;
+    x = 1.0, y = 2.0;
     int ok = 7;
     EXPECT_FALSE(none.IsValid());
     EXPECT_FALSE(none.Transform(1, &x, &y, nullptr, &ok));
@@ -183,8 +179,7 @@ TEST(CoordinateTransformation, AngularUnitsOfTheSystemCount)
     ASSERT_TRUE(transformation.TransformPt(x, y));
     EXPECT_NEAR(x, 90.0, 1e-9);
     EXPECT_NEAR(y, 89.1, 1e-9);
-    x = 0.0;
-    y = 100.5;
+    x = 0.0, y = 100.5;
     EXPECT_FALSE(transformation.TransformPt(x, y));
 }
 
@@ -192,20 +187,41 @@ TEST(CoordinateTransformation, OneObjectAThreadFromOneReference)
 {
     const XSpatialReference wgs = FromEpsg(4326);
     const XSpatialReference utm = FromEpsg(32652);
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     std::vector<double> results(4);
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&, i] {
             XCoordinateTransformation transformation(wgs, utm);
-            double x = 129.0;
-            double y = 37.0;
+            double x = 129.0, y = 37.0;
             if (transformation.TransformPt(x, y)) results[i] = x;
         });
     }
-    for (auto& thread : threads)
-        thread.join();
+    threads.clear(); // joins
     for (const double easting : results)
         EXPECT_NEAR(easting, 500000.0, 1e-6);
+}
+
+TEST(CoordinateTransformation, ACleanupTakesNothingFromOtherThreads)
+{
+    const XSpatialReference utm = FromEpsg(32652);
+    std::atomic<int> failures{0}, isOver{0};
+    std::vector<std::jthread> threads;
+    for (int i = 0; i < 2; ++i)
+        threads.emplace_back([&] {
+            while (!isOver) {
+                const OGRSpatialReference* shared = OGRSpatialReference::GetWGS84SRS();
+                if (!shared || !shared->IsGeographic()) ++failures;
+            }
+        });
+    for (int i = 0; i < 200; ++i) {
+        XfnCleanupCoord();
+        double x = 129.0, y = 37.0;
+        XCoordinateTransformation transformation(FromEpsg(4326), utm);
+        if (!transformation.TransformPt(x, y)) ++failures;
+    }
+    isOver = 1;
+    threads.clear(); // joins
+    EXPECT_EQ(failures, 0);
 }
 
 } // namespace

@@ -120,24 +120,10 @@ TEST(Mgrs, CornersNameTheirOwnSquare)
 
 TEST(Mgrs, RefusesWhatIsNoReference)
 {
-    const char* const texts[] = {"",
-                                 "52S",
-                                 "52",
-                                 "MGRS",
-                                 "INV",
-                                 "00SCG1234512345",
-                                 "61SCG1234512345",
-                                 "52ICG1234512345",
-                                 "52SIG1234512345",
-                                 "52SCG123451234",
-                                 "52SCG12345-1234",
-                                 "52SCG1234512345678901234567890",
-                                 "52SCG\xEC\x84\x9C",
-                                 "38SMB 4414O 84706",
-                                 "ZZZ",
-                                 "A",
-                                 "52SAA0000000000 x"};
-    for (const char* text : texts) {
+    for (const char* text :
+         {"", "52S", "52", "MGRS", "INV", "00SCG1234512345", "61SCG1234512345", "52ICG1234512345",
+          "52SIG1234512345", "52SCG123451234", "52SCG12345-1234", "52SCG1234512345678901234567890",
+          "52SCG\xEC\x84\x9C", "38SMB 4414O 84706", "ZZZ", "A", "52SAA0000000000 x"}) {
         double lon = 5.0, lat = 5.0;
         EXPECT_FALSE(XCoordinateTransformation::MGRS_TO_WGP(text, lon, lat)) << text;
         EXPECT_EQ(lon, kXNotSet) << text;
@@ -311,24 +297,12 @@ TEST(Dms, TextNeverShowsSixty)
         int decimals;
         const char* text;
     } cases[] = {
-        {126.97796, XDmsAxis::Longitude, 2,
-         "126\xC2\xB0"
-         "58'40.66\"E"},
-        {-0.0, XDmsAxis::Latitude, 0,
-         "0\xC2\xB0"
-         "00'00\"N"},
-        {-0.0001, XDmsAxis::Longitude, 1,
-         "0\xC2\xB0"
-         "00'00.4\"W"},
-        {-0.00001, XDmsAxis::Longitude, 0,
-         "0\xC2\xB0"
-         "00'00\"E"}, // nothing is left of the west
-        {59.9999999, XDmsAxis::Latitude, 2,
-         "60\xC2\xB0"
-         "00'00.00\"N"},
-        {-90.0, XDmsAxis::Latitude, 3,
-         "90\xC2\xB0"
-         "00'00.000\"S"},
+        {126.97796, XDmsAxis::Longitude, 2, "126°58'40.66\"E"},
+        {-0.0, XDmsAxis::Latitude, 0, "0°00'00\"N"},
+        {-0.0001, XDmsAxis::Longitude, 1, "0°00'00.4\"W"},
+        {-0.00001, XDmsAxis::Longitude, 0, "0°00'00\"E"}, // nothing is left of the west
+        {59.9999999, XDmsAxis::Latitude, 2, "60°00'00.00\"N"},
+        {-90.0, XDmsAxis::Latitude, 3, "90°00'00.000\"S"},
         {90.0000001, XDmsAxis::Latitude, 3, ""},
         {kXNotSet, XDmsAxis::Longitude, 3, ""},
         {kNan, XDmsAxis::Longitude, 3, ""},

@@ -265,7 +265,7 @@ TEST(SpatialReference, ManyThreadsReadOne)
 {
     const XSpatialReference shared = FromWkt(kCentralBeltPrj);
     const XSpatialReference other = FromEpsg(5186);
-    std::vector<std::thread> threads;
+    std::vector<std::jthread> threads;
     std::atomic<int> good{0};
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&, i] {
@@ -277,8 +277,7 @@ TEST(SpatialReference, ManyThreadsReadOne)
             }
         });
     }
-    for (auto& thread : threads)
-        thread.join();
+    threads.clear(); // joins
     EXPECT_EQ(good, 20);
 }
 

@@ -40,8 +40,7 @@ TEST(BufferMapping, CornersAndUpwardY)
     EXPECT_EQ(ToWorld(mapping, 0, 0), std::make_pair(494000.0, 4103000.0));
     EXPECT_EQ(ToWorld(mapping, 400, 300), std::make_pair(506000.0, 4097000.0));
     EXPECT_EQ(ToPixel(mapping, 494000, 4097000), std::make_pair(0.0, 300.0));
-    double x = 3.0;
-    double y = -3.0;
+    double x = 3.0, y = -3.0;
     mapping.ConvPixelToWorldLength(x, y);
     EXPECT_EQ(std::make_pair(x, y), std::make_pair(90.0, -60.0));
     mapping.ConvWorldToPixelLength(x, y);
@@ -132,8 +131,7 @@ TEST(BufferMapping, ZoomFit)
     for (const tagCase& row : cases) {
         XBufferMapping mapping = MakeMapping();
         EXPECT_EQ(mapping.ZoomFit(row.minX, row.minY, row.maxX, row.maxY), row.result) << row.name;
-        double x = 0.0;
-        double y = 0.0;
+        double x = 0.0, y = 0.0;
         mapping.GetWorldToCenter(x, y);
         EXPECT_EQ(std::make_pair(x, y), std::make_pair(row.centreX, row.centreY)) << row.name;
         mapping.GetWorldPerPixel(x, y);
@@ -164,8 +162,7 @@ TEST(BufferMapping, FittedBoxIsSeenWholeWhenTurnedOrBent)
             mapping.SetRotationAngle(angle);
             if (isBent) mapping.SetWarpCoeff(bend, unbend);
             ASSERT_TRUE(mapping.ZoomFit(0, 0, 1000, 600));
-            double slackX = 1e9;
-            double slackY = 1e9;
+            double slackX = 1e9, slackY = 1e9;
             for (int i = 0; i <= 100; ++i) {
                 const double t = i / 100.0;
                 for (const auto& [wx, wy] : {std::pair{1000.0 * t, 0.0},
@@ -187,8 +184,7 @@ TEST(BufferMapping, FittedBoxIsSeenWholeWhenTurnedOrBent)
 TEST(BufferMapping, ZoomStepsArePowersOfTwo)
 {
     XBufferMapping mapping = MakeMapping();
-    double x = 0.0;
-    double y = 0.0;
+    double x = 0.0, y = 0.0;
     mapping.ZoomIn(1.0);
     mapping.GetWorldPerPixel(x, y);
     EXPECT_EQ(std::make_pair(x, y), std::make_pair(15.0, 10.0));

@@ -1,7 +1,7 @@
 #include "foundation/surface/XVertBuffer.h"
 
-#include "foundation/surface/XBackBuffer.h"
 #include "foundation/surface/XPointShape.h"
+#include "tests/support/XDrawn.h"
 #include "tests/support/XPixelGrid.h"
 
 #include <gtest/gtest.h>
@@ -15,27 +15,10 @@ constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr tagXColor kWhite = 0xFFFFFFFFu;
 constexpr tagXColor kRed = 0xFF0000FFu;
 
-// A surface whose pixels are world units, y up: the pixel in column c of the lowest row has its
-// centre at (c + 0.5, 0.5).
-XBackBuffer MakeSurface(int width, int height)
-{
-    XBackBuffer buffer;
-    buffer.Create(nullptr, 2);
-    buffer.Resize(nullptr, width, height);
-    buffer.SetWorldToCenter(width / 2.0, height / 2.0);
-    return buffer;
-}
-
 template <class Add>
 std::string Draw(int width, int height, Add add)
 {
-    XVertBuffer buffer;
-    buffer.Start();
-    add(buffer);
-    buffer.End();
-    XBackBuffer surface = MakeSurface(width, height);
-    EXPECT_TRUE(buffer.Draw(&surface));
-    return XfnPixelGrid(surface.GetImage());
+    return XfnPixelGrid(Drawn(MakeSurface(width, height), add).GetImage());
 }
 
 tagXVertLine Line(double thick = 0.0, int style = 0, tagXColor colour = kWhite)
@@ -67,14 +50,10 @@ TEST(VertBuffer, LinesStandOnTheirPixels)
 TEST(VertBuffer, ThicknessIsWorldUnitsOrPixels)
 {
     const auto rows = [](double thick, double worldPerPixel) {
-        XVertBuffer buffer;
-        buffer.Start();
         const tagXVector3 line[] = {{-100.0, 8.0}, {100.0, 8.0}};
-        buffer.AddPolyline(line, 2, Line(thick));
-        buffer.End();
         XBackBuffer surface = MakeSurface(16, 16);
         surface.SetWorldPerPixel(worldPerPixel, worldPerPixel);
-        buffer.Draw(&surface);
+        surface = Drawn(surface, [&](XVertBuffer& b) { b.AddPolyline(line, 2, Line(thick)); });
         int count = 0;
         for (int y = 0; y < 16; ++y)
             count += surface.GetImage().pixel(8, y) == 0xFFFFFFFFu;
@@ -90,21 +69,15 @@ TEST(VertBuffer, ThicknessIsWorldUnitsOrPixels)
 TEST(VertBuffer, DashesKeepTheirPlaceWhenTheLineIsClipped)
 {
     // the same line seen whole and seen from a window far along it
-    XVertBuffer buffer;
-    buffer.Start();
     const tagXVector3 line[] = {{0.0, 0.5}, {5000.0, 0.5}};
     tagXVertLine dashed = Line();
     dashed.style.SetStyle(0xF0F0, 99);
-    buffer.AddPolyline(line, 2, dashed);
-    buffer.End();
-    XBackBuffer near = MakeSurface(48, 1);
-    buffer.Draw(&near);
-    const std::string pattern = XfnPixelGrid(near.GetImage());
+    const auto add = [&](XVertBuffer& b) { b.AddPolyline(line, 2, dashed); };
+    const std::string pattern = Draw(48, 1, add);
     EXPECT_EQ(pattern.substr(8, 16), "WWWW....WWWW....") << "four on, four off";
     XBackBuffer far = MakeSurface(48, 1);
     far.SetWorldToCenter(24.0 + 4000.0, 0.5);
-    buffer.Draw(&far);
-    EXPECT_EQ(XfnPixelGrid(far.GetImage()).substr(8, 32), pattern.substr(8, 32));
+    EXPECT_EQ(XfnPixelGrid(Drawn(far, add).GetImage()).substr(8, 32), pattern.substr(8, 32));
 }
 
 TEST(VertBuffer, PolygonFillRulesAndRings)
@@ -170,20 +143,15 @@ TEST(VertBuffer, EveryFillIsItsPattern)
 
 TEST(VertBuffer, PatternMovesWithThePicture)
 {
-    XVertBuffer buffer;
-    buffer.Start();
     tagXVertFill fill;
     fill.style.SetStyle(tagXFillStyle::kForwardDiagonal);
     fill.foreColour = kRed;
     const tagXVector3 box[] = {{-500, -500}, {500, -500}, {500, 500}, {-500, 500}};
-    buffer.AddPolygon(box, 4, nullptr, &fill);
-    buffer.End();
-    XBackBuffer before = MakeSurface(40, 30);
-    buffer.Draw(&before);
+    const auto add = [&](XVertBuffer& b) { b.AddPolygon(box, 4, nullptr, &fill); };
     XBackBuffer moved = MakeSurface(40, 30);
     moved.PanPixel(5, -3);
-    buffer.Draw(&moved);
-    EXPECT_EQ(before.GetImage().copy(0, 3, 35, 27), moved.GetImage().copy(5, 0, 35, 27));
+    EXPECT_EQ(Drawn(MakeSurface(40, 30), add).GetImage().copy(0, 3, 35, 27),
+              Drawn(moved, add).GetImage().copy(5, 0, 35, 27));
 }
 
 TEST(VertBuffer, PointShapes)
@@ -193,22 +161,24 @@ TEST(VertBuffer, PointShapes)
             b.AddPoint({3.5, 3.5}, {shape, size, line, fill});
         });
     };
-    EXPECT_EQ(
-        draw(kXPointPlus, 5.0, kWhite, 0),
-        XfnRows({".......", "...W...", "...W...", ".WWWWW.", "...W...", "...W...", "......."}));
-    EXPECT_EQ(
-        draw(kXPointCross, -5.0, kWhite, 0),
-        XfnRows({".......", ".W...W.", "..W.W..", "...W...", "..W.W..", ".W...W.", "......."}));
-    EXPECT_EQ(
-        draw(kXPointSquare, 5.0, kWhite, kRed),
-        XfnRows({".......", ".WWWWW.", ".WRRRW.", ".WRRRW.", ".WRRRW.", ".WWWWW.", "......."}));
-    EXPECT_EQ(
-        draw(kXPointDot, 5.0, kWhite, kRed),
-        XfnRows({".......", ".......", ".......", "...W...", ".......", ".......", "......."}));
+    const struct
+    {
+        int shape;
+        double size;
+        std::initializer_list<const char*> rows; // between the first and the last, which are black
+    } kCases[] = {
+        {kXPointPlus, 5.0, {"...W...", "...W...", ".WWWWW.", "...W...", "...W..."}},
+        {kXPointCross, -5.0, {".W...W.", "..W.W..", "...W...", "..W.W..", ".W...W."}},
+        {kXPointSquare, 5.0, {".WWWWW.", ".WRRRW.", ".WRRRW.", ".WRRRW.", ".WWWWW."}},
+        {kXPointDot, 5.0, {".......", ".......", "...W...", ".......", "......."}},
+        {kXPointCircle, 5.0, {"..WWW..", ".WRRRW.", ".WRRRW.", ".WRRRW.", "..WWW.."}},
+    };
+    for (const auto& row : kCases) {
+        EXPECT_EQ(draw(row.shape, row.size, kWhite, kRed),
+                  XfnRows({"......."}) + XfnRows(row.rows) + XfnRows({"......."}))
+            << row.shape;
+    }
     EXPECT_EQ(draw(kXPointSquare, 5.0, 0x00FFFFFFu, 0).find_first_not_of(".\n"), std::string::npos);
-    const std::string circle = draw(kXPointCircle, 5.0, kWhite, kRed);
-    EXPECT_EQ(circle, XfnRows({".......", "..WWW..", ".WRRRW.", ".WRRRW.", ".WRRRW.", "..WWW..",
-                               "......."}));
     const std::string triangle = draw(kXPointTriangle, 5.0, kWhite, kRed);
     EXPECT_EQ(triangle.find_first_not_of(".\n"), 8u + 3u) << triangle;
     EXPECT_EQ(triangle.substr(5 * 8, 7), ".WWWWW.") << triangle;
@@ -264,37 +234,33 @@ TEST(VertBuffer, FarVerticesAreClippedNotWrapped)
     });
     EXPECT_EQ(picture, XfnRows({"RRRR", "WWWW", "RRRR"}));
     // and at the finest zoom a mapping allows
-    XVertBuffer buffer;
-    buffer.Start();
     const tagXVector3 box[] = {{-1, -1}, {1, -1}, {1, 1}, {-1, 1}};
     const tagXVertLine thick = Line(0.5);
-    buffer.AddPolygon(box, 4, &thick, &fill);
-    buffer.AddText({.position = {0, 0}, .text = "x", .height = 1.0});
-    buffer.End();
     XBackBuffer surface = MakeSurface(8, 8);
     surface.SetWorldToCenter(0.0, 0.0);
     surface.SetWorldPerPixel(1e-150, 1e-150);
-    EXPECT_TRUE(buffer.Draw(&surface));
+    surface = Drawn(surface, [&](XVertBuffer& b) {
+        b.AddPolygon(box, 4, &thick, &fill);
+        b.AddText({.position = {0, 0}, .text = "x", .height = 1.0});
+    });
     EXPECT_EQ(surface.GetImage().pixel(4, 4), 0xFFFF0000u);
 }
 
 TEST(VertBuffer, TextIsAnchoredTurnedAndScaled)
 {
     const auto bounds = [](tagXVertText text, double worldPerPixel, int fontSizeFlag, double turn) {
-        XVertBuffer buffer;
-        buffer.SetFontSizeFlag(fontSizeFlag);
-        buffer.Start();
         text.style.font.SetFaceName("DejaVu Sans");
         text.text = "HHHH";
         text.colour = 0;
         text.backColour = kRed;
-        buffer.AddText(text);
-        buffer.End();
         XBackBuffer surface = MakeSurface(200, 200);
         surface.SetWorldToCenter(0.0, 0.0);
         surface.SetWorldPerPixel(worldPerPixel, worldPerPixel);
         surface.SetRotationAngle(turn);
-        buffer.Draw(&surface);
+        surface = Drawn(surface, [&](XVertBuffer& b) {
+            b.SetFontSizeFlag(fontSizeFlag);
+            b.AddText(text);
+        });
         QRect box;
         for (int y = 0; y < 200; ++y) {
             for (int x = 0; x < 200; ++x) {
@@ -354,25 +320,17 @@ TEST(VertBuffer, EachTextKeepsTheFontSizeFlagOfItsTime)
 
 TEST(VertBuffer, ImagesLieBetweenTheirCorners)
 {
-    const QImage image = XfnMakePicture({"RG", "BY"});
-    EXPECT_EQ(Draw(6, 4,
-                   [&](XVertBuffer& b) {
-                       b.AddImage(image, {1, 4}, {5, 4}, {1, 0});
-                   }),
+    const auto draw = [](int width, int height, const tagXVector3& upperLeft,
+                         const tagXVector3& upperRight, const tagXVector3& lowerLeft) {
+        return Draw(width, height, [&](XVertBuffer& b) {
+            b.AddImage(XfnMakePicture({"RG", "BY"}), upperLeft, upperRight, lowerLeft);
+        });
+    };
+    EXPECT_EQ(draw(6, 4, {1, 4}, {5, 4}, {1, 0}),
               XfnRows({".RRGG.", ".RRGG.", ".BBYY.", ".BBYY."}));
-    EXPECT_EQ(Draw(2, 2,
-                   [&](XVertBuffer& b) {
-                       b.AddImage(image, {0, 0}, {0, 2}, {2, 0});
-                   }),
-              XfnRows({"GY", "RB"}))
-        << "laid on its side";
-    EXPECT_EQ(Draw(2, 1,
-                   [&](XVertBuffer& b) {
-                       b.AddImage(image, {-1e9, 1e9}, {1e9, 1e9}, {-1e9, -1e9 + 1});
-                   })
-                  .find_first_of('.'),
-              std::string::npos)
-        << "a giant picture covers all";
+    EXPECT_EQ(draw(2, 2, {0, 0}, {0, 2}, {2, 0}), XfnRows({"GY", "RB"})) << "laid on its side";
+    const std::string giant = draw(2, 1, {-1e9, 1e9}, {1e9, 1e9}, {-1e9, -1e9 + 1});
+    EXPECT_EQ(giant.find('.'), std::string::npos) << "covers all";
     const std::string half = Draw(1, 1, [&](XVertBuffer& b) {
         b.AddImage(XfnMakePicture({"W"}), {0, 1}, {1, 1}, {0, 0}, 0.5);
     });
@@ -414,10 +372,9 @@ TEST(VertBuffer, RecordingStaysUntilEndAndIsShared)
 
 TEST(VertBuffer, AbortEndsTheReplay)
 {
-    XVertBuffer buffer;
-    buffer.Start();
-    buffer.AddPoint({1.5, 0.5}, {kXPointDot, 0.0, kWhite, 0});
-    buffer.End();
+    const XVertBuffer buffer = Recorded([](XVertBuffer& b) {
+        b.AddPoint({1.5, 0.5}, {kXPointDot, 0.0, kWhite, 0});
+    });
     XBackBuffer surface = MakeSurface(3, 1);
     std::atomic<int> abort{1};
     EXPECT_FALSE(buffer.Draw(&surface, &abort));

@@ -1,5 +1,4 @@
-#include "foundation/surface/XBackBuffer.h"
-#include "foundation/surface/XVertBuffer.h"
+#include "tests/support/XDrawn.h"
 #include "tests/support/XPixelGrid.h"
 
 #include <gtest/gtest.h>
@@ -14,16 +13,6 @@ namespace {
 
 constexpr tagXColor kWhite = 0xFFFFFFFFu;
 constexpr tagXColor kHalfWhite = 0x80FFFFFFu;
-
-// A black surface of one world unit a pixel, its lower left corner at (0, 0).
-XBackBuffer MakeSurface(int width, int height)
-{
-    XBackBuffer buffer;
-    buffer.Create(nullptr, 2);
-    buffer.Resize(nullptr, width, height);
-    buffer.SetWorldToCenter(width / 2.0, height / 2.0);
-    return buffer;
-}
 
 tagXVertFill Fill(tagXColor colour)
 {
@@ -43,23 +32,21 @@ TEST(VertReplay, AreasThatShareEdgesNeitherOverlapNorLeaveGaps)
         for (int j = 0; j <= kCells; ++j)
             net[i][j] = {4.0 * i + jitter(random), 4.0 * j + jitter(random)};
     }
-    XVertBuffer buffer;
-    buffer.Start();
     const tagXVertFill fill = Fill(kHalfWhite);
-    for (int i = 0; i < kCells; ++i) {
-        for (int j = 0; j < kCells; ++j) {
-            const tagXVector3 lower[] = {net[i][j], net[i + 1][j], net[i][j + 1]};
-            const tagXVector3 upper[] = {net[i + 1][j], net[i + 1][j + 1], net[i][j + 1]};
-            buffer.AddPolygon(lower, 3, nullptr, &fill);
-            buffer.AddPolygon(upper, 3, nullptr, &fill);
+    const auto addNet = [&](XVertBuffer& buffer) {
+        for (int i = 0; i < kCells; ++i) {
+            for (int j = 0; j < kCells; ++j) {
+                const tagXVector3 lower[] = {net[i][j], net[i + 1][j], net[i][j + 1]};
+                const tagXVector3 upper[] = {net[i + 1][j], net[i + 1][j + 1], net[i][j + 1]};
+                buffer.AddPolygon(lower, 3, nullptr, &fill);
+                buffer.AddPolygon(upper, 3, nullptr, &fill);
+            }
         }
-    }
-    buffer.End();
-    XBackBuffer surface = MakeSurface(52, 52);
+    };
     for (const double turn : {0.0, 33.0}) {
+        XBackBuffer surface = MakeSurface(52, 52);
         surface.SetRotationAngle(turn);
-        surface.Clear(kXOpaque);
-        buffer.Draw(&surface);
+        surface = Drawn(surface, addNet);
         for (int y = 14; y < 38; ++y) {
             for (int x = 14; x < 38; ++x)
                 ASSERT_EQ(surface.GetRow(y)[x], 0xFF808080u) << x << ", " << y << " at " << turn;
@@ -82,14 +69,11 @@ TEST(VertReplay, AnyAreaHoldsThePixelsWhoseCentresLieInIt)
             i == 0 ? path.moveTo(at) : path.lineTo(at);
         }
         path.closeSubpath();
-        XVertBuffer buffer;
-        buffer.Start();
         const tagXVertFill fill = Fill(kWhite);
         const std::size_t size = 9;
-        buffer.AddPolygon(ring, &size, 1, nullptr, &fill, isWinding);
-        buffer.End();
-        XBackBuffer surface = MakeSurface(32, 32);
-        buffer.Draw(&surface);
+        XBackBuffer surface = Drawn(MakeSurface(32, 32), [&](XVertBuffer& b) {
+            b.AddPolygon(ring, &size, 1, nullptr, &fill, isWinding);
+        });
         int differing = 0; // centres within a hair of an edge may fall on either side
         for (int i = 0; i < 1024; ++i) {
             const bool isIn = path.contains(QPointF(i % 32 + 0.5, i / 32 + 0.5));
@@ -117,14 +101,11 @@ TEST(VertReplay, SmoothedPixelsGetTheShareThatIsCovered)
         {{{0, 0}, {2, 0}, {2, 4}, {4, 4}, {4, 0}, {0, 4}}, 3, 3, 128}, // crosses itself
     };
     for (const tagCase& row : cases) {
-        XVertBuffer buffer;
-        buffer.SetSmooth(1);
-        buffer.Start();
         const tagXVertFill fill = Fill(kWhite);
-        buffer.AddPolygon(row.ring.data(), row.ring.size(), nullptr, &fill);
-        buffer.End();
-        XBackBuffer surface = MakeSurface(4, 4);
-        buffer.Draw(&surface);
+        const auto add = [&](XVertBuffer& b) {
+            b.AddPolygon(row.ring.data(), row.ring.size(), nullptr, &fill);
+        };
+        XBackBuffer surface = Drawn(MakeSurface(4, 4), add, 1);
         EXPECT_NEAR(static_cast<int>(surface.GetRow(row.y)[row.x] & 0xFFu), row.level, 2)
             << row.x << ", " << row.y;
     }
@@ -135,14 +116,8 @@ TEST(VertReplay, SmoothedLinesHaveEvenSides)
     // level, with places within a width of each other
     const tagXVector3 path[] = {{10, 16.3}, {12, 16.3}, {30, 16.3}, {50, 16.3}};
     for (const std::size_t count : {2u, 4u}) {
-        XVertBuffer buffer;
-        buffer.SetSmooth(1);
-        buffer.Start();
-        const tagXVertLine line{kWhite, -7.0, {}};
-        buffer.AddPolyline(path, count, line);
-        buffer.End();
-        XBackBuffer surface = MakeSurface(64, 32);
-        buffer.Draw(&surface);
+        const auto add = [&](XVertBuffer& b) { b.AddPolyline(path, count, {kWhite, -7.0, {}}); };
+        XBackBuffer surface = Drawn(MakeSurface(64, 32), add, 1);
         for (int x = 10; x < (count == 2 ? 12 : 50); ++x) {
             EXPECT_NEAR(static_cast<int>(surface.GetRow(12)[x] & 0xFFu), 204, 2) << x; // 0.8
             EXPECT_NEAR(static_cast<int>(surface.GetRow(19)[x] & 0xFFu), 51, 2) << x;
@@ -159,12 +134,9 @@ TEST(VertReplay, ThickLinesHaveNoHoles)
         while (path.size() < 60)
             path.push_back({path.back().x + step(random), path.back().y + step(random)});
         const double width = 3 + run % 13;
-        XVertBuffer buffer;
-        buffer.Start();
-        buffer.AddPolyline(path.data(), path.size(), tagXVertLine{kWhite, -width, {}});
-        buffer.End();
-        XBackBuffer surface = MakeSurface(64, 64);
-        buffer.Draw(&surface);
+        XBackBuffer surface = Drawn(MakeSurface(64, 64), [&](XVertBuffer& b) {
+            b.AddPolyline(path.data(), path.size(), {kWhite, -width, {}});
+        });
         for (int i = 0; i < 64 * 64; ++i) {
             const double x = i % 64 + 0.5, y = 64 - (i / 64 + 0.5);
             const bool isWithin = std::ranges::any_of(path, [&](const tagXVector3& at) {
@@ -181,13 +153,9 @@ TEST(VertReplay, OutlinesPaintEachPixelOnce)
     // half opaque: what is painted twice comes out brighter
     const tagXVector3 ring[] = {{3.2, 3.7}, {28.1, 5.0}, {25.5, 26.3}, {14.0, 28.8}, {5.4, 20.1}};
     for (const double thick : {0.0, -2.0, -7.0}) {
-        XVertBuffer buffer;
-        buffer.Start();
         const tagXVertLine line{kHalfWhite, thick, {}};
-        buffer.AddPolygon(ring, 5, &line, nullptr);
-        buffer.End();
-        XBackBuffer surface = MakeSurface(32, 32);
-        buffer.Draw(&surface);
+        XBackBuffer surface = Drawn(MakeSurface(32, 32),
+                                    [&](XVertBuffer& b) { b.AddPolygon(ring, 5, &line, nullptr); });
         int painted = 0;
         for (int i = 0; i < 1024; ++i) {
             const std::uint32_t pixel = surface.GetRow(i / 32)[i % 32] & 0xFFu;
@@ -201,17 +169,12 @@ TEST(VertReplay, OutlinesPaintEachPixelOnce)
 TEST(VertReplay, WhatIsSmallerThanAPixelIsOne)
 {
     const auto draw = [](tagXColor line, tagXColor fill, double x, double size) {
-        XVertBuffer buffer;
-        buffer.Start();
         const tagXVertLine outline{line, 0.0, {}};
         const tagXVertFill area = Fill(fill);
         const tagXVector3 box[] = {
             {x, 0.1}, {x + size, 0.1}, {x + size, 0.1 + size}, {x, 0.1 + size}};
-        buffer.AddPolygon(box, 4, &outline, &area);
-        buffer.End();
-        XBackBuffer surface = MakeSurface(4, 1);
-        buffer.Draw(&surface);
-        return XfnPixelGrid(surface.GetImage());
+        const auto add = [&](XVertBuffer& b) { b.AddPolygon(box, 4, &outline, &area); };
+        return XfnPixelGrid(Drawn(MakeSurface(4, 1), add).GetImage());
     };
     EXPECT_EQ(draw(kWhite, 0xFF0000FFu, 1.2, 0.3), ".W..\n");
     EXPECT_EQ(draw(0, 0xFF0000FFu, 1.6, 0.3), ".R..\n") << "no centre within";

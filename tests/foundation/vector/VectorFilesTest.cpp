@@ -2,7 +2,6 @@
 #include "foundation/base/XFile.h"
 #include "foundation/base/XSentinels.h"
 #include "foundation/platform/XThread.h"
-#include "foundation/surface/XVertBuffer.h"
 #include "foundation/vector/XAttributeTable.h"
 #include "foundation/vector/XVectorFileInfo.h"
 #include "foundation/vector/XVectorIO.h"
@@ -13,40 +12,21 @@
 #include "foundation/vector/XvcMSymbol.h"
 #include "foundation/vector/XvcSymbolDef.h"
 #include "foundation/vector/XvcSymbolTable.h"
+#include "tests/support/XFileBytes.h"
+#include "tests/support/XFullDisk.h"
 #include "tests/support/XVectorClassSamples.h"
 #include "tests/support/XVectorSamples.h"
 
 #include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 #include <QTemporaryDir>
 
-#include <sys/resource.h>
-
-#include <csignal>
 #include <set>
 
 namespace {
-
-const char* Text(const QByteArray& bytes)
-{
-    return bytes.constData();
-}
-
-QByteArray ReadAll(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void WriteAll(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-}
 
 /// The outlines of the symbols in a tree, in their order.
 void AddLooks(const XObject* element, std::vector<XString>& looks)
@@ -92,7 +72,7 @@ class VectorFile : public testing::Test
 {
 protected:
     QString Path(const char* name) const { return m_folder.filePath(name); }
-    XString Name(const char* name) const { return Text(Path(name).toUtf8()); }
+    XString Name(const char* name) const { return Path(name).toUtf8().constData(); }
 
     /// A tree with every class, symbols, attributes and lists.
     void FillTree(XvcBase& base)
@@ -132,11 +112,8 @@ protected:
         inner->SetHideFlag(1);
         list->AddTail(inner);
         inner->AddTail(new XvcLayer);
-        auto definition = std::make_unique<XvcSymbolDef>();
-        XString error;
-        definition->SetOutline("sL -45 0 45 0", error);
-        base.GetOwnSymbolTable().Add(900, std::move(definition));
         base.SetSymbolTable(&base.GetOwnSymbolTable());
+        Define(base.GetOwnSymbolTable(), 900, "sL -45 0 45 0");
         base.CalcRange();
     }
 
@@ -149,25 +126,22 @@ TEST_F(VectorFile, EverythingComesBack)
     XvcBase base;
     FillTree(base);
     ASSERT_TRUE(XfnExportXVC(Name("a.xvc"), &base, m_error)) << m_error.GetString();
-    struct
-    {
-        int calls = 0;
-    } seen;
+    int calls = 0;
     XvcBase read;
     std::vector<XString> notes;
     const auto count = [](void* context, XvcObj* object) {
-        ++static_cast<decltype(seen)*>(context)->calls;
+        ++*static_cast<int*>(context);
         return object ? 1 : 0;
     };
-    ASSERT_TRUE(XfnImportXVC(Name("a.xvc"), &read, m_error, nullptr, &seen, count, &notes))
+    ASSERT_TRUE(XfnImportXVC(Name("a.xvc"), &read, m_error, nullptr, &calls, count, &notes))
         << m_error.GetString();
     EXPECT_TRUE(notes.empty()) << notes[0].GetString();
     ASSERT_TRUE(XfnExportXVC(Name("b.xvc"), &read, m_error));
-    EXPECT_EQ(ReadAll(Path("a.xvc")), ReadAll(Path("b.xvc")));
+    EXPECT_EQ(XfnReadBytes(Path("a.xvc")), XfnReadBytes(Path("b.xvc")));
 
     std::set<std::string> classes;
     const auto samples = MakeVectorSamples();
-    EXPECT_EQ(seen.calls, static_cast<int>(samples.size()) + 1);
+    EXPECT_EQ(calls, static_cast<int>(samples.size()) + 1);
     EXPECT_TRUE(read.GetSR()->IsSame(base.GetSR()));
     EXPECT_EQ(read.GetSR()->GetCoordType(), 3);
     ASSERT_TRUE(read.GetSymbolTable() && read.GetSymbolTable()->Find(900));
@@ -202,7 +176,7 @@ TEST_F(VectorFile, EverythingComesBack)
     tagXVectorFileInfo info;
     ASSERT_TRUE(XfnGetXVCInfo(Name("a.xvc"), info, m_error)) << m_error.GetString();
     ASSERT_EQ(info.layers.size(), 2u);
-    EXPECT_EQ(info.objects, seen.calls);
+    EXPECT_EQ(info.objects, calls);
     EXPECT_EQ(info.layers[0].name, "all classes");
     EXPECT_EQ(info.layers[0].columns.size(), 3u);
     EXPECT_TRUE(info.layers[0].hasPoints && info.layers[0].hasOthers && info.layers[0].hasHeights);
@@ -221,7 +195,7 @@ TEST_F(VectorFile, ASecondReaderAgrees)
     script.start(python,
                  {QString::fromUtf8(TQL_SOURCE_DIR "/tests/formats/xvc_reader.py"), Path("a.xvc")});
     ASSERT_TRUE(script.waitForFinished(60000));
-    ASSERT_EQ(script.exitCode(), 0) << Text(script.readAllStandardError());
+    ASSERT_EQ(script.exitCode(), 0) << script.readAllStandardError().constData();
     const QJsonObject root =
         QJsonDocument::fromJson(script.readAllStandardOutput()).object()[u"root"].toObject();
     EXPECT_EQ(root[u"name"].toString(), u"tree");
@@ -255,6 +229,12 @@ TEST_F(VectorFile, ASecondReaderAgrees)
         EXPECT_EQ(common[u"name"].toString().toUtf8(), sample.GetName().GetString());
         EXPECT_EQ(common[u"foreColor"].toDouble(), sample.GetForeColor());
         EXPECT_EQ(common[u"lineColor"].toDouble(), sample.GetLineColor());
+        EXPECT_EQ(common[u"backColor"].toDouble(), sample.GetBackColor());
+        EXPECT_EQ(common[u"link"].toString(), u"link");
+        const tagXLineStyle& line = sample.GetLineStyle();
+        EXPECT_EQ(common[u"line"].toArray(),
+                  (QJsonArray{line.pattern, line.style, static_cast<double>(line.words[0]),
+                              static_cast<double>(line.words[1])}));
         EXPECT_EQ(common[u"hidden"].toInt(), sample.GetHideFlag());
         EXPECT_EQ(common[u"thick"].toDouble(), -1.5);
         EXPECT_EQ(common[u"fill"].toInt(), sample.GetFillStyle().style);
@@ -271,7 +251,7 @@ TEST_F(VectorFile, ASecondReaderAgrees)
             QJsonDocument::fromJson(samples[static_cast<std::size_t>(i)].own.c_str()).object();
         EXPECT_TRUE(!wanted.isEmpty() || own.contains(u"parts"));
         for (const QString& key : wanted.keys())
-            EXPECT_EQ(own[key], wanted[key]) << Text(key.toUtf8());
+            EXPECT_EQ(own[key], wanted[key]) << key.toUtf8().constData();
     }
 }
 
@@ -280,11 +260,11 @@ TEST_F(VectorFile, DamageIsToldAndChangesNothing)
     XvcBase base;
     FillTree(base);
     ASSERT_TRUE(XfnExportXVC(Name("a.xvc"), &base, m_error));
-    const QByteArray whole = ReadAll(Path("a.xvc"));
+    const QByteArray whole = XfnReadBytes(Path("a.xvc"));
     XvcBase target;
     target.AddTail(new XvcLayer);
     const auto tryBytes = [&](const QByteArray& bytes) {
-        WriteAll(Path("bad.xvc"), bytes);
+        XfnWriteBytes(Path("bad.xvc"), bytes);
         tagXVectorFileInfo info;
         XfnGetXVCInfo(Name("bad.xvc"), info, m_error);
         const int isRead = XfnImportXVC(Name("bad.xvc"), &target, m_error);
@@ -301,25 +281,20 @@ TEST_F(VectorFile, DamageIsToldAndChangesNothing)
     }
     EXPECT_TRUE(tryBytes(whole + "more"));
 
-    // a full disk leaves the old file: a limit on the size of files stands for one
-    rlimit former{}, small{};
-    getrlimit(RLIMIT_FSIZE, &former);
-    small = former;
-    small.rlim_cur = static_cast<rlim_t>(whole.size() / 2);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &small);
-    EXPECT_FALSE(XfnExportXVC(Name("a.xvc"), &base, m_error));
-    setrlimit(RLIMIT_FSIZE, &former);
-    std::signal(SIGXFSZ, handler);
+    // a full disk leaves the old file
+    {
+        const XFullDisk disk(static_cast<rlim_t>(whole.size() / 2));
+        EXPECT_FALSE(XfnExportXVC(Name("a.xvc"), &base, m_error));
+    }
     EXPECT_GE(m_error.Find("a.xvc"), 0) << m_error.GetString();
     EXPECT_FALSE(XfnExportXVC(Name("no/such/folder.xvc"), &base, m_error));
-    EXPECT_EQ(ReadAll(Path("a.xvc")), whole);
+    EXPECT_EQ(XfnReadBytes(Path("a.xvc")), whole);
     XThread stopped;
     stopped.Terminate();
     EXPECT_FALSE(XfnExportXVC(Name("a.xvc"), &base, m_error, &stopped));
     EXPECT_TRUE(m_error.IsEmpty());
     EXPECT_FALSE(XfnImportXVC(Name("a.xvc"), &target, m_error, &stopped));
-    EXPECT_EQ(ReadAll(Path("a.xvc")), whole);
+    EXPECT_EQ(XfnReadBytes(Path("a.xvc")), whole);
     EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 2);
 }
 
@@ -392,7 +367,7 @@ TEST_F(VectorFile, SymbolsKeepTheirOutlines)
     ASSERT_TRUE(XfnImportXVC(Name("a.xvc"), read.get(), m_error)) << m_error.GetString();
     EXPECT_EQ(GetLooks(*read), looks);
     ASSERT_TRUE(XfnExportXVC(Name("b.xvc"), read.get(), m_error));
-    EXPECT_EQ(ReadAll(Path("a.xvc")), ReadAll(Path("b.xvc")));
+    EXPECT_EQ(XfnReadBytes(Path("a.xvc")), XfnReadBytes(Path("b.xvc")));
     // a base that has other meanings, twice
     XvcBase target;
     target.SetSymbolTable(&target.GetOwnSymbolTable());
@@ -420,10 +395,7 @@ TEST_F(VectorFile, SymbolsKeepTheirOutlines)
     const std::vector<XString> copied = GetLooks(copies);
     read.reset();
     EXPECT_EQ(GetLooks(copies), copied);
-    XVertBuffer buffer;
-    buffer.Start();
-    copies.CreateVertexBuffer(&buffer, nullptr, nullptr);
-    buffer.End();
+    RecordObject(copies);
     EXPECT_EQ(static_cast<const XvcSymbol*>(copies.GetHead())->GetSymbolTable(), nullptr);
 }
 
@@ -452,7 +424,7 @@ TEST_F(VectorFile, AttributesAreTheSameInEveryCodePage)
     EXPECT_EQ(table.GetText(0, 0), korean);
     XfnSetCodePage(kXCodePageUtf8);
     EXPECT_EQ(korean, "\xBC\xAD\xBF\xEF caf?");
-    EXPECT_EQ(ReadAll(Path("utf8.xvc")), ReadAll(Path("korean.xvc")));
+    EXPECT_EQ(XfnReadBytes(Path("utf8.xvc")), XfnReadBytes(Path("korean.xvc")));
     EXPECT_EQ(table.GetText(0, 0), utf8);
 }
 

@@ -97,45 +97,71 @@ TEST_F(VectorImport, ShapesWithOrWithoutTheirSiblings)
     {
         const char* what;
         std::vector<const char*> removed;
-        bool hasText, hasReference;
+        std::vector<std::pair<const char*, int>> cut; // bytes off the end
+        int objects, texts;
+        bool hasReference;
+        const char* note; // of the last one
     } cases[] = {
-        {"all there", {}, true, true},
-        {"no index", {"a.shx"}, true, true},
-        {"no attributes", {"a.dbf"}, false, true},
-        {"no reference", {"a.prj"}, true, false},
-        {"the shapes alone", {"a.shx", "a.dbf", "a.prj", "a.cpg"}, false, false},
+        {"all there", {}, {}, 3, 3, true, ""},
+        {"no index", {"a.shx"}, {}, 3, 3, true, ""},
+        {"no attributes", {"a.dbf"}, {}, 3, 0, true, "a.dbf is missing"},
+        {"no reference", {"a.prj"}, {}, 3, 3, false, ""},
+        {"the shapes alone", {"a.shx", "a.dbf", "a.prj", "a.cpg"}, {}, 3, 0, false, "is missing"},
+        {"half a record", {}, {{"a.dbf", 9}}, 3, 2, true, "2 of 3 objects have attributes"},
+        {"the same, no index", {"a.shx"}, {{"a.dbf", 9}}, 3, 2, true, "2 of 3 objects have"},
+        {"no record", {}, {{"a.dbf", 315}}, 3, 0, true, "0 of 3 objects have attributes"},
+        {"half a head", {}, {{"a.dbf", 400}}, 3, 0, true, "a.dbf is damaged"},
+        {"half a shape", {}, {{"a.shp", 9}}, 2, 2, true, "2 of 3 objects could be read"},
+        {"the same, no index", {"a.shx"}, {{"a.shp", 9}}, 2, 2, true, "2 of 3 objects could"},
+        {"half an index", {}, {{"a.shx", 9}}, 3, 3, true, "a.shx is cut short"},
+        {"a broken reference", {}, {{"a.prj", 9}}, 3, 3, false, "a.prj cannot be understood"},
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.what);
-        WriteShapes("a.shp", wkbPolygon, {kHole, "POLYGON ((20 20,20 30,30 20,20 20))"});
+        WriteShapes("a.shp", wkbPolygon,
+                    {kHole, "POLYGON ((20 20,20 30,30 20,20 20))", "POLYGON ((0 0,0 1,1 0,0 0))"});
         for (const char* name : row.removed)
             QFile::remove(m_folder.filePath(QString::fromUtf8(name)));
+        for (const auto& [name, bytes] : row.cut) {
+            QFile file(m_folder.filePath(QString::fromUtf8(name)));
+            ASSERT_TRUE(file.resize(std::max<qint64>(20, file.size() - bytes)));
+        }
         const QStringList before = ListFiles();
         XvcBase base;
-        ASSERT_TRUE(XfnImportSHP(Name("a.shp"), &base, m_error)) << m_error.GetString();
+        m_notes.clear();
+        ASSERT_TRUE(
+            XfnImportSHP(Name("a.shp"), &base, m_error, nullptr, nullptr, nullptr, &m_notes))
+            << m_error.GetString();
         tagXVectorFileInfo info;
         ASSERT_TRUE(XfnGetSHPInfo(Name("a.shp"), info, m_error)) << m_error.GetString();
         EXPECT_EQ(ListFiles(), before);
+        EXPECT_EQ(m_notes.size(), *row.note ? 1u : 0u);
+        if (!m_notes.empty()) {
+            EXPECT_GE(m_notes.back().Find(row.note), 0) << m_notes.back().GetString();
+        }
         EXPECT_EQ(base.GetName(), "a");
         EXPECT_EQ(base.GetSR()->IsEmpty() != 0, !row.hasReference);
         EXPECT_EQ(info.reference.GetCoordType(), row.hasReference ? 3 : 2);
-        EXPECT_EQ(info.objects, 2);
         EXPECT_TRUE(info.layers[0].hasAreas && !info.layers[0].hasPoints);
         EXPECT_EQ(info.range.maxX, 30.0);
         EXPECT_EQ(base.GetRange().maxX, 30.0);
+        EXPECT_EQ(static_cast<XvcLayer*>(base.GetHead())->GetCount(), row.objects);
+        for (int i = 0; i < row.objects; ++i) {
+            int place = -1;
+            const XvcObj* object = GetObject(base, i);
+            const XAttributeTable* table = XfnGetAttributes(object, place);
+            EXPECT_EQ(object->GetName(), i < row.texts ? "caf\xC3\xA9" : "");
+            if (i >= row.texts) continue;
+            ASSERT_TRUE(table);
+            EXPECT_EQ(place, i);
+            EXPECT_EQ(table->GetText(i, table->FindColumn("number")), "2.5");
+        }
         XvcObj* holed = GetObject(base, 0);
         ASSERT_TRUE(XfnIsExactly(holed, "XvcMPolygon"));
         EXPECT_EQ(static_cast<XvcMPolygon*>(holed)->GetNumOfPolygons(), 2);
         EXPECT_TRUE(holed->GetFillStyle().IsNone());
         ASSERT_TRUE(XfnIsExactly(GetObject(base, 1), "XvcPolygon"));
         EXPECT_EQ(static_cast<XvcPolygon*>(GetObject(base, 1))->GetSize(), 3);
-        int place = -1;
-        const XAttributeTable* table = XfnGetAttributes(GetObject(base, 1), place);
-        EXPECT_EQ(holed->GetName(), row.hasText ? "caf\xC3\xA9" : "");
-        if (!row.hasText) continue;
-        ASSERT_TRUE(table);
-        EXPECT_EQ(place, 1);
-        EXPECT_EQ(table->GetText(1, table->FindColumn("number")), "2.5");
     }
 }
 
@@ -362,13 +388,18 @@ TEST_F(VectorImport, WhatCannotBeRead)
     Write("a.vrt", "<OGRVRTDataSource><OGRVRTLayer name='x'><SrcDataSource>/etc/passwd"
                    "</SrcDataSource></OGRVRTLayer></OGRVRTDataSource>");
     Write("table.csv", "a,b\n1,2\n");
+    Write("cut.dxf", "0\nSECTION\n2\nENTITIES\n0\nLINE\n8\nA\n10\n");
+    Write("cut.geojson", "{\"type\":\"FeatureCollection\",\"features\":[{\"type\":");
     WriteShapes("cut.shp", wkbPolygon, {kHole, kHole, kHole});
     QFile cut(m_folder.filePath(QStringLiteral("cut.shp")));
     ASSERT_TRUE(cut.resize(120));
-    for (const char* name : {"empty.shp", "text.shp", "a.vrt", "table.csv", "missing.shp", ""}) {
+    for (const char* name : {"empty.shp", "text.shp", "a.vrt", "table.csv", "cut.dxf",
+                             "cut.geojson", "missing.shp", ""}) {
         XvcBase base;
         EXPECT_FALSE(XfnImportVector(*name ? Name(name) : XString(), &base, m_error)) << name;
         EXPECT_GE(m_error.Find(name), 0) << m_error.GetString();
+        for (const char* inner : {".cpp", "SHAPE_RESTORE"}) // names of a reader's own
+            EXPECT_LT(m_error.Find(inner), 0) << m_error.GetString();
         EXPECT_EQ(base.GetCount(), 0);
         tagXVectorFileInfo info;
         EXPECT_FALSE(XfnGetVectorInfo(*name ? Name(name) : XString(), info, m_error)) << name;

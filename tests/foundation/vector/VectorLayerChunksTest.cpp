@@ -22,16 +22,6 @@ namespace {
 
 using Recording = std::shared_ptr<const XVertRecording>;
 
-template <class Source>
-Recording Record(Source& source)
-{
-    XVertBuffer buffer;
-    buffer.Start();
-    source.CreateVertexBuffer(&buffer, nullptr, nullptr);
-    buffer.End();
-    return buffer.GetRecording();
-}
-
 // Each primitive in the order of drawing: kind, colour, vertices.
 std::vector<double> Flatten(const XVertRecording& recording)
 {
@@ -186,7 +176,7 @@ TEST(LayerChunks, WhatIsKeptAgreesWithTheObjectsAfterEveryEdit)
             ASSERT_TRUE(range.minY == expected.minY && range.maxY == expected.maxY);
         }
         if (step % 3 == 1) {
-            ASSERT_EQ(Flatten(*Record(scene.layer)), Flatten(*scene.RecordEach()));
+            ASSERT_EQ(Flatten(*RecordObject(scene.layer)), Flatten(*scene.RecordEach()));
         }
         for (int i = 0; i < 40; ++i) {
             const tagXVector3 point(scene.Next(2000) / 2.0, scene.Next(2000) / 2.0);
@@ -205,7 +195,7 @@ TEST(LayerChunks, OnlyTheRunOfAChangeIsRecordedAnew)
     for (int i = 0; i < 5000; ++i)
         scene.layer.AddTail(scene.MakeObject().release());
     const auto parts = [&] {
-        const Recording recording = Record(scene.layer);
+        const Recording recording = RecordObject(scene.layer);
         std::set<Recording> set;
         for (const auto& command : recording->GetCommands())
             set.insert(recording->GetPart(command.extra));

@@ -142,11 +142,7 @@ TEST(VectorMeasures, Labels)
     };
     const std::vector<tagXVector3> line = {{0, 0}, {3000, 4000}};
     const std::vector<tagXVector3> ring = {{0, 0}, {3000, 0}, {3000, 4000}};
-    const struct
-    {
-        std::string label;
-        const char* expected;
-    } cases[] = {
+    const std::pair<std::string, const char*> cases[] = {
         {inUnits(Make<XvcMeasureDist>("32652", line), 0, 0, 2), "5000.00 m"},
         {inUnits(Make<XvcMeasureDist>("32652", line), 2, 0, 3), "3.107 mi"},
         {inUnits(Make<XvcMeasureDist>("", line), 2, 0, 0), "5000"},
@@ -161,8 +157,8 @@ TEST(VectorMeasures, Labels)
          "37.25000S 127.50000E"},
         {inUnits(Make<XvcMeasurePoint>("4326", {{kNan, 1}}), 0, 0, 2), ""},
     };
-    for (const auto& row : cases)
-        EXPECT_EQ(row.label, row.expected);
+    for (const auto& [label, expected] : cases)
+        EXPECT_EQ(label, expected);
 }
 
 template <class Measure>

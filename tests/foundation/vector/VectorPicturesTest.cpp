@@ -330,15 +330,12 @@ TEST_F(VectorPictures, CornersOfABox)
     XvcBitmap box;
     box.SetBound(30, 10, 10, 20); // drawn from the lower right to the upper left
     box.CalcRange();
-    const struct
-    {
-        tagXVector3 at;
-        int kind;
-    } hits[] = {{{10, 10}, 4}, {{10.4, 20}, 5}, {{30, 19.7}, 6}, {{30, 10}, 7}, {{20, 15}, 0}};
-    for (const auto& hit : hits) {
+    const std::pair<tagXVector3, int> hits[] = {
+        {{10, 10}, 4}, {{10.4, 20}, 5}, {{30, 19.7}, 6}, {{30, 10}, 7}, {{20, 15}, 0}};
+    for (const auto& [at, kind] : hits) {
         tagXHitFlag flag{77, 0};
-        EXPECT_EQ(box.HitTest(hit.at, 0.5, flag), &box);
-        EXPECT_EQ(flag.kind, hit.kind);
+        EXPECT_EQ(box.HitTest(at, 0.5, flag), &box);
+        EXPECT_EQ(flag.kind, kind);
     }
     tagXHitFlag flag{77, 0};
     EXPECT_EQ(box.HitTest({31, 15}, 0.5, flag), nullptr);

@@ -101,6 +101,8 @@ TEST(VectorShapes, WellKnownBinaryToText)
         {"a bent one", std::make_shared<XvcLine>(), "l 2u 3u 1 2 3 4 5 7", nullptr},
         {"lines", std::make_shared<XvcMLine>(), "l 5u 1u b 2u 3u 1 2 3 4 5 7",
          "MULTILINESTRING ((1 2, 3 4), (3 4, 5 7))"},
+        {"lines with heights", std::make_shared<XvcMLine>(), "l 1005u 1u l 1002u 2u 1 2 5 3 4 6",
+         "MULTILINESTRING Z ((1 2 5, 3 4 6))"},
         {"polylines", std::make_shared<XvcMPolyline>(), "l 5u 2u l 2u 2u 1 2 3 4 l 2u 2u 5 6 7 8",
          "MULTILINESTRING ((1 2, 3 4), (5 6, 7 8))"},
         {"points, one empty", std::make_shared<XvcMPoint>(),
@@ -433,35 +435,32 @@ TEST(VectorShapes, GroupsScaleByACorner)
     EXPECT_EQ(group.MoveVertex(3, 1, 1, 0), nullptr);
 
     XvcGroup2 sizes = make(0); // 4 by 8; made twice as wide and three times as high
-    auto axis = std::make_unique<XvcAxis>(tagXVector3(0, 20), tagXVector3(4, 20));
+    const auto add = [&]<class Class>(std::unique_ptr<Class> made) {
+        Class* const kept = made.get();
+        sizes.AddObj(std::move(made));
+        return kept;
+    };
+    auto* const axis = add(std::make_unique<XvcAxis>(tagXVector3(0, 20), tagXVector3(4, 20)));
     axis->SetLabelFlag(0);
     axis->SetFontSize(0.5);
     axis->SetGridLength(5);
-    auto bar = std::make_unique<XvcScaleBar>();
+    auto* const bar = add(std::make_unique<XvcScaleBar>());
     bar->Set(0, 20, 0, 4, 21, 0);
-    auto dist = std::make_unique<XvcMeasureDist>();
+    auto* const dist = add(std::make_unique<XvcMeasureDist>());
     dist->Add(0, 20);
-    auto legend = std::make_unique<XvcLegend>();
+    auto* const legend = add(std::make_unique<XvcLegend>());
     legend->SetBound(0, 21, 4, 20);
-    const auto* const scaledAxis = axis.get();
-    const auto* const scaledBar = bar.get();
-    const auto* const scaledDist = dist.get();
-    const auto* const scaledLegend = legend.get();
     bar->SetFontSize(2);
     dist->SetFontSize(2);
     legend->SetFontSize(2);
-    sizes.AddObj(std::move(axis));
-    sizes.AddObj(std::move(bar));
-    sizes.AddObj(std::move(dist));
-    sizes.AddObj(std::move(legend));
     sizes.CalcRange();
     const double height = sizes.GetRange().maxY - sizes.GetRange().minY;
     sizes.MoveVertex(6, 4, 2 * height, 0);
-    EXPECT_NEAR(scaledAxis->GetGridLength(), 15, 1e-9);
-    EXPECT_NEAR(scaledAxis->GetFontSize(), 1.5, 1e-9);
-    EXPECT_NEAR(scaledBar->GetFontSize(), 6, 1e-9);
-    EXPECT_NEAR(scaledDist->GetFontSize(), 6, 1e-9);
-    EXPECT_NEAR(scaledLegend->GetFontSize(), 6, 1e-9);
+    EXPECT_NEAR(axis->GetGridLength(), 15, 1e-9);
+    EXPECT_NEAR(axis->GetFontSize(), 1.5, 1e-9);
+    EXPECT_NEAR(bar->GetFontSize(), 6, 1e-9);
+    EXPECT_NEAR(dist->GetFontSize(), 6, 1e-9);
+    EXPECT_NEAR(legend->GetFontSize(), 6, 1e-9);
 
     tagXHitFlag flag;
     EXPECT_EQ(group.HitTest({1, 23}, 0.1, flag), group.GetObjAt(1)); // members are picked

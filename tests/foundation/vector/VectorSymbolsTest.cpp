@@ -1,14 +1,8 @@
 #include "foundation/base/XWarp2D.h"
 #include "foundation/vector/XSymbolSet.h"
-#include "foundation/vector/XvcBitmap.h"
 #include "foundation/vector/XvcEMF.h"
-#include "foundation/vector/XvcFactory.h"
 #include "foundation/vector/XvcLayer.h"
 #include "foundation/vector/XvcMSymbol.h"
-#include "foundation/vector/XvcMeasureAngle.h"
-#include "foundation/vector/XvcMeasurePoint.h"
-#include "foundation/vector/XvcMeasureRange.h"
-#include "foundation/vector/XvcRaster.h"
 #include "foundation/vector/XvcSymbolDef.h"
 #include "foundation/vector/XvcSymbolTable.h"
 #include "tests/support/XVectorSamples.h"
@@ -70,39 +64,25 @@ TEST(VectorSymbols, TheSetThatComesWithTheLibrary)
 
 TEST(VectorSymbols, OutlineTexts)
 {
-    const struct
-    {
-        const char* text;
-        int parts; // -1: refused
-    } cases[] = {
-        {"", 0},
-        {" ; ;", 0},
-        {"sL 0 0 10 10", 1},
-        {"sL0,0,10,10; fP 0 0 1 0 0 1;", 2},
-        {"kA 0 0 10 90 -360;bE 0 0 10 5;bC 0 0 1", 3},
-        {"sL 0 0 10", -1},
-        {"sL 0 0", -1},
-        {"fP 0 0 1 1", -1},
-        {"sC 0 0 0", -1},
-        {"sC 0 0 nan", -1},
-        {"sC 0 0 1 1", -1},
-        {"sA 0 0 1 0 361", -1},
-        {"sL 0 0 1 1e9", -1},
-        {"sL 0 0 1 1x", -1},
-        {"sQ 0 0", -1},
-        {"xL 0 0 1 1", -1},
-        {"s", -1},
-    };
-    for (const auto& row : cases) {
-        SCOPED_TRACE(row.text);
+    std::vector<std::pair<const char*, int>> rows = {{"", 0},
+                                                     {" ; ;", 0},
+                                                     {"sL 0 0 10 10", 1},
+                                                     {"sL0,0,10,10; fP 0 0 1 0 0 1;", 2},
+                                                     {"kA 0 0 10 90 -360;bE 0 0 10 5;bC 0 0 1", 3}};
+    for (const char* refused :
+         {"sL 0 0 10", "sL 0 0", "fP 0 0 1 1", "sC 0 0 0", "sC 0 0 nan", "sC 0 0 1 1",
+          "sA 0 0 1 0 361", "sL 0 0 1 1e9", "sL 0 0 1 1x", "sQ 0 0", "xL 0 0 1 1", "s"})
+        rows.emplace_back(refused, -1);
+    for (const auto& [text, parts] : rows) {
+        SCOPED_TRACE(text);
         XvcSymbolDef definition;
         XString error;
         ASSERT_TRUE(definition.SetOutline("sC 0 0 1", error));
-        EXPECT_EQ(definition.SetOutline(row.text, error) != 0, row.parts >= 0);
-        EXPECT_EQ(error.IsEmpty() != 0, row.parts >= 0);
-        EXPECT_EQ(definition.GetOutline().GetText(), row.parts >= 0 ? row.text : "sC 0 0 1");
+        EXPECT_EQ(definition.SetOutline(text, error) != 0, parts >= 0);
+        EXPECT_EQ(error.IsEmpty() != 0, parts >= 0);
+        EXPECT_EQ(definition.GetOutline().GetText(), parts >= 0 ? text : "sC 0 0 1");
         EXPECT_EQ(RecordObject(definition)->GetCommands().size(),
-                  static_cast<std::size_t>(row.parts >= 0 ? row.parts : 1));
+                  static_cast<std::size_t>(parts >= 0 ? parts : 1));
     }
 }
 
@@ -151,13 +131,7 @@ TEST(VectorSymbols, PlaceTurnAndScale)
     XvcLayer layer; // keeps what it recorded
     layer.AddTail(new XvcSymbol(7, 10, 20));
     static_cast<XvcSymbol*>(layer.GetHead())->SetSymbolTable(&table);
-    const auto count = [&layer] {
-        XVertBuffer buffer;
-        buffer.Start();
-        layer.CreateVertexBuffer(&buffer, nullptr, nullptr);
-        buffer.End();
-        return buffer.GetRecording()->GetPart(0)->GetVertexCount();
-    };
+    const auto count = [&] { return RecordObject(layer)->GetPart(0)->GetVertexCount(); };
     EXPECT_EQ(count(), 2u);
     XvcSymbolDef bent;
     ASSERT_TRUE(bent.SetOutline("sL -50 0 50 25 0 0", error));
@@ -229,109 +203,6 @@ TEST(VectorSymbols, ManyAsOne)
     EXPECT_EQ(many.GetSymbolObjAt(2)->GetID(), 3);
     EXPECT_EQ(many.GetSymbolObjAt(3), nullptr);
     EXPECT_EQ(many.ExportToWkt(), "MULTIPOINT Z ((0 0 0), (10 0 3))");
-}
-
-// Everything of this kind: copies and files hold all of it, and a damaged file does no harm.
-TEST(VectorSymbols, CopiesAndFiles)
-{
-    std::vector<std::unique_ptr<XvcObj>> objects;
-    const auto add = [&](auto object) { objects.push_back(std::move(object)); };
-    auto bitmap = std::make_unique<XvcBitmap>();
-    tagBITMAPINFO info{};
-    info.bmiHeader.biWidth = 3;
-    info.bmiHeader.biHeight = -2;
-    info.bmiHeader.biBitCount = 4;
-    info.bmiHeader.biClrUsed = 3;
-    info.bmiColors[2] = {1, 2, 3, 0};
-    ASSERT_TRUE(bitmap->SetDIB(&info, "\x12\x10\x00\x00\x21\x20\x00\x00"));
-    bitmap->SetBound(1, 9, 8, 2);
-    bitmap->SetAlpha(0.25);
-    bitmap->SetBorderFlag(1);
-    bitmap->SetTransparent(1);
-    bitmap->SetMapBox(1, 2, 3, 5);
-    bitmap->SetInexMap(std::vector<tagXVector3>(4, {1.5, 2.5, 0}).data());
-    add(std::move(bitmap));
-    auto raster = std::make_unique<XvcRaster>();
-    raster->SetBound(1, 9, 8, 2);
-    ASSERT_TRUE(raster->SetData("\1\2\3\4\5\6\7\10\11\12\13\14", 3, 1, 2, 4));
-    raster->SetAlpha(0.5);
-    add(std::move(raster));
-    auto drawing = std::make_unique<XvcEMF>();
-    drawing->SetCenter(3, 4);
-    drawing->SetOriginalSize(9, 5);
-    drawing->SetLock(0);
-    add(std::move(drawing));
-    auto many = std::make_unique<XvcMSymbol>();
-    many->AddSymbol(5, 1, 2);
-    many->SetRotate(12);
-    many->SetScale(3, -4);
-    add(std::move(many));
-    auto definition = std::make_unique<XvcSymbolDef>();
-    XString error;
-    definition->SetID(500);
-    definition->SetGroup("Own");
-    ASSERT_TRUE(definition->SetOutline("fC 0 0 30;sL 0 0 30 0", error));
-    add(std::move(definition));
-    XSpatialReference reference;
-    ASSERT_TRUE(reference.importFromEPSG(4326));
-    auto point = std::make_unique<XvcMeasurePoint>(127, 37);
-    point->SetType(2);
-    add(std::move(point));
-    auto angle = std::make_unique<XvcMeasureAngle>();
-    angle->Add(1, 0);
-    angle->Add(0, 0);
-    angle->Add(0, 1, 5);
-    angle->SetSR(&reference);
-    angle->SetLengthUnit(6);
-    angle->SetAreaUnit(5);
-    angle->SetDecimals(4);
-    angle->SetFontSize(3);
-    angle->SetTextColor(0xFF112233u);
-    add(std::move(angle));
-
-    for (const auto& object : objects) {
-        const char* const name = object->GetRuntimeClass()->m_lpszClassName;
-        SCOPED_TRACE(name);
-        object->SetName("named");
-        object->CalcRange();
-        XvcLayer layer;
-        object->SetParentLayer(&layer);
-        const XSampleBytes bytes = StoreObject(*object);
-        const auto copy = XfnCloneVectorObject(object.get());
-        ASSERT_TRUE(copy);
-        EXPECT_EQ(copy->GetParentLayer(), nullptr);
-        object->MoveObject(1, 1, 1); // does not reach the copy
-        EXPECT_EQ(StoreObject(*copy), bytes);
-
-        auto read = XfnNewVectorObject(name);
-        const XSampleBytes untouched = StoreObject(*read);
-        for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
-            ASSERT_FALSE(LoadObject(*read, bytes, cut)) << cut;
-            if (cut % 16 != 0) continue;
-            ASSERT_EQ(StoreObject(*read), untouched) << cut;
-        }
-        ASSERT_TRUE(LoadObject(*read, bytes, bytes.size()));
-        EXPECT_EQ(StoreObject(*read), bytes);
-        EXPECT_EQ(Outline(*read), Outline(*copy));
-        XWarp2D warp;
-        warp.SetAffine(100, 2, 0, 7, 0, -3);
-        EXPECT_EQ(Outline(*copy, &warp).empty(), Outline(*copy).empty());
-        for (std::size_t i = 0; i < bytes.size(); i += 3) {
-            XSampleBytes hostile = bytes;
-            hostile[i] ^= 0xFF;
-            auto damaged = XfnNewVectorObject(name);
-            if (!LoadObject(*damaged, hostile, hostile.size())) continue;
-            damaged->CalcRange();
-            RecordObject(*damaged);
-        }
-        for (const double bad : {kNan, kXNotSet, 1e308}) {
-            copy->MoveObject(bad, 0, 0);
-            copy->Normalize(0, bad, 1, 1);
-            copy->RotateObject(bad, 0, 45);
-            copy->CalcRange();
-            RecordObject(*copy);
-        }
-    }
 }
 
 } // namespace

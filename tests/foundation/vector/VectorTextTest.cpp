@@ -1,7 +1,6 @@
 #include "foundation/base/XWarp2D.h"
 #include "foundation/vector/XTextEditor.h"
 #include "foundation/vector/XvcBalloon.h"
-#include "foundation/vector/XvcFactory.h"
 #include "foundation/vector/XvcMText.h"
 #include "foundation/vector/XvcText.h"
 #include "foundation/vector/XvcTextBox.h"
@@ -419,72 +418,6 @@ TEST(VectorText, EditingGoesThroughTheEditor)
     }
     EXPECT_EQ(FakeEditor::last, nullptr) << "dies with the box";
     XfnSetTextEditorFactory(before);
-}
-
-TEST(VectorText, CopiesAndStreamsKeepEverything)
-{
-    std::vector<std::unique_ptr<XvcObj>> objects;
-    auto text = std::make_unique<XvcText>(MakeText("가나\nabc", 5, 6));
-    text->SetAngle(30);
-    text->SetDrawBorder(1);
-    text->SetTextColor(0xFF102030u);
-    text->SetWorldPerPixel(0.5);
-    objects.push_back(std::move(text));
-    auto many = std::make_unique<XvcMText>();
-    many->AddText(MakeText("x", 1, 2));
-    many->AddText("y", 3, 4);
-    objects.push_back(std::move(many));
-    auto box = std::make_unique<XvcTextBox>(MakeBox(50, 40));
-    box->SetText("가 text");
-    box->SetSelectionBold();
-    box->SetXSpace(3.5);
-    box->SetVertAlign(32);
-    box->SetDrawBorder(1);
-    objects.push_back(std::move(box));
-    auto balloon = std::make_unique<XvcBalloon>();
-    balloon->CalcBound(10, 20);
-    balloon->SetText("balloon");
-    objects.push_back(std::move(balloon));
-    for (const auto& object : objects) {
-        const char* const name = object->GetRuntimeClass()->m_lpszClassName;
-        SCOPED_TRACE(name);
-        object->CalcRange();
-        const XSampleBytes bytes = StoreObject(*object);
-        const auto copy = XfnCloneVectorObject(object.get());
-        ASSERT_TRUE(copy);
-        object->MoveObject(1, 1, 1);
-        EXPECT_EQ(StoreObject(*copy), bytes);
-        auto read = XfnNewVectorObject(name);
-        const XSampleBytes untouched = StoreObject(*read);
-        for (std::size_t cut = 0; cut < bytes.size(); ++cut) {
-            ASSERT_FALSE(LoadObject(*read, bytes, cut)) << cut;
-            if (cut % 16 != 0) continue;
-            ASSERT_EQ(StoreObject(*read), untouched) << cut;
-        }
-        ASSERT_TRUE(LoadObject(*read, bytes, bytes.size()));
-        EXPECT_EQ(StoreObject(*read), bytes);
-        for (std::size_t i = 0; i < bytes.size(); ++i) {
-            XSampleBytes hostile = bytes;
-            hostile[i] ^= 0xFF;
-            auto damaged = XfnNewVectorObject(name);
-            if (!LoadObject(*damaged, hostile, hostile.size())) continue;
-            damaged->CalcRange();
-            RecordObject(*damaged);
-        }
-        XWarp2D warp;
-        warp.SetAffine(1e308, 1e300, 0, 7, 0, -3);
-        RecordObject(*copy, &warp);
-        for (const double bad : {kNan, kXNotSet, 1e308}) {
-            copy->MoveObject(bad, 0, 0);
-            copy->MoveVertex(7, bad, bad, 0);
-            copy->MoveVertex(0, 0, bad, 0);
-            copy->Normalize(0, bad, 1, 1);
-            copy->RotateObject(bad, 0, 45);
-            copy->SetThick(bad);
-            copy->CalcRange();
-            RecordObject(*copy);
-        }
-    }
 }
 
 } // namespace

@@ -39,21 +39,6 @@ XvcPoint* Named(const char* name, double x = 0.0, double y = 0.0)
     return point;
 }
 
-TEST(VectorObject, TypesAreKnownBothWays)
-{
-    XvcPoint point;
-    EXPECT_TRUE(point.IsKindOf(XvcObj::GetRuntimeClassStatic()));
-    EXPECT_TRUE(XfnIsExactly(&point, "XvcPoint"));
-    EXPECT_FALSE(XfnIsExactly(&point, "XvcObj"));
-    XvcBase base;
-    XvcLayer layer;
-    XvcSymbolTable table;
-    EXPECT_TRUE(XfnIsExactly(&base, "XvcBase"));
-    EXPECT_TRUE(XfnIsExactly(&layer, "XvcLayer"));
-    EXPECT_TRUE(layer.IsKindOf(XObList::GetRuntimeClassStatic()));
-    EXPECT_TRUE(XfnIsExactly(&table, "XvcSymbolTable"));
-}
-
 TEST(VectorObject, ReservedTextsAndStylesAreShared)
 {
     XvcPoint first;
@@ -221,43 +206,6 @@ TEST(VectorBase, RangeAndCentre)
     EXPECT_EQ(CountedPoint::alive, 0);
 }
 
-TEST(VectorBase, EveryWayInSetsTheParentAndNoWayOutReadsTheLayer)
-{
-    XvcBase base;
-    const auto added = [](const char* name) {
-        auto* layer = new XvcLayer;
-        layer->SetName(name);
-        return layer;
-    };
-    __POSITION* c = base.AddTail(added("c"));
-    base.AddHead(added("a"));
-    base.InsertBefore(c, added("b"));
-    __POSITION* e = base.InsertAfter(c, added("e"));
-    delete base.GetAt(e);
-    base.SetAt(e, added("d"));
-    std::string names;
-    for (__POSITION* position = base.GetHeadPosition(); position;) {
-        auto* layer = static_cast<XvcLayer*>(base.GetNext(position));
-        names += layer->GetName().GetString();
-        EXPECT_EQ(layer->GetParentBase(), &base) << layer->GetName();
-    }
-    EXPECT_EQ(names, "abcd");
-    EXPECT_TRUE(!base.AddHead(nullptr) && !base.AddTail(nullptr));
-    EXPECT_TRUE(!base.InsertBefore(c, nullptr) && !base.InsertAfter(c, nullptr));
-    EXPECT_EQ(base.GetCount(), 4);
-
-    delete base.GetAt(c);
-    base.RemoveAt(c);
-    delete base.GetHead();
-    base.RemoveHead();
-    XvcBase other;
-    auto* moved = static_cast<XvcLayer*>(base.GetHead());
-    other.AddTail(moved);
-    delete base.GetTail();
-    base.RemoveAll();
-    EXPECT_EQ(moved->GetParentBase(), &other);
-}
-
 TEST(VectorBase, WalksListsWithinListsAndTakesObjectsAnywhere)
 {
     auto* base = new XvcBase;
@@ -290,12 +238,8 @@ TEST(VectorBase, WalksListsWithinListsAndTakesObjectsAnywhere)
     EXPECT_EQ(deepLayer->GetRange().minX, 4.0) << "a layer knows its own range";
 
     const auto recorded = [&] {
-        XVertBuffer buffer;
-        buffer.Start();
-        base->CreateVertexBuffer(&buffer, nullptr, nullptr);
-        buffer.End();
         std::string places;
-        ForEachPrimitive(*buffer.GetRecording(), [&](const auto& part, const auto& command) {
+        ForEachPrimitive(*RecordObject(*base), [&](const auto& part, const auto& command) {
             for (std::size_t i = 0; i < command.count; ++i)
                 places += std::to_string(static_cast<int>(*part.GetVertices(command.first + i)));
         });
@@ -319,6 +263,12 @@ TEST(VectorBase, WalksListsWithinListsAndTakesObjectsAnywhere)
     EXPECT_EQ(hit(4.0), nullptr) << "a nested layer answers for itself";
     nested->SetHideFlag(1);
     EXPECT_EQ(recorded(), "134");
+    layer->SetHideFlag(1);
+    EXPECT_EQ(recorded(), "34");
+    base->SetHideFlag(1);
+    EXPECT_EQ(recorded(), "");
+    base->CreateVertexBuffer(nullptr, nullptr, nullptr);
+    layer->CreateVertexBuffer(nullptr, nullptr, nullptr);
     delete base;
     EXPECT_EQ(CountedPoint::alive, 0);
 }
@@ -398,9 +348,7 @@ TEST(VectorLayer, RecordsWithItsTypeAndFontSizeFlag)
         EXPECT_EQ(text->typeSeen, row.typeSeen);
         EXPECT_EQ(buffer.GetType(), 3);
         EXPECT_EQ(buffer.GetFontSizeFlag(), 0);
-        XBackBuffer surface;
-        surface.Create(nullptr, 2);
-        surface.Resize(nullptr, 4, 60);
+        XBackBuffer surface = MakeSurface(4, 60);
         surface.SetWorldToCenter(0.0, 0.0);
         surface.SetWorldPerPixel(0.5, 0.5);
         buffer.Draw(&surface);
@@ -409,37 +357,6 @@ TEST(VectorLayer, RecordsWithItsTypeAndFontSizeFlag)
             height += surface.GetImage().pixel(3, y) == 0xFFFF0000u;
         EXPECT_EQ(height, row.heightPx);
     }
-}
-
-TEST(VectorBase, RecordsWhatIsVisible)
-{
-    XvcBase base;
-    auto* layer = new XvcLayer;
-    base.AddTail(layer);
-    layer->AddTail(Named("a", 1.0, 1.0));
-    auto* group = new XObList;
-    group->AddTail(Named("b", 2.0, 2.0));
-    static_cast<XObList*>(layer)->AddTail(group);
-    const auto recorded = [&] {
-        XVertBuffer buffer;
-        buffer.Start();
-        base.CreateVertexBuffer(&buffer, nullptr, nullptr);
-        buffer.End();
-        std::size_t points = 0;
-        ForEachPrimitive(*buffer.GetRecording(),
-                         [&](const auto&, const auto& command) { points += command.count; });
-        return points;
-    };
-    EXPECT_EQ(recorded(), 2u);
-    static_cast<XvcObj*>(layer->GetHead())->SetHideFlag(1);
-    EXPECT_EQ(recorded(), 1u);
-    layer->SetHideFlag(1);
-    EXPECT_EQ(recorded(), 0u);
-    layer->SetHideFlag(0);
-    base.SetHideFlag(1);
-    EXPECT_EQ(recorded(), 0u);
-    base.CreateVertexBuffer(nullptr, nullptr, nullptr);
-    layer->CreateVertexBuffer(nullptr, nullptr, nullptr);
 }
 
 TEST(VectorSymbolTable, OwnsItsDefinitions)
