@@ -100,6 +100,13 @@ int XFileFilter::FindEntry(const XString& name) const
     return -1;
 }
 
+int XFileFilter::FindLabel(const XString& label) const
+{
+    for (int i = 0; i < GetCount(); ++i)
+        if (m_entries[i].label == label) return i;
+    return -1;
+}
+
 QString XFileFilter::GetNameFilter(int index) const
 {
     if (index < 0 || index >= GetCount()) return QString();

@@ -34,6 +34,8 @@ public:
     /// The first entry that takes the file name (or path), -1 for none.
     int FindEntry(const XString& name) const;
 
+    int FindLabel(const XString& label) const; ///< the first entry of this label, -1 for none
+
     /// One entry as Qt's file dialogs want it: "Label (*.tif *.tiff)".
     QString GetNameFilter(int index) const;
     QStringList GetNameFilters() const;

@@ -12,6 +12,7 @@ QSettings OpenSettings()
 
 const QString kInvertWheelKey = QStringLiteral("view/invertMouseWheelZoomDir");
 const QString kAskForNewKey = QStringLiteral("edit/askForNewObject");
+const QString kFileDialogKey = QStringLiteral("dialogs/rasterFile");
 
 } // namespace
 
@@ -33,4 +34,14 @@ bool XfnGetAskForNewObject(bool ifNotChosen)
 void XfnSetAskForNewObject(bool isAsked)
 {
     OpenSettings().setValue(kAskForNewKey, isAsked);
+}
+
+QByteArray XfnGetFileDialogLayout()
+{
+    return OpenSettings().value(kFileDialogKey).toByteArray();
+}
+
+void XfnSetFileDialogLayout(const QByteArray& layout)
+{
+    OpenSettings().setValue(kFileDialogKey, layout);
 }

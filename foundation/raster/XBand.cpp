@@ -96,8 +96,12 @@ std::shared_ptr<const tagXBandStatistics> XBand::GetStatistics(const std::atomic
 
 int XBand::HasStatistics() const
 {
-    const std::lock_guard lock(m_stateMutex);
-    return m_statistics && m_statistics->hasHistogram;
+    {
+        const std::lock_guard lock(m_stateMutex);
+        if (m_statistics) return m_statistics->hasHistogram;
+    }
+    tagXBandStatistics stored;
+    return ReadStoredStatistics(stored) && stored.hasHistogram;
 }
 
 void XBand::SetBandStatistics(const tagXBandStatistics& statistics)

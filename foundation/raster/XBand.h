@@ -203,7 +203,7 @@ public:
     int SetBandStatistics(const tagXBandStatistics& statistics, std::uint64_t changeNumber);
     /// Forgets the numbers; they are computed anew at the next need.
     void DropStatistics();
-    /// Statistics are at hand, so that asking costs no reading.
+    /// Statistics are at hand, or stored with the file, so that asking costs no reading.
     int HasStatistics() const;
     /// Another number after each change of the pixels or the null value; no two bands of a process
     /// ever have the same.

@@ -147,6 +147,18 @@ int XDMBandGDAL::IsVirtualLevel(int level) const
            table->levels[static_cast<std::size_t>(level)].isVirtual;
 }
 
+std::int64_t XDMBandGDAL::CalcLevelBytes(int level) const
+{
+    const auto table = GetTable();
+    if (level < 0 || level >= static_cast<int>(table->levels.size())) return 0;
+    const tagXGdalLevel& l = table->levels[static_cast<std::size_t>(level)];
+    std::int64_t blocks = CountBlocks(l);
+    // of strips one a line of the level, unless all lines before it have to be decoded too
+    if (l.isStrip && !(m_isOneStream && !l.isSidecar))
+        blocks = std::min<std::int64_t>(blocks, l.height);
+    return blocks * l.blockWidth * l.blockHeight * m_blockPixelBytes;
+}
+
 int XDMBandGDAL::IsAsInFile(XString& message) const
 {
     const double null = GetNullValue();

@@ -42,6 +42,9 @@ public:
     /// Width and height of all reduced pictures that the file or its pyramid holds, those below the
     /// coarsest level too.
     std::vector<std::pair<int, int>> GetStoredSizes() const { return GetTable()->stored; }
+    /// Bytes of blocks that decoding all of a level takes, from wherever its pixels come; 0 for a level
+    /// that is none. An upper bound: of a sparse file absent blocks are counted too.
+    std::int64_t CalcLevelBytes(int level) const;
 
     /// For XRSFileIO: reads levels from a pyramid from now on. The layout of the levels stays.
     /// @param isNew  the band is not in use yet, so that its tiles may become those of the pyramid

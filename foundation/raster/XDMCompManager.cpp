@@ -20,9 +20,14 @@ XDMComposite* XDMCompManager::NewXDMComposite(int mode)
     return m_loose.back().get();
 }
 
+void XDMCompManager::TellRemoved(XDMComposite* composite) const
+{
+    if (m_removed) m_removed(composite);
+}
+
 void XDMCompManager::LetGo(XDMComposite* composite)
 {
-    std::erase(m_list, composite);
+    if (std::erase(m_list, composite)) TellRemoved(composite);
     const auto loose = std::find_if(m_loose.begin(), m_loose.end(), [composite](const auto& own) {
         return own.get() == composite;
     });
@@ -69,6 +74,7 @@ int XDMCompManager::RemoveXDMComposite(XDMComposite* composite)
     if (place == m_list.end()) return 0;
     m_list.erase(place);
     composite->SetXDMCompManager(nullptr);
+    TellRemoved(composite);
     return 1;
 }
 
@@ -87,6 +93,7 @@ void XDMCompManager::RemoveXDMCompositeAll()
     list.swap(m_list); // a composite that dies finds an empty list
     for (XDMComposite* composite : list) {
         composite->SetXDMCompManager(nullptr);
+        TellRemoved(composite);
         if (m_isOwner) delete composite;
     }
 }

@@ -4,7 +4,9 @@
 #include "foundation/base/XObject.h"
 #include "foundation/reference/XSpatialReference.h"
 
+#include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 class XDMComposite;
@@ -41,6 +43,9 @@ public:
     /// Moves a composite to another place of the list. 0 when either is outside.
     int MoveXDMComposite(int from, int to);
     void RemoveXDMCompositeAll();
+    /// Called with each composite that has left, before it is deleted if it is; for the view that
+    /// lends composites to its windows. It changes nothing here.
+    void SetRemoved(std::function<void(XDMComposite*)> removed) { m_removed = std::move(removed); }
 
     int GetCompositeDeleteFlag() const { return m_isOwner; }
     void SetCompositeDeleteFlag(int flag) { m_isOwner = flag; }
@@ -63,9 +68,11 @@ public:
 private:
     int Take(XDMComposite* composite, std::size_t place);
     void LetGo(XDMComposite* composite);
+    void TellRemoved(XDMComposite* composite) const;
 
     std::vector<XDMComposite*> m_list;
     std::vector<std::unique_ptr<XDMComposite>> m_loose; ///< made here, not in the list
+    std::function<void(XDMComposite*)> m_removed;
     int m_isOwner = 1;
     XSpatialReference m_reference;
 };

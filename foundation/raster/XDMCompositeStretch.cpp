@@ -15,18 +15,6 @@
 
 namespace {
 
-/// A cut range from the numbers of a cut type 1 to 3. 0 when the numbers are not set.
-int CalcCut(int cutType, double min, double max, double mean, double stdDev,
-            const long long* histogram, double& low, double& high)
-{
-    if (!XfnIsSet(min) || !XfnIsSet(max)) return 0;
-    low = min;
-    high = max;
-    if (cutType == 2) XfnCalcGaussianRange98(min, max, mean, stdDev, histogram, low, high);
-    if (cutType == 3) XfnCalcGaussianRange95(min, max, mean, stdDev, histogram, low, high);
-    return 1;
-}
-
 /// Fowler, Noll and Vo's hash over the bytes of the counts; never 0.
 std::uint64_t HashOf(const long long* counts)
 {
@@ -145,8 +133,8 @@ void XDMComposite::ResolveCutRange(int ch, const std::atomic<int>* abort)
         const tagXSubsetStatistics& subset = channel.subset;
         // with nothing to see the range of before stands, so that the picture does not jump
         if (UpdateSubset(ch, abort) && hasRule &&
-            CalcCut(channel.cutType, subset.min, subset.max, subset.mean, subset.stdDev,
-                    subset.histogram.data(), low, high)) {
+            XfnCalcCutRange(channel.cutType, subset.min, subset.max, subset.mean, subset.stdDev,
+                            subset.histogram.data(), low, high)) {
             channel.cutMin = low;
             channel.cutMax = high;
             channel.isCutChosen = 2;
@@ -161,8 +149,8 @@ void XDMComposite::ResolveCutRange(int ch, const std::atomic<int>* abort)
     if (isNative && (channel.band->GetDataType() == kXUInt8 || !channel.isCutPending)) return;
     const auto numbers = channel.band->GetStatistics(abort);
     if (IsRaised(abort)) return;
-    if (CalcCut(hasRule ? channel.cutType : 1, numbers->min, numbers->max, numbers->mean,
-                numbers->stdDev, numbers->histogram.data(), low, high)) {
+    if (XfnCalcCutRange(hasRule ? channel.cutType : 1, numbers->min, numbers->max, numbers->mean,
+                        numbers->stdDev, numbers->histogram.data(), low, high)) {
         channel.cutMin = low;
         channel.cutMax = high;
     }

@@ -116,6 +116,8 @@ void XDrawAhead::Arrive(int cell)
     while (cell >= next)
         if (shared.next.compare_exchange_weak(next, cell + 1)) return; // ours to decode
     if (shared.IsCached(cell)) return;
-    const int other = shared.next.fetch_add(1);
+    int other = shared.next.fetch_add(1);
+    while (other < shared.count && shared.IsCached(other))
+        other = shared.next.fetch_add(1);
     if (other < shared.count) shared.Decode(other, shared.drawingAbort);
 }

@@ -40,7 +40,11 @@ using XDrawStateRow = void (*)(const void* src, const int* index, int n, const t
 XDrawStateRow XfnGetStateRow(int dataType, int isIndexed);
 
 /// Fills the table of a type of 8 or 16 bits (codes 1 to 4).
-void XfnFillCutTable(int dataType, const tagXCut<double>& cut, std::uint16_t* table);
+/// @return non-zero when no pattern is without data or transparent
+int XfnFillCutTable(int dataType, const tagXCut<double>& cut, std::uint16_t* table);
+/// The bytes that the levels of n states lead to; n is a multiple of 64.
+void XfnFillComponents(const std::uint16_t* states, int n, const std::uint8_t* bytes,
+                       std::uint8_t* components);
 
 /// Straight from samples to words, for channels of which every sample has data.
 /// Three bytes through three tables of shifted words (256 entries each).

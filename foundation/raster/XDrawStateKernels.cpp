@@ -2,7 +2,9 @@
 
 #include "foundation/raster/XRasterTypes.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <type_traits>
 
@@ -105,13 +107,49 @@ XDrawStateRow GetStateRow(int dataType)
     }
 }
 
-/// All bit patterns of T, in the order of the unsigned type of its size.
+/// All bit patterns of T, in the order of the unsigned type of its size. Levels only rise or only
+/// fall with the value, so that both ends of a table are filled with the levels there, and what
+/// lies between needs no clamp.
 template <class T>
-void FillTable(const tagXCut<double>& cut, std::uint16_t* __restrict table)
+int FillTable(tagXCut<double> cut, std::uint16_t* __restrict table)
 {
     constexpr int kCount = 1 << (8 * sizeof(T));
-    for (int i = 0; i < kCount; ++i)
-        table[i] = StateOf<double>(static_cast<double>(static_cast<T>(i)), cut);
+    constexpr int kMin = std::numeric_limits<T>::min(), kMax = std::numeric_limits<T>::max();
+    const double keys[] = {cut.null, cut.transparent};
+    cut.null = cut.transparent = std::numeric_limits<double>::quiet_NaN();
+    const auto stateOf = [&cut](int value) { return StateOf<double>(value, cut); };
+    const auto firstWhere = [](auto isThere) { // kMax when there is none
+        int begin = kMin, end = kMax;
+        while (begin < end) {
+            const int middle = begin + (end - begin) / 2;
+            isThere(middle) ? end = middle : begin = middle + 1;
+        }
+        return begin;
+    };
+    const std::uint16_t first = stateOf(kMin), last = stateOf(kMax);
+    const int begin = firstWhere([&](int value) { return stateOf(value) != first; });
+    const int end = firstWhere([&](int value) { return stateOf(value) == last; });
+    const auto fill = [&](int from, int to, std::uint16_t* __restrict at) { // at: of the value 0
+        const int left = std::clamp(begin, from, to), right = std::clamp(end, left, to);
+        std::fill(at + from, at + left, first);
+        for (int value = left; value < right; ++value)
+            at[value] = static_cast<std::uint16_t>(
+                kXStateData | static_cast<int>((value - cut.low) * cut.scale + cut.offset));
+        std::fill(at + right, at + to, last);
+    };
+    fill(0, kMax + 1, table);
+    if constexpr (kMin < 0) fill(kMin, 0, table + kCount);
+    int isEveryData = 1;
+    for (const double& key : keys) {
+        if (!(key >= kMin && key <= kMax) || key != static_cast<int>(key)) continue;
+        std::uint16_t& state = table[static_cast<int>(key) & (kCount - 1)];
+        if (&key == keys)
+            state &= static_cast<std::uint16_t>(~kXStateData);
+        else
+            state |= kXStateTransparent;
+        isEveryData = 0;
+    }
+    return isEveryData;
 }
 
 template <class T, class R>
@@ -149,23 +187,37 @@ XDrawStateRow XfnGetStateRow(int dataType, int isIndexed)
     return isIndexed ? GetStateRow<true>(dataType) : GetStateRow<false>(dataType);
 }
 
-void XfnFillCutTable(int dataType, const tagXCut<double>& cut, std::uint16_t* table)
+int XfnFillCutTable(int dataType, const tagXCut<double>& cut, std::uint16_t* table)
 {
     switch (dataType) {
     case kXUInt8:
-        FillTable<std::uint8_t>(cut, table);
-        break;
+        return FillTable<std::uint8_t>(cut, table);
     case kXInt8:
-        FillTable<std::int8_t>(cut, table);
-        break;
+        return FillTable<std::int8_t>(cut, table);
     case kXUInt16:
-        FillTable<std::uint16_t>(cut, table);
-        break;
+        return FillTable<std::uint16_t>(cut, table);
     case kXInt16:
-        FillTable<std::int16_t>(cut, table);
-        break;
+        return FillTable<std::int16_t>(cut, table);
     default:
-        break;
+        return 0;
+    }
+}
+
+void XfnFillComponents(const std::uint16_t* __restrict states, int n,
+                       const std::uint8_t* __restrict bytes, std::uint8_t* __restrict components)
+{
+    constexpr int kBlock = 64; // most of a table lies outside the cut, where all states are one
+    for (int at = 0; at < n; at += kBlock) {
+        const std::uint16_t state = states[at];
+        std::uint16_t difference = 0;
+        for (int i = 0; i < kBlock; ++i)
+            difference |= states[at + i] ^ state;
+        if (difference == 0) {
+            std::memset(components + at, bytes[state & 0xFF], kBlock);
+            continue;
+        }
+        for (int i = 0; i < kBlock; ++i)
+            components[at + i] = bytes[states[at + i] & 0xFF];
     }
 }
 

@@ -2,7 +2,6 @@
 
 #include "foundation/raster/XRasterTypes.h"
 
-#include <algorithm>
 #include <bit>
 
 namespace {
@@ -31,10 +30,7 @@ const XDrawTableCache::tagTable* XDrawTableCache::GetTable(int ch, int dataType,
     table->dataType = dataType;
     table->cut = cut;
     table->states.resize(XfnGetDataTypeSize(dataType) == 1 ? 256 : 65536);
-    XfnFillCutTable(dataType, cut, table->states.data());
-    table->isEveryData = std::all_of(table->states.begin(), table->states.end(), [](auto state) {
-        return (state & (kXStateData | kXStateTransparent)) == kXStateData;
-    });
+    table->isEveryData = XfnFillCutTable(dataType, cut, table->states.data());
     kept = std::move(table);
     return kept.get();
 }
@@ -48,9 +44,10 @@ const std::uint8_t* XDrawTableCache::GetComponents(int ch,
     auto made = std::make_shared<tagComponents>();
     made->bytes = bytes;
     made->table = m_tables[ch];
-    made->components.reserve(made->table->states.size());
-    for (const std::uint16_t state : made->table->states)
-        made->components.push_back(bytes[state & 0xFF]);
+    const std::vector<std::uint16_t>& states = made->table->states;
+    made->components.resize(states.size());
+    XfnFillComponents(states.data(), static_cast<int>(states.size()), bytes.data(),
+                      made->components.data());
     kept = std::move(made);
     return kept->components.data();
 }

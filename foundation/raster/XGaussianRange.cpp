@@ -1,5 +1,7 @@
 #include "foundation/raster/XGaussianRange.h"
 
+#include "foundation/base/XSentinels.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -63,4 +65,15 @@ void XfnCalcGaussianRange98(double min, double max, double mean, double stdDev,
                             const long long* histogram, double& low, double& high)
 {
     CalcRange(min, max, mean, stdDev, histogram, 0.01, 2.326, low, high);
+}
+
+int XfnCalcCutRange(int cutType, double min, double max, double mean, double stdDev,
+                    const long long* histogram, double& low, double& high)
+{
+    if (!XfnIsSet(min) || !XfnIsSet(max)) return 0;
+    low = min;
+    high = max;
+    if (cutType == 2) XfnCalcGaussianRange98(min, max, mean, stdDev, histogram, low, high);
+    if (cutType == 3) XfnCalcGaussianRange95(min, max, mean, stdDev, histogram, low, high);
+    return 1;
 }

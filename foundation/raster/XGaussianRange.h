@@ -25,3 +25,8 @@ XAPI void XfnCalcGaussianRange95(double min, double max, double mean, double std
 /// The same for the central 98 per cent (1 % to 99 %), 2.326 deviations on an empty histogram.
 XAPI void XfnCalcGaussianRange98(double min, double max, double mean, double stdDev,
                                  const long long* histogram, double& low, double& high);
+
+/// The range of a cut type: 2 the central 98 per cent, 3 the central 95, any other [min, max].
+/// @return 0 when min or max is not set; then low and high stay
+XAPI int XfnCalcCutRange(int cutType, double min, double max, double mean, double stdDev,
+                         const long long* histogram, double& low, double& high);

@@ -520,18 +520,22 @@ int XRSFileIO::LoadFilePBI(XRSFile* file, const XString& path, XString& error, X
     return LoadFileRaster(file, kXFormatPBI, path, error, 1, 1, thread);
 }
 
-int XRSFileIO::Open(const XString& path, XRSFile* file, XString& error, XThread* thread)
+int XRSFileIO::Open(const XString& path, XRSFile* file, XString& error, XThread* thread,
+                    int useLevels, int useStatistics)
 {
     if (!CheckPath(path, error)) return 0;
+    const auto load = [&](int format) {
+        return LoadFileRaster(file, format, path, error, useLevels, useStatistics, thread);
+    };
     const bool isNative = IsNative(path);
     const int id = isNative ? kXFormatXDM : GetIDFromExt(XfnGetFileExt(path));
     const bool isKnown = id == kXFormatXDM || (id > kXFormatPBI && id < kXFormatOtherRaster);
-    if (isNative || id == kXFormatPBI) return LoadFileRaster(file, id, path, error, 1, 1, thread);
-    if (isKnown && LoadFileRaster(file, id, path, error, 1, 1, thread)) return 1;
+    if (isNative || id == kXFormatPBI) return load(id);
+    if (isKnown && load(id)) return 1;
     if (!file || (thread && thread->IsStopRequested())) return 0;
     // an extension is a habit, not a promise: .img alone means three formats
     XString byName = error;
-    if (LoadFileRaster(file, kXFormatOtherRaster, path, error, 1, 1, thread)) return 1;
+    if (load(kXFormatOtherRaster)) return 1;
     if (isKnown && !byName.IsEmpty() && !HoldsVectors(path)) error = byName;
     return 0;
 }

@@ -82,7 +82,8 @@ public:
 
     /// Chooses the reader itself: by the extension, and when that one refuses, by the content. A file
     /// of the native format is known by its content alone.
-    static int Open(const XString& path, XRSFile* file, XString& error, XThread* thread = nullptr);
+    static int Open(const XString& path, XRSFile* file, XString& error, XThread* thread = nullptr,
+                    int useLevels = 1, int useStatistics = 1);
 
     /// A raster inside a container file.
     struct tagPart

@@ -3,10 +3,12 @@
 #include "foundation/base/XPtrList.h"
 #include "foundation/base/XSentinels.h"
 #include "foundation/raster/XDMCompositeChannel.h"
+#include "foundation/raster/XStretchLUTKernels.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <numeric>
 
 namespace {
@@ -22,104 +24,112 @@ Curve Identity()
     return curve;
 }
 
-/// The share of the mass above bin 0 up to each bin. 0 when there is none; then the curve stays.
-int CumulativeShare(const long long* histogram, Curve& curve)
-{
-    if (!histogram) return 0;
-    Curve sums{};
-    double sum = 0.0;
-    for (int i = 1; i < kBinCount; ++i) {
-        sum += static_cast<double>(std::max(histogram[i], 0LL));
-        sums[i] = sum;
-    }
-    if (!(sum > 0.0)) return 0;
-    for (int i = 0; i < kBinCount; ++i)
-        curve[i] = sums[i] / sum;
-    return 1;
-}
-
 double NormalShare(double sigma)
 {
     return 0.5 * std::erfc(-sigma / std::sqrt(2.0));
 }
 
-/// The place in 0..1 at which the normal distribution cut at 3 sigma has passed each share.
-Curve NormalPlaces(Curve shares)
+constexpr int kCells = 8192;
+
+/// The place in 0..1 at which the normal distribution cut at 3 sigma has passed the share
+/// i / kCells; between two, straight interpolation misses by less than a fiftieth of a level. One
+/// more at the end, for the share 1.
+std::array<double, kCells + 2> MakeNormalPlaces()
 {
-    static const double low = NormalShare(-3.0);
-    static const double mass = NormalShare(3.0) - low;
-    double begin = -3.0; // the shares rise, so each search starts at the last result
-    for (double& share : shares) {
-        const double wanted = low + share * mass;
-        double from = begin;
-        double to = 3.0;
-        for (int step = 0; step < 24; ++step) { // 6 sigma / 2^24: far below a display level
-            const double middle = 0.5 * (from + to);
-            (NormalShare(middle) < wanted ? from : to) = middle;
+    std::array<double, kCells + 2> places;
+    const double low = NormalShare(-3.0);
+    const double mass = NormalShare(3.0) - low;
+    double sigma = -3.0; // Newton's method, from the place before
+    for (int i = 1; i < kCells / 2; ++i) {
+        const double wanted = low + mass * i / kCells;
+        for (int step = 0; step < 4; ++step) {
+            const double density = 0.3989422804014327 * std::exp(-0.5 * sigma * sigma);
+            sigma -= (NormalShare(sigma) - wanted) / density;
         }
-        begin = from;
-        share = std::clamp((0.5 * (from + to) + 3.0) / 6.0, 0.0, 1.0);
+        places[i] = (sigma + 3.0) / 6.0;
+        places[kCells - i] = 1.0 - places[i];
     }
-    shares.front() = 0.0; // the ends stand exactly
-    shares.back() = 1.0;
-    return shares;
+    places[0] = 0.0; // the ends and the middle stand exactly
+    places[kCells / 2] = 0.5;
+    places[kCells] = places[kCells + 1] = 1.0;
+    return places;
 }
 
-Curve MakeCurve(int type, const long long* histogram)
+/// A curve that is always the same, with its table between the intensities 0 and 255.
+struct tagFixedCurve
 {
     Curve curve = Identity();
+    std::array<unsigned char, kBinCount> levels;
+
+    template <class Function>
+    explicit tagFixedCurve(Function function)
+    {
+        for (double& t : curve)
+            t = function(t);
+        XfnCurveToLevels(curve.data(), 0.0, 255.0, levels.data());
+    }
+};
+
+const tagFixedCurve& GetFixedCurve(int type)
+{
+    static const tagFixedCurve linear([](double t) { return t; });
+    static const tagFixedCurve logarithmic(
+        [](double t) { return std::log1p(255.0 * t) / std::log(256.0); });
+    static const tagFixedCurve inverseSquare([](double t) { return t * t; });
+    static const tagFixedCurve squareRoot([](double t) { return std::sqrt(t); });
     switch (type) {
     case kXStretchLogarithmic:
-        for (double& t : curve)
-            t = std::log1p(255.0 * t) / std::log(256.0);
-        break;
+        return logarithmic;
     case kXStretchInverseSquare:
-        for (double& t : curve)
-            t *= t;
-        break;
+        return inverseSquare;
     case kXStretchSquareRoot:
-        for (double& t : curve)
-            t = std::sqrt(t);
-        break;
-    case kXStretchEqualization:
-        CumulativeShare(histogram, curve);
-        break;
-    case kXStretchGaussian:
-        if (CumulativeShare(histogram, curve)) curve = NormalPlaces(curve);
-        break;
+        return squareRoot;
     default:
-        break;
+        return linear;
     }
-    return curve;
 }
 
-unsigned char ToLevel(double value)
+/// The table of a type that a histogram decides. 0 for other types, and when there is no mass.
+int FillByHistogram(int type, const long long* histogram, double low, double span,
+                    unsigned char* lut)
 {
-    return static_cast<unsigned char>(std::lround(std::clamp(value, 0.0, 255.0)));
+    if (type != kXStretchEqualization && type != kXStretchGaussian) return 0;
+    Curve sums;
+    const double total = histogram ? XfnSumMass(histogram, sums.data()) : 0.0;
+    if (!(total > 0.0)) return 0;
+    if (type == kXStretchEqualization) {
+        XfnSharesToLevels(sums.data(), total, low, span, lut);
+    } else {
+        static const auto places = MakeNormalPlaces();
+        XfnMatchedSharesToLevels(sums.data(), total, places.data(), kCells, low, span, lut);
+    }
+    return 1;
 }
 
 void FillPiecewise(unsigned char* lut, unsigned char low, unsigned char high,
                    const XPtrList* points)
 {
-    std::vector<tagXHistPt> knots{{0, low}};
+    // positions rise, so that there is at most one knot for each of them
+    std::array<tagXHistPt, kBinCount + 1> knots;
+    std::size_t count = 0;
+    knots[count++] = {0, low};
     if (points) {
         for (__POSITION* pos = points->GetHeadPosition(); pos;) {
             const auto* point = static_cast<const tagXHistPt*>(points->GetNext(pos));
-            if (!point || point->position < knots.back().position) continue;
-            if (point->position == knots.back().position)
-                knots.pop_back(); // replaces the start too
-            knots.push_back(*point);
+            if (!point || point->position < knots[count - 1].position) continue;
+            if (point->position == knots[count - 1].position) --count; // replaces the start too
+            knots[count++] = *point;
         }
     }
-    if (knots.back().position < 255) knots.push_back({255, high});
-    lut[knots.front().position] = knots.front().value;
-    for (std::size_t k = 1; k < knots.size(); ++k) {
+    if (knots[count - 1].position < 255) knots[count++] = {255, high};
+    for (std::size_t k = 1; k < count; ++k) {
         const tagXHistPt a = knots[k - 1];
         const tagXHistPt b = knots[k];
-        const double slope = (static_cast<double>(b.value) - a.value) / (b.position - a.position);
-        for (int i = a.position; i <= b.position; ++i)
-            lut[i] = ToLevel(a.value + slope * (i - a.position));
+        const int span = b.position - a.position;
+        XfnFillLine(a.value, (static_cast<double>(b.value) - a.value) / span, span,
+                    lut + a.position);
     }
+    lut[255] = knots[count - 1].value;
 }
 
 } // namespace
@@ -131,23 +141,28 @@ void XfnStretchLUT(int type, unsigned char* lut, unsigned char intensity000,
     if (type == kXStretchPiecewise) {
         FillPiecewise(lut, intensity000, intensity255, points);
     } else {
-        const Curve curve = MakeCurve(type, histogramIn);
         const double low = intensity000;
-        const double span = static_cast<double>(intensity255) - low;
-        for (int i = 0; i < kBinCount; ++i)
-            lut[i] = ToLevel(low + span * curve[i]);
+        const double span = intensity255 - low;
+        if (!FillByHistogram(type, histogramIn, low, span, lut)) {
+            const tagFixedCurve& fixed = GetFixedCurve(type);
+            if (span == 255.0)
+                std::copy_n(fixed.levels.data(), kBinCount, lut);
+            else
+                XfnCurveToLevels(fixed.curve.data(), low, span, lut);
+        }
     }
     if (!histogramOut) return;
-    std::fill_n(histogramOut, kBinCount, 0LL);
-    for (int i = 0; histogramIn && i < kBinCount; ++i)
-        histogramOut[lut[i]] += histogramIn[i];
+    if (histogramIn)
+        XfnSendThroughTable(histogramIn, lut, histogramOut);
+    else
+        std::fill_n(histogramOut, kBinCount, 0LL);
 }
 
 int XfnApplyCutToHistogram(const long long* source, double min, double max, double cutMin,
                            double cutMax, long long* applied)
 {
     if (!XfnIsSet(min) || !XfnIsSet(max) || !XfnIsSet(cutMin) || !XfnIsSet(cutMax)) return 0;
-    if (!(min < max)) return 0;
+    if (!(min < max) || !std::isfinite(max - min)) return 0;
     const auto toBin = [min, max](double value) {
         return static_cast<int>(std::clamp((value - min) / (max - min) * 255.0, -1e6, 1e6));
     };
@@ -158,15 +173,13 @@ int XfnApplyCutToHistogram(const long long* source, double min, double max, doub
         std::copy_n(source, kBinCount, applied);
         return 1;
     }
-    std::fill_n(applied, kBinCount, 0LL);
-    const int span = high - low;
-    for (int i = low; i <= high; ++i) {
-        const int target = span > 0 ? static_cast<int>((i - low) * 255.0 / span + 0.5) : 0;
-        applied[target] = source[i];
-    }
-    applied[0] += std::accumulate(source, source + low, 0LL);
+    const auto add = [source](long long& count, int begin, int end) { // counts may wrap
+        const auto own = static_cast<std::uint64_t>(count);
+        count = static_cast<long long>(std::accumulate(source + begin, source + end, own));
+    };
+    XfnSpreadBins(source, low, high, applied);
+    add(applied[0], 0, low);
     // the last bin is left out of this sum: stretches stored by hosts were made so
-    for (int i = high + 1; i < 255; ++i)
-        applied[255] += source[i];
+    if (high < 255) add(applied[255], high + 1, 255);
     return 1;
 }

@@ -29,7 +29,8 @@ enum XStretchType : int {
 ///                       that bin 0 stands at the low end however full it is
 ///     6 Gaussian        the t' whose normal distribution function, cut at plus and minus 3 sigma
 ///                       and spread over 0..1, equals the fraction of type 5 (histogram
-///                       matching: Gonzalez and Woods, Digital Image Processing, section 3.3)
+///                       matching: Gonzalez and Woods, Digital Image Processing, section 3.3),
+///                       to a fiftieth of a level
 ///     7 square root     sqrt(t)
 ///
 /// Any other type is shown as linear, and so are types 5 and 6 on a histogram whose counts lie all
@@ -51,6 +52,6 @@ XAPI void XfnStretchLUT(int type, unsigned char* lut, unsigned char intensity000
 /// last, to bin 255: that last bin is lost as soon as the cut ends below it, which existing stretch
 /// files rely on. A cut that covers all bins copies the histogram.
 /// @return 0 with `applied` untouched when an argument is a sentinel or not finite, min is not
-///         below max, or the cut range stands upside down
+///         below max or too far from it for their difference, or the cut range stands upside down
 XAPI int XfnApplyCutToHistogram(const long long* source, double min, double max, double cutMin,
                                 double cutMax, long long* applied);

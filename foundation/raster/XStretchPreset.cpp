@@ -33,14 +33,19 @@ constexpr tagXStretchPreset kPresets[] = {
     {40063, "Visible Region - Gaussian98% - SquareRoot", 1, 1, 7},
 };
 
+int IsEnhanced(const XDMComposite& composite)
+{
+    const XDMBand* first = composite.GetFirstBand();
+    return first && composite.GetMode() != 3 && first->GetBandType() != kClassMap;
+}
+
 template <class Change>
 void ForEachEnhanced(XDMCompManager& manager, Change change)
 {
     for (int i = 0; i < manager.GetNumberOfXDMComposite(); ++i) {
         XDMComposite* composite = manager.GetXDMCompositeAt(i);
         composite->UpdateNeeded();
-        const XDMBand* first = composite->GetFirstBand();
-        if (!first || composite->GetMode() == 3 || first->GetBandType() == kClassMap) continue;
+        if (!IsEnhanced(*composite)) continue;
         for (int ch = 0; ch < kChannels; ++ch)
             change(*composite, ch);
     }
@@ -59,6 +64,13 @@ const tagXStretchPreset* XfnFindStretchPreset(int command)
     return found == std::end(kPresets) ? nullptr : found;
 }
 
+int XfnCanEnhance(const XDMCompManager& manager)
+{
+    for (int i = 0; i < manager.GetNumberOfXDMComposite(); ++i)
+        if (IsEnhanced(*manager.GetXDMCompositeAt(i))) return 1;
+    return 0;
+}
+
 void XfnEnhance(XDMCompManager& manager, int cutType, int stretchType)
 {
     ForEachEnhanced(manager, [&](XDMComposite& composite, int ch) {
@@ -74,15 +86,11 @@ void XfnEnhanceEx(XDMCompManager& manager, int coverage, int cutType, int stretc
         composite.SetCutType(cutType, ch);
         const XDMBand* band = composite.GetBand(ch);
         if (coverage == 0 && band) {
-            double low = band->GetBandMin();
-            double high = band->GetBandMax();
-            if (cutType == 2 || cutType == 3) {
-                const auto calcRange =
-                    cutType == 3 ? &XfnCalcGaussianRange95 : &XfnCalcGaussianRange98;
-                calcRange(band->GetBandMin(), band->GetBandMax(), band->GetBandMean(),
-                          band->GetBandStdDev(), band->GetHistogram(), low, high);
-            }
-            composite.SetCutRange(low, high, ch);
+            const auto numbers = band->GetStatistics();
+            double low = 0.0, high = 0.0;
+            if (XfnCalcCutRange(cutType, numbers->min, numbers->max, numbers->mean, numbers->stdDev,
+                                numbers->histogram.data(), low, high))
+                composite.SetCutRange(low, high, ch);
         }
         composite.SetStretchType(stretchType, ch);
     });

@@ -26,8 +26,10 @@ constexpr int kXFirstVisiblePreset = 40055; ///< from here on they are of the vi
 /// Both change the composites with a first band that is no class map (band type 8), but vector
 /// composites (mode 3), in all three channels; and mark every composite for update.
 
+/// Whether there is a composite that they would change.
+XAPI int XfnCanEnhance(const XDMCompManager& manager);
 /// Sets cut and stretch type; coverage and cut range stay.
 XAPI void XfnEnhance(XDMCompManager& manager, int cutType, int stretchType);
 /// Sets coverage and types. For the whole band it also writes the cut range that the cut type
-/// gives; for the visible region the composite works it out when it is drawn.
+/// gives, unless the band has no numbers; for the visible region the composite works it out when it is drawn.
 XAPI void XfnEnhanceEx(XDMCompManager& manager, int coverage, int cutType, int stretchType);

@@ -42,7 +42,9 @@ void XfnMoveHistogram(double previousMin, double previousMax, double min, double
         const double value = previousMin + (previousMax - previousMin) * i / 255.0;
         const double t = max > min ? (value - min) * 255.0 / (max - min) : 0.0;
         // half a thousandth of a bin: a value at a bin's start must not fall below it by rounding
-        moved[static_cast<std::size_t>(std::clamp(t + 0.0005, 0.0, 255.0))] += histogram[i];
+        const double bin = t + 0.0005;
+        // a range too wide for its difference gives NaN, which is no bin
+        moved[bin > 0.0 ? static_cast<std::size_t>(std::min(bin, 255.0)) : 0] += histogram[i];
     }
     std::copy(moved.begin(), moved.end(), histogram);
 }

@@ -173,3 +173,9 @@ std::unique_ptr<XCoordinateTransformation> XfnCreateCoordTrans(const XSpatialRef
     if (!transformation->IsValid()) return nullptr;
     return transformation;
 }
+
+void XfnCleanupCoord()
+{
+    // OSRCleanup would free what other threads hold: it is for the end of a program
+    XfnDropProjContext();
+}

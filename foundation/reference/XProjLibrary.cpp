@@ -16,16 +16,34 @@ XQuietErrors::~XQuietErrors()
     CPLPopErrorHandler();
 }
 
+namespace {
+
+struct ContextDestroyer
+{
+    void operator()(PJ_CONTEXT* context) const { proj_context_destroy(context); }
+};
+
+std::unique_ptr<PJ_CONTEXT, ContextDestroyer>& ContextOfThread()
+{
+    thread_local std::unique_ptr<PJ_CONTEXT, ContextDestroyer> context;
+    return context;
+}
+
+} // namespace
+
 pj_ctx* XfnProjContext()
 {
-    struct Holder
-    {
-        PJ_CONTEXT* context = proj_context_create();
-        Holder() { proj_log_level(context, PJ_LOG_NONE); }
-        ~Holder() { proj_context_destroy(context); }
-    };
-    thread_local Holder holder;
-    return holder.context;
+    auto& context = ContextOfThread();
+    if (!context) {
+        context.reset(proj_context_create());
+        proj_log_level(context.get(), PJ_LOG_NONE);
+    }
+    return context.get();
+}
+
+void XfnDropProjContext()
+{
+    ContextOfThread().reset();
 }
 
 void XProjDestroyer::operator()(PJconsts* object) const

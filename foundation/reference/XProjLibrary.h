@@ -19,6 +19,8 @@ public:
 
 /// The calling thread's own context: it may not be shared, and opening the database is dear.
 pj_ctx* XfnProjContext();
+/// Gives it up; the next call makes a new one. No object made with it may live.
+void XfnDropProjContext();
 
 struct XProjDestroyer
 {
