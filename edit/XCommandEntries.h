@@ -1,11 +1,11 @@
 #pragma once
 
+#include "edit/XLayerRef.h"
 #include "foundation/base/XApi.h"
 
 #include <memory>
 #include <vector>
 
-class XvcLayer;
 class XvcObj;
 struct tagCommandSet;
 
@@ -18,20 +18,18 @@ public:
     {
         int index;
         XvcObj* clone; ///< null for a class that cannot be cloned
-        XvcLayer* layer;
+        tagXLayerRef list;
     };
 
     explicit XCommandEntries(int type) : m_type(type) {}
 
-    void Add(int index, XvcObj* clone, XvcLayer* layer)
-    {
-        m_entries.push_back({index, clone, layer});
-    }
+    void Add(int index, XvcObj* clone, XvcLayer* layer);
     void RaiseCount(int by = 1) { m_count += by; }
     int GetCount() const { return m_count; }
     const std::vector<Entry>& GetEntries() const { return m_entries; }
-    /// Takes the entries of a layer out and hands them over; the count follows.
-    std::vector<Entry> Take(const XvcLayer* layer);
+    /// Takes the entries of a layer out and hands them over; the count follows. Number 0 means
+    /// every layer that lay at the address.
+    std::vector<Entry> Take(const tagXLayerRef& list);
 
     /// The clones pass to the set.
     std::unique_ptr<tagCommandSet> MakeSet() const;

@@ -20,6 +20,12 @@ void CheckEntry(const tagCommandSet& set, int entry)
     }
 }
 
+tagXLayerRef GetList(const tagCommandSet& set, int entry)
+{
+    return {static_cast<XvcLayer*>(set.lists[entry]),
+            entry < set.numbers.GetSize() ? set.numbers[entry] : 0};
+}
+
 XvcObj* GetObject(const tagCommandSet& set, int entry)
 {
     return static_cast<XvcObj*>(set.objects[entry]);
@@ -140,6 +146,37 @@ tagCommandSet* XCommandManager::PushCommandSetInsert(XvcLayer* layer, XvcObj* ob
     return static_cast<tagCommandSet*>(m_undoStack[0]);
 }
 
+tagCommandSet* XCommandManager::PushCommandSetModify(XvcObj* object, XvcObj* before)
+{
+    XvcLayer* const layer = object ? object->GetParentLayer() : nullptr;
+    const int index = GetIndexOfList(layer, object);
+    if (index < 0 || !before) {
+        DestroyObject(before);
+        return nullptr;
+    }
+    XCommandEntries entries(tagCommandSet::kModify);
+    entries.Add(index, before, layer);
+    AddEntry(entries, index, object, layer);
+    entries.RaiseCount();
+    Push(entries);
+    return static_cast<tagCommandSet*>(m_undoStack[0]);
+}
+
+int XCommandManager::RenewCommandSetInsert(XvcObj* object)
+{
+    if (m_undoStack.IsEmpty() || !object) return 0;
+    auto& set = *static_cast<tagCommandSet*>(m_undoStack[0]);
+    if (set.type != tagCommandSet::kInsert || set.objects.GetSize() != 1 ||
+        set.lists[0] != object->GetParentLayer() ||
+        GetAtList(object->GetParentLayer(), set.indices[0]) != object)
+        return 0;
+    XvcObj* const clone = CloneObject(object);
+    if (!clone) return 0;
+    DestroyObject(GetObject(set, 0));
+    set.objects[0] = clone;
+    return 1;
+}
+
 // Puts a clone of an entry's object into its layer.
 XvcObj* XCommandManager::Bring(const tagCommandSet& set, int entry, XLayerIndexes& indexes)
 {
@@ -181,6 +218,24 @@ void XCommandManager::KeepTyping(tagCommandSet& set, int entry, XLayerIndexes& i
     set.objects[entry] = clone;
 }
 
+// Both states of a text box whose text a step left alone hold the text that it has now.
+void XCommandManager::KeepTypingBeside(const tagCommandSet& set, int from, int to,
+                                       XLayerIndexes& indexes)
+{
+    CheckEntry(set, from);
+    CheckEntry(set, to);
+    auto* const former = dynamic_cast<XvcTextBox*>(GetObject(set, from));
+    auto* const other = dynamic_cast<XvcTextBox*>(GetObject(set, to));
+    if (!former || !other || !(former->GetRichText() == other->GetRichText())) return;
+    XvcLayer* const layer = static_cast<XvcLayer*>(set.lists[from]);
+    __POSITION* const place = indexes.Of(*layer).PositionAt(set.indices[from]);
+    const auto* const box = place ? dynamic_cast<XvcTextBox*>(layer->GetAt(place)) : nullptr;
+    if (!box) return;
+    const XRichText text = box->GetRichText();
+    former->SetRichText(text);
+    other->SetRichText(text);
+}
+
 void XCommandManager::Exchange(const tagCommandSet& set, int entry, XLayerIndexes& indexes,
                                XObList& selection)
 {
@@ -199,8 +254,7 @@ void XCommandManager::Exchange(const tagCommandSet& set, int entry, XLayerIndexe
 void XCommandManager::Reorder(const tagCommandSet& set, int from, int to, XLayerIndexes& indexes,
                               XObList& selection)
 {
-    CheckEntry(set, from);
-    CheckEntry(set, to);
+    KeepTypingBeside(set, from, to, indexes);
     XvcObj* moved = nullptr;
     if (GetObject(set, to)) {
         Take(set, from, indexes);
@@ -239,8 +293,10 @@ void XCommandManager::Undo(XObList* selection)
         }
         break;
     case tagCommandSet::kModify:
-        for (int i = 0; i < count; ++i)
+        for (int i = 0; i < count; ++i) {
+            KeepTypingBeside(*set, 2 * i, 2 * i + 1, indexes);
             Exchange(*set, 2 * i + 1, indexes, *selection);
+        }
         break;
     case tagCommandSet::kOrder:
         for (int k = 0; k < count; k += 2)
@@ -273,8 +329,10 @@ void XCommandManager::Redo(XObList* selection)
         }
         break;
     case tagCommandSet::kModify:
-        for (int i = 0; i < count; ++i)
+        for (int i = 0; i < count; ++i) {
+            KeepTypingBeside(*set, 2 * i + 1, 2 * i, indexes);
             Exchange(*set, 2 * i, indexes, *selection);
+        }
         break;
     case tagCommandSet::kOrder:
         for (int k = count; k >= 2; k -= 2)
@@ -341,49 +399,54 @@ void XCommandManager::ClearUndoRedoStack()
     ClearClipboard();
 }
 
-std::vector<XvcLayer*> XCommandManager::GetLayers() const
+std::vector<tagXLayerRef> XCommandManager::GetLayers() const
 {
-    std::vector<XvcLayer*> layers;
-    const auto add = [&layers](void* layer) { layers.push_back(static_cast<XvcLayer*>(layer)); };
+    std::vector<tagXLayerRef> layers;
+    const auto add = [&layers](const tagXLayerRef& list) {
+        if (layers.empty() || !(layers.back() == list)) layers.push_back(list);
+    };
     for (const XPtrArray* stack : {&m_undoStack, &m_redoStack}) {
-        for (void* entry : *stack) {
-            const auto* set = static_cast<const tagCommandSet*>(entry);
-            void* last = nullptr;
-            for (void* layer : set->lists)
-                if (layer != last) add(last = layer);
+        for (void* element : *stack) {
+            const auto& set = *static_cast<const tagCommandSet*>(element);
+            for (int i = 0; i < set.lists.GetSize(); ++i)
+                add(GetList(set, i));
         }
     }
     if (m_current)
         for (const XCommandEntries::Entry& entry : m_current->GetEntries())
-            add(entry.layer);
+            add(entry.list);
     std::sort(layers.begin(), layers.end());
     layers.erase(std::unique(layers.begin(), layers.end()), layers.end());
     return layers;
 }
 
-void XCommandManager::ForgetLayer(const XvcLayer* layer)
+void XCommandManager::ForgetLayer(XvcLayer* layer, std::uint64_t number)
 {
-    ForgetLayerIn(m_undoStack, layer);
-    ForgetLayerIn(m_redoStack, layer);
+    const tagXLayerRef list{layer, number};
+    ForgetLayerIn(m_undoStack, list);
+    ForgetLayerIn(m_redoStack, list);
     if (!m_current) return;
-    for (const XCommandEntries::Entry& entry : m_current->Take(layer))
+    for (const XCommandEntries::Entry& entry : m_current->Take(list))
         DestroyObject(entry.clone);
 }
 
-void XCommandManager::ForgetLayerIn(XPtrArray& stack, const XvcLayer* layer)
+void XCommandManager::ForgetLayerIn(XPtrArray& stack, const tagXLayerRef& list)
 {
     for (int i = stack.GetSize() - 1; i >= 0; --i) {
         auto* const set = static_cast<tagCommandSet*>(stack[i]);
         const int size = set->lists.GetSize();
         int kept = 0;
+        set->numbers.SetSize(size);
         for (int from = 0; from < size; ++from) {
-            if (set->lists[from] == layer) {
+            const tagXLayerRef at = GetList(*set, from);
+            if (at.layer == list.layer && (!list.number || at.number == list.number)) {
                 DestroyObject(GetObject(*set, from));
                 continue;
             }
             set->indices[kept] = set->indices[from];
             set->objects[kept] = set->objects[from];
             set->lists[kept] = set->lists[from];
+            set->numbers[kept] = at.number;
             ++kept;
         }
         if (kept == size) continue;
@@ -392,6 +455,7 @@ void XCommandManager::ForgetLayerIn(XPtrArray& stack, const XvcLayer* layer)
         set->indices.SetSize(kept);
         set->objects.SetSize(kept);
         set->lists.SetSize(kept);
+        set->numbers.SetSize(kept);
         if (kept > 0) continue;
         stack.RemoveAt(i);
         delete set;

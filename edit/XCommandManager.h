@@ -1,5 +1,6 @@
 #pragma once
 
+#include "edit/XLayerRef.h"
 #include "edit/XPixelWarehouse.h"
 #include "foundation/base/XObList.h"
 #include "foundation/base/XPtrArray.h"
@@ -59,8 +60,17 @@ public:
     /// A step that inserted `object`, the last of `layer`.
     tagCommandSet* PushCommandSetInsert(XvcLayer* layer, XvcObj* object);
 
+    /// A step that changed one object, made beside a modification that may be open.
+    /// @param before  a clone (CloneObject) of the object as it was; it passes to the manager
+    /// @return null for an object in no layer, or without `before`
+    tagCommandSet* PushCommandSetModify(XvcObj* object, XvcObj* before);
+    /// Lets the newest step, when it inserted this object and nothing else, hold it as it is now.
+    /// @return 0 when it did not
+    int RenewCommandSetInsert(XvcObj* object);
+
     /// The objects that came back, newest entry at the head, become the selection. A text box that
-    /// is taken away comes back with what was typed into it meanwhile, for typing is no step.
+    /// is taken away comes back with what was typed into it meanwhile, for typing is no step; one that
+    /// was changed otherwise, or put elsewhere in the order, keeps it.
     void Undo(XObList* selection);
     void Redo(XObList* selection);
 
@@ -74,10 +84,11 @@ public:
     void ClearRedoStack();
     void ClearUndoRedoStack(); ///< pictures' warehouse and clipboard too, not the rasters'
 
-    std::vector<XvcLayer*> GetLayers() const; ///< that steps name, each once
+    std::vector<tagXLayerRef> GetLayers() const; ///< that steps name, each once
     /// Drops what all steps hold of a layer that goes or has gone; the layer is not read. Steps
     /// that held nothing else go too, those of other layers stay good.
-    void ForgetLayer(const XvcLayer* layer);
+    /// @param number  of the layer; 0: of all that lay at this address
+    void ForgetLayer(XvcLayer* layer, std::uint64_t number = 0);
 
     // objects
     /// A copy with its range calculated, in no layer. Null for a class that is not editable.
@@ -129,11 +140,12 @@ private:
     void DestroyEntries(const XCommandEntries& entries);
     void DestroySet(tagCommandSet* set);
     void ClearStack(XPtrArray& stack);
-    void ForgetLayerIn(XPtrArray& stack, const XvcLayer* layer);
+    void ForgetLayerIn(XPtrArray& stack, const tagXLayerRef& list);
     void Push(const XCommandEntries& entries);
     XvcObj* Bring(const tagCommandSet& set, int entry, XLayerIndexes& indexes);
     void Take(const tagCommandSet& set, int entry, XLayerIndexes& indexes);
     void KeepTyping(tagCommandSet& set, int entry, XLayerIndexes& indexes);
+    void KeepTypingBeside(const tagCommandSet& set, int from, int to, XLayerIndexes& indexes);
     void Exchange(const tagCommandSet& set, int entry, XLayerIndexes& indexes, XObList& selection);
     void Reorder(const tagCommandSet& set, int from, int to, XLayerIndexes& indexes,
                  XObList& selection);

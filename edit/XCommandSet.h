@@ -3,10 +3,12 @@
 #include "foundation/base/XArray.h"
 #include "foundation/base/XPtrArray.h"
 
+#include <cstdint>
+
 /// What one user gesture did: a step of undo.
 ///
-/// The three arrays run in parallel, the newest entry first. An entry is a clone of an object with
-/// the layer and the index in it that the object had at that moment.
+/// The arrays run in parallel, the newest entry first. An entry is a clone of an object with the
+/// layer and the index in it that the object had at that moment.
 ///
 ///     type        count     entries
 ///     0 insert    objects   one an object: the state after insertion
@@ -29,4 +31,7 @@ struct tagCommandSet
     XArray<int, int> indices;
     XPtrArray objects; ///< of XvcObj*
     XPtrArray lists;   ///< of XvcLayer*
+    /// Those of the layers (XvcLayer::GetNumber); may end before the others do, where a host fills
+    /// a set of its own.
+    XArray<std::uint64_t, std::uint64_t> numbers;
 };

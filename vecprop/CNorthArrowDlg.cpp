@@ -4,6 +4,11 @@ CNorthArrowDlg::CNorthArrowDlg(XvcNorthArrow* arrow, QWidget* parent)
     : XObjectDlg(XObjectDialog::NorthArrow, {arrow}, parent)
 {}
 
+void CNorthArrowDlg::SetAngle(const XString& degrees)
+{
+    GetModel().SetText(GetModel().FindField("angle"), degrees);
+}
+
 XString CNorthArrowDlg::GetAngle() const
 {
     return GetModel().GetText(GetModel().FindField("angle"));

@@ -5,9 +5,11 @@
 #include "foundation/surface/XFont.h"
 #include "foundation/surface/XQtColor.h"
 
+#include <QEventLoop>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QScreen>
 #include <QTextBlock>
 #include <QVBoxLayout>
@@ -66,13 +68,46 @@ XString CTextInputDlg::GetText() const
 
 int CTextInputDlg::DoModal()
 {
-    return exec() == QDialog::Accepted ? 1 : 2;
+    QEventLoop loop;
+    const QPointer<CTextInputDlg> self(this);
+    QObject::connect(this, &QDialog::finished, &loop, &QEventLoop::quit);
+    QObject::connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
+    QCoreApplication::instance()->installEventFilter(this);
+    show();
+    activateWindow();
+    m_edit->setFocus();
+    loop.exec();
+    if (!self) return 2;
+    QCoreApplication::instance()->removeEventFilter(this);
+    return result() == QDialog::Accepted ? 1 : 2;
+}
+
+// A menu of the editor is a window of its own, but not beside it.
+bool CTextInputDlg::IsBeside(const QObject& watched) const
+{
+    if (!watched.isWidgetType()) return false;
+    for (const QObject* at = &watched; at; at = at->parent())
+        if (at == this) return false;
+    return true;
 }
 
 bool CTextInputDlg::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched != m_edit || event->type() != QEvent::KeyPress)
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Close:
+    case QEvent::Wheel:
+        if (!isVisible() || !IsBeside(*watched)) return false;
+        event->setAccepted(event->type() != QEvent::Close); // the next one closes
+        if (event->type() != QEvent::Wheel) accept();
+        return true;
+    case QEvent::KeyPress:
+        if (watched == m_edit) break;
+        return false;
+    default:
         return QDialog::eventFilter(watched, event);
+    }
     const auto& key = static_cast<const QKeyEvent&>(*event);
     if (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter) {
         if (key.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier))

@@ -11,8 +11,9 @@ struct tagXTextStyle;
 
 /// A text typed where it will stand: a window without borders over a box of a view.
 ///
-/// Enter confirms, Escape cancels, Shift+Enter or Ctrl+Enter begins a new line. The window grows with
-/// the text and stays on the screen.
+/// Enter confirms, and so does a press of the mouse anywhere beside it, which does nothing else;
+/// Escape cancels, Shift+Enter or Ctrl+Enter begins a new line. The window grows with the text and stays
+/// on the screen.
 ///
 ///     CTextInputDlg dialog(view);
 ///     dialog.SetPosition(x, y, width, height);
@@ -30,12 +31,16 @@ public:
     void SetFont(const tagXTextStyle& style, tagXColor color, int heightPx);
     XString GetText() const; ///< line ends are "\n"
 
-    int DoModal(); ///< 1 for Enter, 2 for Escape
+    /// Returns once it is ended. Nothing else of the program takes the mouse meanwhile, but no window is
+    /// modal to the toolkit, which would hide presses beside it.
+    /// @return 1 when it was confirmed, else 2, also when it was destroyed meanwhile
+    int DoModal();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    bool IsBeside(const QObject& watched) const;
     void Fit();
     double GetRatio() const;
 

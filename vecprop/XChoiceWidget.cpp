@@ -4,9 +4,13 @@
 #include "vecprop/XNumberWidget.h"
 #include "vecprop/XObjectPictures.h"
 
+#include <QAbstractItemView>
 #include <QEvent>
 #include <QSignalBlocker>
+#include <QStylePainter>
 #include <QWheelEvent>
+
+#include <algorithm>
 
 namespace {
 
@@ -73,6 +77,49 @@ void XChoiceWidget::ShowChoice(int value, bool isMixed)
 int XChoiceWidget::GetValue() const
 {
     return currentData().toInt();
+}
+
+void XChoiceWidget::SetPictureOnly()
+{
+    m_isPictureOnly = true;
+    setIconSize({std::min(iconSize().width(), 2 * iconSize().height()), iconSize().height()});
+    DrawPictures();
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    updateGeometry();
+}
+
+QSize XChoiceWidget::sizeHint() const
+{
+    const QSize whole = QComboBox::sizeHint();
+    if (!m_isPictureOnly) return whole;
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    const QSize picture = iconSize() + QSize(4, 0);
+    return {style()->sizeFromContents(QStyle::CT_ComboBox, &option, picture, this).width(),
+            whole.height()};
+}
+
+QSize XChoiceWidget::minimumSizeHint() const
+{
+    return m_isPictureOnly ? sizeHint() : QComboBox::minimumSizeHint();
+}
+
+void XChoiceWidget::paintEvent(QPaintEvent* event)
+{
+    if (!m_isPictureOnly) return QComboBox::paintEvent(event);
+    QStylePainter painter(this);
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    option.currentText.clear();
+    painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+}
+
+void XChoiceWidget::showPopup()
+{
+    // as wide as its names, which the closed box does not show
+    if (m_isPictureOnly) view()->setMinimumWidth(QComboBox::sizeHint().width());
+    QComboBox::showPopup();
 }
 
 void XChoiceWidget::wheelEvent(QWheelEvent* event)

@@ -19,10 +19,18 @@ public:
     void SetChoices(const std::vector<tagXChoice>& choices, const XvcObj* like);
     void ShowChoice(int value, bool isMixed);
     int GetValue() const; ///< of the current entry; 0 when there is none
+    /// Closed it shows the picture without the name, which then is told by the list and the tool
+    /// tip: for tool bars.
+    void SetPictureOnly();
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+    void showPopup() override;
 
 protected:
     void wheelEvent(QWheelEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void DrawPictures();
@@ -30,4 +38,5 @@ private:
     XChoicePicture m_picture;
     std::vector<tagXChoice> m_choices;
     const XvcObj* m_like = nullptr;
+    bool m_isPictureOnly = false;
 };

@@ -1,6 +1,9 @@
 #include "vecprop/XFieldList.h"
 
-#include "foundation/base/XNumber.h"
+#include "vecprop/XFieldText.h"
+#include "vecprop/XObjectUnit.h"
+#include "vecprop/XStyleChoices.h"
+
 #include "foundation/base/XSentinels.h"
 #include "foundation/vector/XvcBoxObj.h"
 #include "foundation/vector/XvcRectObj.h"
@@ -71,14 +74,14 @@ void SetBox(XvcObj& object, const Box& wanted)
     static_cast<XvcBoxObj&>(object).SetBound(b.left, b.top, b.left + b.width, b.top - b.height);
 }
 
-constexpr int kDigits = 10; // differences of large coordinates are no better
+constexpr int kAngleDigits = 10; // computed from large coordinates it is no better
 
 // Sizes that would leave nothing to see are refused.
 void MakeSize(tagXObjectField& field)
 {
     field.least = 0.0;
     field.isNonZero = true;
-    field.digits = kDigits;
+    field.measure = XFieldMeasure::Size;
 }
 
 XString NameOf(const char* label)
@@ -117,8 +120,9 @@ XString GetExtent(const XvcObj& object)
 {
     const tagXVectorRange& range = object.GetRange();
     if (range.IsEmpty()) return "none";
-    const auto write = [](double value) { return XfnFormatGeneral(value, 10); };
-    return XString("x ") + write(range.minX) + " to " + write(range.maxX) + ", y " +
+    const int places = XfnGetObjectUnit(object).places;
+    const auto write = [places](double value) { return XfnFormatPlaces(value, places); };
+    return XString("x ") + write(range.minX) + " to " + write(range.maxX) + "\ny " +
            write(range.minY) + " to " + write(range.maxY);
 }
 
@@ -141,7 +145,10 @@ tagXObjectField& XFieldList::Add(const char* id, const char* label, XFieldKind k
     field.name = *name ? XString(name) : NameOf(label);
     field.kind = kind;
     field.page = m_page;
-    if (kind == XFieldKind::Length) field.least = 0.0;
+    if (kind == XFieldKind::Length) {
+        field.least = 0.0;
+        field.measure = XFieldMeasure::Size;
+    }
     return field;
 }
 
@@ -154,11 +161,14 @@ void XFieldList::AddPlace(const char* id, const char* label, const char* name,
         const char* axis;
         double tagXVector3::*part;
     } kAxes[] = {{"x", &tagXVector3::x}, {"y", &tagXVector3::y}, {"z", &tagXVector3::z}};
+    XString row = label;
+    row.Replace(":", " x, y, z:");
     for (const auto& axis : kAxes) {
         const bool isFirst = axis.part == &tagXVector3::x;
         const XString axisName = XString(name) + " " + axis.axis;
         tagXObjectField& field =
-            Add(XString(id) + axis.axis, isFirst ? label : "", XFieldKind::Number, axisName);
+            Add(XString(id) + axis.axis, isFirst ? row : XString(), XFieldKind::Number, axisName);
+        field.measure = XFieldMeasure::Coordinate;
         field.get = [get, part = axis.part](const XvcObj& object) -> XFieldValue {
             return get(object).*part;
         };
@@ -172,26 +182,32 @@ void XFieldList::AddPlace(const char* id, const char* label, const char* name,
 
 void XFieldList::AddRect()
 {
-    AddPart("left", "Lower &left:", "Lower left x", &Rect::x, &GetRect, &SetRect);
-    AddPart("bottom", "", "Lower left y", &Rect::y, &GetRect, &SetRect);
+    const auto addCoordinate = [this](const char* id, const char* label, const char* name,
+                                      double Rect::*part) {
+        AddPart(id, label, name, part, &GetRect, &SetRect).measure = XFieldMeasure::Coordinate;
+    };
+    addCoordinate("left", "Lower &left x, y:", "Lower left x", &Rect::x);
+    addCoordinate("bottom", "", "Lower left y", &Rect::y);
     MakeSize(AddPart("width", "&Width, height:", "Width", &Rect::width, &GetRect, &SetRect));
     MakeSize(AddPart("height", "", "Height", &Rect::height, &GetRect, &SetRect));
     tagXObjectField& turn =
-        AddPart("turn", "&Turned by:", "Turn", &Rect::angleDeg, &GetRect, &SetRect);
+        AddPart("turn", "&Rotation:", "Rotation", &Rect::angleDeg, &GetRect, &SetRect);
     turn.unit = "\xC2\xB0";
-    turn.digits = kDigits;
-    AddPart("zLower", "&z below, above:", "Height of the lower side", &Rect::zLower, &GetRect,
-            &SetRect);
-    AddPart("zUpper", "", "Height of the upper side", &Rect::zUpper, &GetRect, &SetRect);
+    turn.digits = kAngleDigits;
+    turn.tip = "Counter-clockwise about the lower left corner";
+    addCoordinate("zLower", "&z bottom, top:", "z of the lower side", &Rect::zLower);
+    addCoordinate("zUpper", "", "z of the upper side", &Rect::zUpper);
 }
 
 void XFieldList::AddBox()
 {
-    AddPart("left", "Upper &left:", "Upper left x", &Box::left, &GetBox, &SetBox);
-    AddPart("top", "", "Upper left y", &Box::top, &GetBox, &SetBox);
+    AddPart("left", "Upper &left x, y:", "Upper left x", &Box::left, &GetBox, &SetBox).measure =
+        XFieldMeasure::Coordinate;
+    AddPart("top", "", "Upper left y", &Box::top, &GetBox, &SetBox).measure =
+        XFieldMeasure::Coordinate;
     MakeSize(AddPart("width", "&Width, height:", "Width", &Box::width, &GetBox, &SetBox));
     MakeSize(AddPart("height", "", "Height", &Box::height, &GetBox, &SetBox));
-    AddNumber("z", "&z:", &XvcBoxObj::GetZ, &XvcBoxObj::SetZ);
+    AddNumber("z", "&z:", &XvcBoxObj::GetZ, &XvcBoxObj::SetZ).measure = XFieldMeasure::Coordinate;
 }
 
 void XFieldList::AddInfo(const char* id, const char* label,
@@ -225,8 +241,8 @@ void XFieldList::AddCommon(unsigned style, const char* thickLabel)
             object.SetLineStyle(tagXLineStyle(std::get<int>(value)));
         };
         field.copy = [](XvcObj& to, const XvcObj& from) { to.SetLineStyle(from.GetLineStyle()); };
-        field.choices = [](const XvcObj&) {
-            return XfnMakeChoices(tagXLineStyle::kPredefinedCount, &tagXLineStyle::GetName);
+        field.choices = [](const XvcObj& object) {
+            return XfnGetLineStyleChoices(object.GetLineStyle().GetStyle());
         };
     }
     if (style & kFill) {
@@ -240,9 +256,7 @@ void XFieldList::AddCommon(unsigned style, const char* thickLabel)
             object.SetFillStyle(tagXFillStyle(std::get<int>(value)));
         };
         field.copy = [](XvcObj& to, const XvcObj& from) { to.SetFillStyle(from.GetFillStyle()); };
-        field.choices = [](const XvcObj&) {
-            return XfnMakeChoices(tagXFillStyle::kPredefinedCount, &tagXFillStyle::GetName);
-        };
+        field.choices = [](const XvcObj&) { return XfnGetFillStyleChoices(); };
     }
     m_page = XFieldPage::General;
     AddMember<XvcObj, XString>("name", "&Name:", XFieldKind::Text, &XvcObj::GetName,

@@ -95,6 +95,9 @@ XFieldPageWidget::XFieldPageWidget(XObjectEditModel& model, XFieldPage page, QWi
         } else {
             auto* label = new QLabel(XfnToQString(field.label), this);
             label->setBuddy(m_controls.back().box);
+            // on the line of a box that is taller than the label
+            if (field.kind != XFieldKind::Lines)
+                label->setMinimumHeight(m_controls.back().box->sizeHint().height());
             form->addRow(label, row);
         }
     }
@@ -191,7 +194,9 @@ XFieldPageWidget::tagControl XFieldPageWidget::MakeNumber(int index)
         m_model.SetText(index, XfnFromQString(text));
     });
     return {index, edit, [this, index, edit] {
-                edit->ShowText(XfnToQString(m_model.GetText(index)), m_model.IsMixed(index));
+                edit->ShowText(XfnToQString(m_model.GetText(index)), m_model.IsMixed(index),
+                               m_model.GetField(index).whenZero);
+                ShowExact(index, *edit);
             }};
 }
 
@@ -202,6 +207,7 @@ XFieldPageWidget::tagControl XFieldPageWidget::MakeLength(int index)
     length->setObjectName(id + ".box");
     length->GetNumber().setObjectName(id);
     length->GetUnit().setObjectName(id + ".unit");
+    length->SetUnitNames(m_model.GetUnitPlural(), "pixels");
     m_line->addWidget(length, 1);
     length->GetNumber().SetStepHandler([this, index](double steps) { m_model.Step(index, steps); });
     length->SetUnitHandler([this, index](int isPixels) { m_model.SetPixels(index, isPixels); });
@@ -210,7 +216,8 @@ XFieldPageWidget::tagControl XFieldPageWidget::MakeLength(int index)
         [this, index](const QString& text) { m_model.SetText(index, XfnFromQString(text)); });
     return {index, length, [this, index, length] {
                 length->ShowLength(XfnToQString(m_model.GetText(index)), m_model.IsMixed(index),
-                                   m_model.IsPixels(index));
+                                   m_model.IsPixels(index), m_model.GetField(index).whenZero);
+                ShowExact(index, length->GetNumber());
             }};
 }
 
@@ -260,6 +267,13 @@ XFieldPageWidget::tagControl XFieldPageWidget::MakeFace(int index)
                 const QString text = XfnToQString(m_model.GetText(index));
                 if (text != faces->currentText()) faces->setEditText(text);
             }};
+}
+
+void XFieldPageWidget::ShowExact(int index, QWidget& box)
+{
+    const XString exact = m_model.GetExactText(index);
+    const char* tip = m_model.GetField(index).tip;
+    box.setToolTip(exact.IsEmpty() ? QString(tip) : XfnToQString(exact));
 }
 
 int XFieldPageWidget::FindOpacity(int colorIndex) const

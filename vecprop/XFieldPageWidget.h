@@ -48,7 +48,8 @@ private:
     tagControl MakeFlag(int index);
     tagControl MakePicture(int index);
     tagControl MakeInfo(int index);
-    int FindOpacity(int colorIndex) const; // the opacity that goes with a colour, -1 for none
+    void ShowExact(int index, QWidget& box); // the tool tip tells digits that the box does not
+    int FindOpacity(int colorIndex) const;   // the opacity that goes with a colour, -1 for none
 
     XObjectEditModel& m_model; // outlives the page
     std::vector<tagControl> m_controls;

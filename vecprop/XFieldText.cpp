@@ -13,9 +13,18 @@ constexpr const char* kBlanks = " \t\r\n";
 
 XString WriteNumber(const tagXObjectField& field, double value)
 {
-    if (!XfnIsSet(value)) return {};
+    if (!XfnIsSet(value) || (value == 0.0 && *field.whenZero)) return {};
+    const bool isPixels = field.kind == XFieldKind::Length && value <= 0.0;
+    if (field.kind == XFieldKind::Length) value = std::fabs(value);
+    if (field.measure != XFieldMeasure::Other && !isPixels)
+        return XfnFormatPlaces(value, field.places);
     if (field.digits > 0) return XfnFormatGeneral(value, field.digits);
     return field.decimals < 0 ? XfnFormatShortest(value) : XfnFormatNumber(value, field.decimals);
+}
+
+bool IsBlank(const XString& text)
+{
+    return std::strspn(text, kBlanks) == static_cast<std::size_t>(text.GetLength());
 }
 
 int Refuse(XString& error, const XString& reason)
@@ -72,6 +81,23 @@ int ReadKnots(const XString& text, XFieldValue& value, XString& error)
 
 } // namespace
 
+XString XfnFormatPlaces(double value, int places)
+{
+    if (places < 0 || value == 0.0) return XfnFormatShortest(value + 0.0);
+    constexpr int kDigits = 6;
+    constexpr double kMost = 1e12;
+    const double size = std::fabs(value);
+    // three digits at least are told of a small number
+    if (!(size >= std::pow(10.0, 2 - places) && size < kMost))
+        return XfnFormatGeneral(value, kDigits);
+    XString text = XfnFormatNumber(value, places);
+    if (text.Find('.') >= 0) {
+        text.TrimRight("0");
+        text.TrimRight(".");
+    }
+    return text;
+}
+
 int XfnReadWholeNumber(const XString& text, const char* unit, double& value)
 {
     double number;
@@ -88,9 +114,8 @@ XString XfnFieldToText(const tagXObjectField& field, const XFieldValue& value)
 {
     switch (field.kind) {
     case XFieldKind::Number:
-        return WriteNumber(field, std::get<double>(value));
     case XFieldKind::Length:
-        return WriteNumber(field, std::fabs(std::get<double>(value)));
+        return WriteNumber(field, std::get<double>(value));
     case XFieldKind::Count:
     case XFieldKind::Choice:
     case XFieldKind::Flag:
@@ -116,7 +141,10 @@ int XfnFieldFromText(const tagXObjectField& field, const XString& text, int isPi
         return ReadKnots(text, value, error);
     case XFieldKind::Number:
     case XFieldKind::Length:
-        if (!XfnReadWholeNumber(text, field.unit, number)) return Refuse(error, "Enter a number.");
+        if (*field.whenZero && IsBlank(text))
+            number = 0.0;
+        else if (!XfnReadWholeNumber(text, field.unit, number))
+            return Refuse(error, "Enter a number.");
         if (!CheckRange(field, number, error)) return 0;
         number += 0.0; // no zero with a sign
         value = field.kind == XFieldKind::Length && isPixels && number > 0.0 ? -number : number;

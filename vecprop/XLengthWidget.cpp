@@ -23,9 +23,16 @@ void XLengthWidget::SetUnitHandler(std::function<void(int)> handler)
     QObject::connect(m_unit, &QComboBox::activated, this, std::move(handler));
 }
 
-void XLengthWidget::ShowLength(const QString& text, bool isMixed, int isPixels)
+void XLengthWidget::SetUnitNames(const QString& world, const QString& pixels)
 {
-    m_number->ShowText(text, isMixed);
+    m_unit->setItemText(0, world);
+    m_unit->setItemText(1, pixels);
+}
+
+void XLengthWidget::ShowLength(const QString& text, bool isMixed, int isPixels,
+                               const QString& whenEmpty)
+{
+    m_number->ShowText(text, isMixed, whenEmpty);
     const QSignalBlocker blocker(m_unit);
     m_unit->setCurrentIndex(isPixels ? 1 : 0);
 }

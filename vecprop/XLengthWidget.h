@@ -6,7 +6,7 @@
 
 class QComboBox;
 
-/// A size and its unit: world units or pixels.
+/// A size and its unit: world units (0) or pixels (1).
 class XAPI XLengthWidget : public QWidget
 {
 public:
@@ -15,7 +15,8 @@ public:
     XNumberWidget& GetNumber() { return *m_number; }
     QComboBox& GetUnit() { return *m_unit; }
     void SetUnitHandler(std::function<void(int isPixels)> handler);
-    void ShowLength(const QString& text, bool isMixed, int isPixels);
+    void SetUnitNames(const QString& world, const QString& pixels);
+    void ShowLength(const QString& text, bool isMixed, int isPixels, const QString& whenEmpty = {});
 
 private:
     XNumberWidget* m_number;

@@ -48,6 +48,13 @@ tagXColor GetLetterColor(const XvcText& text)
     return text.GetTextColor() ? text.GetTextColor() : text.GetLineColor();
 }
 
+// One word says colour, opacity and whether they are the line's, and what is shown of it may be that
+// of the line: it passes from object to object as a whole, in the end.
+void CopyLetterColor(XvcObj& to, const XvcObj& from)
+{
+    Text(to).SetTextColor(Text(from).GetTextColor());
+}
+
 // The word 0 means the line colour, so black that cannot be seen is nearly black.
 void SetLetterColor(XvcText& text, tagXColor color)
 {
@@ -105,9 +112,9 @@ void AddFont(XFieldList& list)
         style.font.SetFaceName(std::get<XString>(value));
         Text(object).SetTextStyle(style);
     };
-    list.AddNumber("fontSize", "Line hei&ght:", &XvcText::GetFontSize, &XvcText::SetFontSize, "",
+    list.AddNumber("fontSize", "Font si&ze:", &XvcText::GetFontSize, &XvcText::SetFontSize, "",
                    XFieldKind::Length)
-        .tip = "0: the height of the font's own record";
+        .whenZero = "of the font";
     AddFontFlag(
         list, "bold", "&Bold", "",
         [](const tagXFontRecord& font) { return font.weight >= 600 ? 1 : 0; },
@@ -128,7 +135,8 @@ void AddFont(XFieldList& list)
 
 void AddLetterColor(XFieldList& list)
 {
-    tagXObjectField& color = list.Add("textColor", "L&etters:", XFieldKind::Color, "Letter colour");
+    tagXObjectField& color =
+        list.Add("textColor", "Text &colour:", XFieldKind::Color, "Letter colour");
     color.get = [](const XvcObj& object) -> XFieldValue {
         return GetLetterColor(Text(object)) & ~kXOpaque;
     };
@@ -136,6 +144,7 @@ void AddLetterColor(XFieldList& list)
         const tagXColor rgb = std::get<tagXColor>(value) & ~kXOpaque;
         SetLetterColor(Text(object), (GetLetterColor(Text(object)) & kXOpaque) | rgb);
     };
+    color.copy = &CopyLetterColor;
     tagXObjectField& opacity =
         list.Add("textOpacity", "", XFieldKind::Opacity, "Letter colour, opacity");
     opacity.get = [](const XvcObj& object) -> XFieldValue {
@@ -145,7 +154,8 @@ void AddLetterColor(XFieldList& list)
         const auto alpha = static_cast<tagXColor>(std::get<int>(value) * 2.55 + 0.5);
         SetLetterColor(Text(object), (GetLetterColor(Text(object)) & ~kXOpaque) | alpha << 24);
     };
-    tagXObjectField& asLine = list.Add("textAsLine", "", XFieldKind::Flag, "As the line");
+    opacity.copy = &CopyLetterColor;
+    tagXObjectField& asLine = list.Add("textAsLine", "", XFieldKind::Flag, "Same as line");
     asLine.get = [](const XvcObj& object) -> XFieldValue {
         return Text(object).GetTextColor() == 0 ? 1 : 0;
     };
@@ -155,6 +165,7 @@ void AddLetterColor(XFieldList& list)
         else
             SetLetterColor(Text(object), GetLetterColor(Text(object)));
     };
+    asLine.copy = &CopyLetterColor;
 }
 
 } // namespace
@@ -178,9 +189,9 @@ void XfnAddBitmapFields(XFieldList& list)
     });
     list.AddBox();
     list.AddAlpha(&XvcBitmap::GetAlpha, &XvcBitmap::SetAlpha);
-    list.AddFlag("transparent", "&See through where it has the back colour",
-                 &XvcBitmap::GetTransparent, &XvcBitmap::SetTransparent);
-    list.AddFlag("border", "Frame in the line colo&ur", &XvcBitmap::GetBorderFlag,
+    list.AddFlag("transparent", "&Back colour is transparent", &XvcBitmap::GetTransparent,
+                 &XvcBitmap::SetTransparent);
+    list.AddFlag("border", "Frame in line colo&ur", &XvcBitmap::GetBorderFlag,
                  &XvcBitmap::SetBorderFlag);
 }
 
@@ -210,17 +221,18 @@ void XfnAddTextFields(XFieldList& list)
         "position", "&Position:", "Position",
         [](const XvcObj& object) { return Text(object).GetPosition(); },
         [](XvcObj& object, const tagXVector3& place) { Text(object).SetPosition(place); });
-    tagXObjectField& align = list.Add("align", "Stan&ds by its:", XFieldKind::Choice);
+    tagXObjectField& align = list.Add("align", "Anc&hor:", XFieldKind::Choice);
     align.picture = XChoicePicture::TextAlign;
     align.get = [](const XvcObj& object) -> XFieldValue { return GetPlainAlign(Text(object)); };
     align.set = [](XvcObj& object, const XFieldValue& value) {
         Text(object).SetTextAlign(std::get<int>(value));
     };
     align.choices = [](const XvcObj&) { return GetAligns(); };
-    list.AddNumber("angle", "Turn&ed by:", &XvcText::GetAngle, &XvcText::SetAngle, kDegrees);
+    list.AddNumber("angle", "&Rotation:", &XvcText::GetAngle, &XvcText::SetAngle, kDegrees);
     AddFont(list);
     AddLetterColor(list);
-    list.AddFlag("border", "Bo&x around it", &XvcText::GetDrawBorder, &XvcText::SetDrawBorder);
+    list.AddFlag("border", "Bo&x around the text", &XvcText::GetDrawBorder,
+                 &XvcText::SetDrawBorder);
 }
 
 void XfnAddSymbolFields(XFieldList& list)
@@ -234,13 +246,17 @@ void XfnAddSymbolFields(XFieldList& list)
         [](XvcObj& object, const tagXVector3& place) {
             static_cast<XvcSymbol&>(object).SetCenter(place);
         });
-    list.AddNumber("turn", "&Turned by:", &XvcSymbol::GetRotate, &XvcSymbol::SetRotate, kDegrees);
-    list.AddNumber("scaleX", "&Size:", &XvcSymbol::GetScaleX, &XvcSymbol::SetScaleX).isNonZero =
-        true;
+    list.AddNumber("turn", "&Rotation:", &XvcSymbol::GetRotate, &XvcSymbol::SetRotate, kDegrees);
+    tagXObjectField& scaleX =
+        list.AddNumber("scaleX", "&Size x, y:", &XvcSymbol::GetScaleX, &XvcSymbol::SetScaleX);
+    scaleX.name = "Size on x";
+    scaleX.isNonZero = true;
+    scaleX.measure = XFieldMeasure::Size;
     tagXObjectField& scaleY =
         list.AddNumber("scaleY", "", &XvcSymbol::GetScaleY, &XvcSymbol::SetScaleY);
     scaleY.name = "Size on y";
     scaleY.isNonZero = true;
+    scaleY.measure = XFieldMeasure::Size;
 }
 
 void XfnAddNorthArrowFields(XFieldList& list)
@@ -253,7 +269,7 @@ void XfnAddNorthArrowFields(XFieldList& list)
     angle.decimals = 3;
     angle.tip = "Counter-clockwise from the left side of the rectangle";
     list.AddRect();
-    list.AddCount("resolution", "Cho&rds of a turn:", &XvcNorthArrow::GetResolution,
+    list.AddCount("resolution", "Se&gments per circle:", &XvcNorthArrow::GetResolution,
                   &XvcNorthArrow::SetResolution, XvcNorthArrow::kMinResolution,
                   XvcNorthArrow::kMaxResolution);
 }

@@ -4,9 +4,13 @@
 #include <QSignalBlocker>
 #include <QWheelEvent>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int kNotch = 120;
+constexpr int kLeastDigits = 11; // of the width
+constexpr int kMostDigits = 18;
 
 double GetSteps(int key)
 {
@@ -28,13 +32,23 @@ double GetSteps(int key)
 
 XNumberWidget::XNumberWidget(QWidget* parent) : QLineEdit(parent)
 {
-    setMinimumWidth(fontMetrics().horizontalAdvance('0') * 11);
+    SetLeastDigits(kLeastDigits);
 }
 
-void XNumberWidget::ShowText(const QString& text, bool isMixed)
+void XNumberWidget::SetLeastDigits(int digits)
+{
+    setMinimumWidth(fontMetrics().horizontalAdvance('0') * digits);
+}
+
+void XNumberWidget::ShowText(const QString& text, bool isMixed, const QString& whenEmpty)
 {
     const QSignalBlocker blocker(this);
-    setPlaceholderText(isMixed ? kXMixedText : "");
+    setPlaceholderText(isMixed ? kXMixedText : whenEmpty);
+    // never narrower again: fields that shrink while one types are a nuisance
+    const int digit = fontMetrics().horizontalAdvance('0');
+    const int wanted = fontMetrics().horizontalAdvance(text) + 2 * digit;
+    setMinimumWidth(
+        std::max(minimumWidth(), std::min({wanted, kMostDigits * digit, maximumWidth()})));
     if (text == this->text()) return;
     setText(text);
     if (!hasFocus()) setCursorPosition(0); // the leading digits are those that matter

@@ -15,7 +15,10 @@ public:
 
     /// Called with the number of steps asked for.
     void SetStepHandler(std::function<void(double steps)> handler) { m_step = std::move(handler); }
-    void ShowText(const QString& text, bool isMixed); ///< keeps the cursor where nothing changed
+    void SetLeastDigits(int digits); ///< of its width; 11 at first
+    /// Keeps the cursor where nothing changed, and makes room for the whole number.
+    /// @param whenEmpty  what an empty box says
+    void ShowText(const QString& text, bool isMixed, const QString& whenEmpty = {});
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -27,4 +30,4 @@ private:
 };
 
 /// What stands where several objects have several values.
-inline constexpr const char* kXMixedText = "*";
+inline constexpr const char* kXMixedText = "mixed";

@@ -6,6 +6,7 @@
 #include "vecprop/XObjectPreviewWidget.h"
 #include "vecprop/XVertexTableWidget.h"
 
+#include <QApplication>
 #include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QLabel>
@@ -80,8 +81,17 @@ int XObjectDlg::DoModal()
     return exec() == QDialog::Accepted ? 1 : 2;
 }
 
+void XObjectDlg::CheckAllObjects()
+{
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        auto* dialog = dynamic_cast<XObjectDlg*>(window);
+        if (dialog && !dialog->m_model.AreObjectsThere()) dialog->reject();
+    }
+}
+
 void XObjectDlg::accept()
 {
+    if (!m_model.AreObjectsThere()) return reject();
     if (!m_model.CanApply()) return;
     m_model.Commit();
     QDialog::accept();

@@ -15,9 +15,9 @@ class XVertexTableWidget;
 /// The window of every object dialog: pages of fields beside a picture of what they give.
 ///
 /// The objects are lent. They change when the dialog is confirmed, and then only in members that
-/// were touched; until then drafts are edited and drawn. While something is refused OK is disabled,
-/// and the reason stands beneath its field, or below when that is on another page. Enter confirms,
-/// Escape cancels.
+/// were touched; until then drafts are edited and drawn. The object dialog of north arrows is the
+/// exception (CNorthArrowDlg.h). While something is refused OK is disabled, and the reason stands
+/// beneath its field, or below when that is on another page. Enter confirms, Escape cancels.
 /// Threads: UI thread.
 class XAPI XObjectDlg : public QDialog, public XMessageWindow
 {
@@ -30,7 +30,10 @@ public:
     XObjectEditModel& GetModel() { return m_model; }
     const XObjectEditModel& GetModel() const { return m_model; }
 
-    void accept() override; ///< does nothing while something is refused
+    /// Cancels every open dialog whose objects have gone, by the test of its model.
+    static void CheckAllObjects();
+
+    void accept() override; ///< does nothing while something is refused; see CheckAllObjects
 
 private:
     void ShowModel();

@@ -37,8 +37,16 @@ XObjectEditModel::XObjectEditModel(XObjectDialog dialog, std::vector<XvcObj*> ob
       m_states(m_form.fields.size())
 {
     assert(!m_objects.empty());
+    m_unit = XfnGetObjectUnit(*m_objects.front());
+    for (tagXObjectField& field : m_form.fields) {
+        if (field.measure != XFieldMeasure::Other) field.places = m_unit.places;
+        if (field.measure == XFieldMeasure::Size && field.kind == XFieldKind::Number)
+            field.unit = m_unit.sign;
+    }
+    m_vertices.SetPlaces(m_unit.places);
     const std::size_t drafts = std::min<std::size_t>(m_objects.size(), kMaxDrafts);
     for (std::size_t i = 0; i < drafts; ++i) {
+        m_originals.push_back(XfnMakeDraft(dialog, *m_objects[i]));
         m_drafts.push_back(XfnMakeDraft(dialog, *m_objects[i]));
         m_drafts.back()->CalcRange();
     }
@@ -91,6 +99,17 @@ XString XObjectEditModel::GetText(int index) const
     return IsMixed(index) ? XString() : XfnFieldToText(GetField(index), Value(index));
 }
 
+XString XObjectEditModel::GetExactText(int index) const
+{
+    const tagXObjectField& field = GetField(index);
+    if (State(index).isTyped || IsMixed(index) || field.measure == XFieldMeasure::Other) return {};
+    const double value = std::get<double>(Value(index));
+    if (!XfnIsSet(value)) return {};
+    const XString exact = XfnFormatShortest(std::fabs(value));
+    const XString shown = XfnFieldToText(field, std::fabs(value));
+    return shown.IsEmpty() || exact == shown ? XString() : XfnFormatShortest(value);
+}
+
 int XObjectEditModel::GetChoice(int index) const
 {
     return std::get<int>(Value(index));
@@ -111,7 +130,7 @@ std::vector<tagXChoice> XObjectEditModel::GetChoices(int index) const
     const tagXObjectField& field = GetField(index);
     std::vector<tagXChoice> choices = field.choices(GetDraft());
     if (State(index).isMixed) return choices;
-    const int value = std::get<int>(field.get(*m_objects.front()));
+    const int value = std::get<int>(field.get(*m_originals.front()));
     const bool isKnown = std::any_of(choices.begin(), choices.end(),
                                      [value](const tagXChoice& c) { return c.value == value; });
     if (!isKnown)
@@ -136,9 +155,9 @@ void XObjectEditModel::SetText(int index, const XString& text)
     const bool isAsBefore =
         state.isMixed
             ? text.IsEmpty()
-            : text == XfnFieldToText(field, field.get(*m_objects.front())) &&
+            : text == XfnFieldToText(field, field.get(*m_originals.front())) &&
                   (field.kind != XFieldKind::Length ||
-                   state.isPixels == (std::get<double>(field.get(*m_objects.front())) <= 0.0));
+                   state.isPixels == (std::get<double>(field.get(*m_originals.front())) <= 0.0));
     if (isAsBefore) return Restore(index);
     state.isTouched = true;
     XFieldValue value;
@@ -174,9 +193,13 @@ void XObjectEditModel::SetPixels(int index, int isPixels)
 void XObjectEditModel::Step(int index, double steps)
 {
     const tagXObjectField& field = GetField(index);
-    double number;
-    if (!IsTyped(field.kind) || !XfnReadWholeNumber(GetText(index), field.unit, number)) return;
-    double step = field.step > 0.0 ? field.step : *field.unit ? 1.0 : m_step;
+    if (!IsTyped(field.kind)) return;
+    const XString text = GetText(index);
+    double number = 0.0;
+    const bool isZero = text.IsEmpty() && *field.whenZero && !IsMixed(index);
+    if (!isZero && !XfnReadWholeNumber(text, field.unit, number)) return;
+    const bool isOfWorld = field.measure != XFieldMeasure::Other;
+    double step = field.step > 0.0 ? field.step : *field.unit && !isOfWorld ? 1.0 : m_step;
     if (field.kind == XFieldKind::Length && State(index).isPixels) step = 1.0;
     number = std::clamp(number + steps * step, field.least, field.most);
     // sums of decimal steps are to look like such
@@ -213,14 +236,15 @@ XString XObjectEditModel::GetFirstError() const
 
 int XObjectEditModel::Commit()
 {
-    if (!CanApply()) return 0;
+    if (!CanApply() || !AreObjectsThere()) return 0;
     int changed = 0;
     for (XvcObj* object : m_objects) {
         bool isChanged = false;
         for (int i = 0; i < GetFieldCount(); ++i) {
             const tagXObjectField& field = GetField(i);
             if (!State(i).isTouched) continue;
-            if (field.kind != XFieldKind::Picture && field.get(*object) == Value(i)) continue;
+            // of what passes as a whole more may differ than is shown of it
+            if (!field.copy && field.get(*object) == Value(i)) continue;
             field.Copy(*object, GetDraft());
             isChanged = true;
         }
@@ -247,7 +271,7 @@ void XObjectEditModel::Restore(int index)
 {
     State(index).isTouched = false;
     for (std::size_t i = 0; i < m_drafts.size(); ++i)
-        GetField(index).Copy(*m_drafts[i], *m_objects[i]);
+        GetField(index).Copy(*m_drafts[i], *m_originals[i]);
     Changed();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "vecprop/XObjectField.h"
+#include "vecprop/XObjectUnit.h"
 #include "vecprop/XVertexTableModel.h"
 #include "view/XObjectDialogs.h"
 
@@ -12,9 +13,10 @@ class XvcObj;
 /// What a dialog knows of the objects that it edits: drafts, what was typed, what is refused.
 ///
 /// Everything typed goes to drafts, which are drawn while the dialog is open; the objects
-/// themselves change in Commit only, and only in members that were touched and differ. Of several
-/// objects a member that is not the same everywhere is mixed, and stays so until it is touched.
-/// The objects are lent and must outlive the model. User interface thread only.
+/// themselves are read at the begin and written in Commit, and only in members that were touched and
+/// differ. Of several objects a member that is not the same everywhere is mixed, and stays so until
+/// it is touched. The objects are lent; who cannot promise that they are there at the time of Commit
+/// says so by SetThereTest. User interface thread only.
 class XAPI XObjectEditModel
 {
 public:
@@ -40,7 +42,10 @@ public:
     // What is shown
     int IsMixed(int index) const; ///< several values, and none chosen yet
     XString GetText(int index) const;
-    int GetChoice(int index) const; ///< of Choice, Flag and Opacity
+    XString
+    GetExactText(int index) const; ///< with all digits, where the text shows fewer; else empty
+    const char* GetUnitPlural() const { return m_unit.plural; } ///< of sizes that are no pixels
+    int GetChoice(int index) const;                             ///< of Choice, Flag and Opacity
     tagXColor GetColor(int index) const;
     int IsPixels(int index) const; ///< the unit of a Length
     /// The entries of a list; a value that is in no list has one at the end.
@@ -63,8 +68,11 @@ public:
 
     int CanApply() const; ///< nothing is refused
     XString GetFirstError() const;
+    /// @param areThere  answers whether the objects may still be read; empty (at first): always
+    void SetThereTest(std::function<bool()> areThere) { m_areThere = std::move(areThere); }
+    bool AreObjectsThere() const { return !m_areThere || m_areThere(); }
     /// Writes what was touched to the objects and calculates their ranges.
-    /// @return how many objects changed; 0 when something is refused
+    /// @return how many objects changed; 0 when something is refused, and when they have gone
     int Commit();
 
     const std::vector<std::unique_ptr<XvcObj>>& GetDrafts() const { return m_drafts; }
@@ -91,10 +99,13 @@ private:
     void Changed();
 
     tagXObjectForm m_form;
-    std::vector<XvcObj*> m_objects;
+    std::vector<XvcObj*> m_objects; // from the constructor on a matter of Commit alone
     std::vector<std::unique_ptr<XvcObj>> m_drafts;
+    std::vector<std::unique_ptr<XvcObj>> m_originals; // of the drafts: the objects as they were
     std::vector<tagState> m_states;
+    tagXObjectUnit m_unit;
     XVertexTableModel m_vertices;
     std::function<void()> m_handler;
+    std::function<bool()> m_areThere;
     double m_step = 1.0; // of numbers in world units
 };

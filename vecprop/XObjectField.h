@@ -45,6 +45,10 @@ enum class XChoicePicture {
     TextAlign
 };
 
+/// What a number measures. Coordinates and sizes are shown with the digits that mean something in the
+/// unit of the object, sizes with the unit's sign behind them.
+enum class XFieldMeasure { Other, Coordinate, Size };
+
 /// An entry of a list. The value of own patterns, which no list can hold, is kXOwnPattern.
 struct tagXChoice
 {
@@ -73,7 +77,10 @@ struct tagXObjectField
     double step = 0.0;      ///< of an arrow key; 0: 1 with a unit, else by the extent
     int decimals = -1;      ///< digits shown behind the point; below 0: as many as there are
     int digits = 0;         ///< significant ones shown, of numbers that are computed; 0: all
-    const char* unit = "";  ///< may stand behind a typed number
+    XFieldMeasure measure = XFieldMeasure::Other; ///< decides on unit and digits, unless Other
+    int places = -1;           ///< of coordinates and sizes: digits behind the point; below 0: all
+    const char* unit = "";     ///< may stand behind a typed number
+    const char* whenZero = ""; ///< what 0 stands for: shown in place of it, in an empty box
     const char* tip = "";
     XChoicePicture picture = XChoicePicture::None;
     std::function<std::vector<tagXChoice>(const XvcObj&)> choices{};

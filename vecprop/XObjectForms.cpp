@@ -21,6 +21,7 @@
 namespace {
 
 constexpr const char* kDegrees = "\xC2\xB0";
+constexpr const char* kByThickness = "by thickness";
 
 XFieldList::Choices GetPointShapes()
 {
@@ -61,14 +62,14 @@ void AddLine(XFieldList& list)
     const auto shapes = XfnMakeChoices(kXLineEndCount, &XfnGetLineEndName);
     list.AddChoice("startShape", "S&hape at start:", &XvcLine::GetStartShapeID,
                    &XvcLine::SetStartShapeID, XChoicePicture::LineStart, shapes);
-    list.AddNumber("startSize", "Its s&ize:", &XvcLine::GetStartSize, &XvcLine::SetStartSize, "",
-                   XFieldKind::Length)
-        .tip = "0: by the thickness of the line";
+    list.AddNumber("startSize", "S&ize at start:", &XvcLine::GetStartSize, &XvcLine::SetStartSize,
+                   "", XFieldKind::Length)
+        .whenZero = kByThickness;
     list.AddChoice("endShape", "Shape at en&d:", &XvcLine::GetEndShapeID, &XvcLine::SetEndShapeID,
                    XChoicePicture::LineEnd, shapes);
-    list.AddNumber("endSize", "Its si&ze:", &XvcLine::GetEndSize, &XvcLine::SetEndSize, "",
+    list.AddNumber("endSize", "Si&ze at end:", &XvcLine::GetEndSize, &XvcLine::SetEndSize, "",
                    XFieldKind::Length)
-        .tip = "0: by the thickness of the line";
+        .whenZero = kByThickness;
 }
 
 void AddEllipse(XFieldList& list)
@@ -92,17 +93,21 @@ void AddEllipse(XFieldList& list)
         [](XvcObj& object, const tagXVector3& place) {
             static_cast<XvcEllipseObj&>(object).SetCenter(place);
         });
-    list.AddPart("axisX", "Half &axes:", "First half axis", &Axes::x, &Axes::Get, &Axes::Set)
-        .isNonZero = true;
-    list.AddPart("axisY", "", "Second half axis", &Axes::y, &Axes::Get, &Axes::Set).isNonZero =
-        true;
-    list.AddNumber("turn", "&Turned by:", &XvcEllipseObj::GetRotate, &XvcEllipseObj::SetRotate,
+    const auto addAxis = [&list](const char* id, const char* label, const char* name,
+                                 double Axes::*part) {
+        tagXObjectField& axis = list.AddPart(id, label, name, part, &Axes::Get, &Axes::Set);
+        axis.isNonZero = true;
+        axis.measure = XFieldMeasure::Size;
+    };
+    addAxis("axisX", "Half &axes:", "First half axis", &Axes::x);
+    addAxis("axisY", "", "Second half axis", &Axes::y);
+    list.AddNumber("turn", "&Rotation:", &XvcEllipseObj::GetRotate, &XvcEllipseObj::SetRotate,
                    kDegrees);
 }
 
 void AddChords(XFieldList& list)
 {
-    list.AddCount("resolution", "Cho&rds of a turn:", &XvcEllipseObj::GetResolution,
+    list.AddCount("resolution", "Se&gments per circle:", &XvcEllipseObj::GetResolution,
                   &XvcEllipseObj::SetResolution, XvcEllipseObj::kMinResolution,
                   XvcEllipseObj::kMaxResolution);
 }
@@ -123,7 +128,7 @@ void AddArc(XFieldList& list)
         }
     };
     AddEllipse(list);
-    list.AddPart("startAngle", "&From, to angle:", "Start angle", &Angles::start, &Angles::Get,
+    list.AddPart("startAngle", "&Start, end angle:", "Start angle", &Angles::start, &Angles::Get,
                  &Angles::Set)
         .unit = kDegrees;
     list.AddPart("endAngle", "", "End angle", &Angles::end, &Angles::Get, &Angles::Set).unit =
@@ -152,14 +157,14 @@ void ReadKnots(XvcObj& object, const XString& text)
 
 void AddSpline(XFieldList& list)
 {
-    static constexpr const char* kNames[] = {"Clamped to its ends", "Open", "Closed"};
+    static constexpr const char* kNames[] = {"Clamped", "Open", "Closed"};
     list.AddChoice("type", "&Ends:", &XvcBspline::GetType, &XvcBspline::SetType,
                    XChoicePicture::SplineType,
                    XfnMakeChoices(3, [](int type) { return kNames[type]; }));
     list.AddCount("order", "O&rder:", &XvcBspline::GetOrder, &XvcBspline::SetOrder,
                   XvcBspline::kMinOrder, XvcBspline::kMaxOrder)
         .tip = "The degree plus one: 2 is straight lines, 4 a cubic curve.";
-    list.AddCount("resolution", "&Steps a span:", &XvcBspline::GetResolution,
+    list.AddCount("resolution", "&Steps per span:", &XvcBspline::GetResolution,
                   &XvcBspline::SetResolution, 1, XvcBspline::kMaxResolution);
     tagXObjectField& knots = list.Add("knots", "&Knots:", XFieldKind::Knots);
     knots.get = [](const XvcObj& object) -> XFieldValue { return WriteKnots(object); };
@@ -239,18 +244,18 @@ tagXObjectForm XfnGetObjectForm(XObjectDialog dialog)
         AddChords(list);
         return end("Ellipse", XFieldList::kAll);
     case XObjectDialog::Arc: {
-        static constexpr const char* kModes[] = {"the box", "a quarter", "a half circle"};
+        static constexpr const char* kModes[] = {"Box", "Quarter circle", "Half circle"};
         AddArc(list);
-        list.AddChoice("mode", "Two &points give:", &XvcArc::GetCreateMode, &XvcArc::SetCreateMode,
+        list.AddChoice("mode", "&Drawn as:", &XvcArc::GetCreateMode, &XvcArc::SetCreateMode,
                        XChoicePicture::None, XfnMakeChoices(3, [](int m) { return kModes[m]; }))
             .tip = "What a start and an end point mean when the arc is set by them";
         AddChords(list);
         return end("Arc", XFieldList::kStroke);
     }
     case XObjectDialog::ArcClosed: {
-        static constexpr const char* kTypes[] = {"By a chord", "As a pie"};
+        static constexpr const char* kTypes[] = {"Chord", "Pie"};
         AddArc(list);
-        list.AddChoice("close", "C&losed:", &XvcArcClosed::GetCloseType,
+        list.AddChoice("close", "C&losed as:", &XvcArcClosed::GetCloseType,
                        &XvcArcClosed::SetCloseType, XChoicePicture::CloseType,
                        XfnMakeChoices(2, [](int type) { return kTypes[type]; }));
         AddChords(list);

@@ -8,6 +8,8 @@
 #include <QSlider>
 #include <QWheelEvent>
 
+#include <algorithm>
+
 namespace {
 
 class Slider final : public QSlider
@@ -32,7 +34,9 @@ XOpacityWidget::XOpacityWidget(const QString& name, QWidget* parent)
     m_slider->setAccessibleName(name);
     m_slider->setToolTip("Opacity");
     m_slider->setMinimumWidth(60);
-    m_number->setFixedWidth(m_number->fontMetrics().horizontalAdvance("100 %"));
+    const QFontMetrics metrics = m_number->fontMetrics();
+    m_number->setFixedWidth(
+        std::max(metrics.horizontalAdvance("100 %"), metrics.horizontalAdvance(kXMixedText)));
     m_number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -177,13 +177,18 @@ QVariant XVertexTableModel::data(const QModelIndex& index, int role) const
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
     const auto refused = m_refused.find({index.row(), index.column()});
     const bool isRefused = refused != m_refused.end();
+    const auto write = [&](int places) {
+        return XfnToQString(
+            XfnFormatPlaces(GetPart(m_vertices.GetAt(index.row()), index.column()), places));
+    };
     switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
         if (isRefused) return refused->second;
-        return XfnToQString(
-            XfnFormatShortest(GetPart(m_vertices.GetAt(index.row()), index.column())));
+        return write(role == Qt::EditRole ? -1 : m_places);
     case Qt::ToolTipRole:
+        if (isRefused) return kNoNumber;
+        return write(m_places) == write(-1) ? QVariant() : write(-1);
     case Qt::AccessibleDescriptionRole:
         return isRefused ? QVariant(kNoNumber) : QVariant();
     case Qt::BackgroundRole:

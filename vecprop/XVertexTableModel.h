@@ -29,6 +29,9 @@ public:
     /// @param noun, plural  what a row is called
     /// @param least         fewer rows are refused
     void SetRule(const char* noun, const char* plural, int least);
+    /// Of the numbers shown; a cell that is edited shows all digits, and the tool tip does.
+    /// @param places  digits behind the point at most; below 0 (at first): all
+    void SetPlaces(int places) { m_places = places; }
     void SetChangeHandler(std::function<void()> handler) { m_handler = std::move(handler); }
 
     int IsTouched() const { return m_isTouched; }
@@ -62,5 +65,6 @@ private:
     XString m_noun = "vertex";
     XString m_plural = "vertices";
     int m_least = 0;
+    int m_places = -1;
     int m_isTouched = 0;
 };

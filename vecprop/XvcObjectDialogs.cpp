@@ -43,38 +43,54 @@ int Run(Dialog* made, const Take& take)
     return result;
 }
 
+// And so may the objects: what is taken over then is nothing.
+template <class Dialog, class Take>
+int RunOnObjects(Dialog* made, const tagXObjectDialogCall& call, const Take& take)
+{
+    made->GetModel().SetThereTest(call.areThere);
+    bool areThere = true;
+    const int result = Run(made, [&](const Dialog& dialog) {
+        areThere = dialog.GetModel().AreObjectsThere();
+        if (areThere) take(dialog);
+    });
+    return areThere ? result : kCancelled;
+}
+
 template <class Dialog, class Object>
 int Edit(const tagXObjectDialogCall& call)
 {
-    return Run(new Dialog(static_cast<Object*>(call.object), XfnFindOwnerWidget(call.owner)),
-               [](const Dialog&) {});
+    return RunOnObjects(
+        new Dialog(static_cast<Object*>(call.object), XfnFindOwnerWidget(call.owner)), call,
+        [](const Dialog&) {});
 }
 
 int EditLine(tagXObjectDialogCall& call)
 {
-    return Run(new XvcLineDlg(static_cast<XvcLine*>(call.object), XfnFindOwnerWidget(call.owner)),
-               [&call](const XvcLineDlg& dialog) { call.endShapeID = dialog.GetEndShapeID(); });
+    return RunOnObjects(
+        new XvcLineDlg(static_cast<XvcLine*>(call.object), XfnFindOwnerWidget(call.owner)), call,
+        [&call](const XvcLineDlg& dialog) { call.endShapeID = dialog.GetEndShapeID(); });
 }
 
 int EditNorthArrow(const tagXObjectDialogCall& call)
 {
     auto* const arrow = static_cast<XvcNorthArrow*>(call.object);
-    return Run(new CNorthArrowDlg(arrow, XfnFindOwnerWidget(call.owner)),
-               [arrow](const CNorthArrowDlg& dialog) {
-                   arrow->SetStyle(dialog.GetStyle());
-                   arrow->SetAngle(XfnBoxToDouble(dialog.GetAngle()));
-                   arrow->SetLineColor(dialog.GetLineColor());
-                   arrow->SetForeColor(dialog.GetForeColor());
-                   arrow->SetBackColor(dialog.GetBackColor());
-                   arrow->CalcRange();
-               });
+    auto* const made = new CNorthArrowDlg(arrow, XfnFindOwnerWidget(call.owner));
+    made->SetAngle(XfnFormat("%.3f", arrow->GetAngle()));
+    return RunOnObjects(made, call, [arrow](const CNorthArrowDlg& dialog) {
+        arrow->SetStyle(dialog.GetStyle());
+        arrow->SetAngle(XfnBoxToDouble(dialog.GetAngle()));
+        arrow->SetLineColor(dialog.GetLineColor());
+        arrow->SetForeColor(dialog.GetForeColor());
+        arrow->SetBackColor(dialog.GetBackColor());
+        arrow->CalcRange();
+    });
 }
 
 int EditGroup(const tagXObjectDialogCall& call)
 {
     if (!call.objects || XvcObjGrpDlg::Collect(*call.objects).empty()) return kCancelled;
-    return Run(new XvcObjGrpDlg(*call.objects, XfnFindOwnerWidget(call.owner)),
-               [](const XvcObjGrpDlg&) {});
+    return RunOnObjects(new XvcObjGrpDlg(*call.objects, XfnFindOwnerWidget(call.owner)), call,
+                        [](const XvcObjGrpDlg&) {});
 }
 
 } // namespace
@@ -120,6 +136,11 @@ int XvcObjectDialogs::DoModal(tagXObjectDialogCall& call)
         break;
     }
     return Edit<XvcObjDlg, XvcObj>(call);
+}
+
+void XvcObjectDialogs::CheckObjects()
+{
+    XObjectDlg::CheckAllObjects();
 }
 
 int XvcObjectDialogs::InputText(const tagXTextInputCall& call, XString& text)

@@ -22,6 +22,7 @@ public:
 
     int DoModal(tagXObjectDialogCall& call) override;
     int InputText(const tagXTextInputCall& call, XString& text) override;
+    void CheckObjects() override;
 
 private:
     XNewObjects m_ifNotChosen;

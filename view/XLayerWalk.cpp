@@ -29,8 +29,8 @@ std::vector<XvcLayer*> XfnListLayers(XObList& list)
     return layers;
 }
 
-std::vector<XvcLayer*> XfnListMissingLayers(std::vector<XvcLayer*> layers,
-                                            std::initializer_list<const XObList*> bases)
+std::vector<tagXLayerRef> XfnListMissingLayers(std::vector<tagXLayerRef> layers,
+                                               std::initializer_list<const XObList*> bases)
 {
     // breadth first: the layers of all bases come before the objects of any
     std::vector<const XObList*> lists(bases);
@@ -40,7 +40,11 @@ std::vector<XvcLayer*> XfnListMissingLayers(std::vector<XvcLayer*> layers,
             const XObList* const below = AsList(lists[i]->GetNext(pos));
             if (!below) continue;
             lists.push_back(below);
-            std::erase_if(layers, [below](const XvcLayer* layer) { return layer == below; });
+            if (const auto* found = dynamic_cast<const XvcLayer*>(below))
+                std::erase_if(layers, [found](const tagXLayerRef& list) {
+                    return list.layer == found &&
+                           (!list.number || list.number == found->GetNumber());
+                });
         }
     }
     return layers;

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "edit/XLayerRef.h"
 #include "foundation/base/XApi.h"
 
 #include <initializer_list>
 #include <vector>
 
 class XObList;
-class XvcLayer;
 
 /// The layers of a list of bases, layers and plain lists, to any depth; the list itself counts.
 XAPI std::vector<XvcLayer*> XfnListLayers(XObList& list);
@@ -14,5 +14,5 @@ XAPI std::vector<XvcLayer*> XfnListLayers(XObList& list);
 /// Those of some layers that are found nowhere below some lists of bases. They are not read, so
 /// they may have gone. Objects are looked at only while a layer is missing among the layers of the
 /// bases.
-XAPI std::vector<XvcLayer*> XfnListMissingLayers(std::vector<XvcLayer*> layers,
-                                                 std::initializer_list<const XObList*> bases);
+XAPI std::vector<tagXLayerRef> XfnListMissingLayers(std::vector<tagXLayerRef> layers,
+                                                    std::initializer_list<const XObList*> bases);

@@ -5,6 +5,8 @@
 #include "foundation/base/XString.h"
 #include "foundation/platform/XWindowMessages.h"
 
+#include <functional>
+
 class XObList;
 class XvcObj;
 struct tagXTextStyle;
@@ -39,6 +41,9 @@ struct tagXObjectDialogCall
     const XObList* objects = nullptr; ///< of a group
     int isNew = 0;                    ///< a tool asks whether what was just drawn stays
     int endShapeID = 0;               ///< of a line: in and out
+    /// Answers false once the objects may not be read any more, for what runs meanwhile (a timer, a
+    /// job that ends) may undo them; empty: they outlive the dialog.
+    std::function<bool()> areThere{};
 };
 
 /// Where a line of text is typed over a view. Screen pixels.
@@ -55,8 +60,9 @@ struct tagXTextInputCall
 
 /// The dialogs of vector objects as the view's tools know them; they stand in a folder above.
 ///
-/// A dialog changes the object only when it is confirmed. Without a service bound tools keep what
-/// was drawn without asking, and a double click edits nothing.
+/// A dialog changes the object only when it is confirmed, and ends as cancelled when the object goes
+/// before. Without a service bound tools keep what was drawn without asking, and a double click
+/// edits nothing.
 /// Bind before the first view is created, and unbind after the last; user interface thread only.
 class XAPI XObjectDialogs
 {
@@ -67,6 +73,9 @@ public:
     virtual int DoModal(tagXObjectDialogCall& call) = 0;
     /// Runs the text entry. @return 1 when it was confirmed; the text may then be empty
     virtual int InputText(const tagXTextInputCall& call, XString& text) = 0;
+    /// Objects of some view have gone: open dialogs ask areThere, and are cancelled where they are
+    /// not.
+    virtual void CheckObjects() {}
 
     static XObjectDialogs* Get();             ///< null when none is bound
     static void Set(XObjectDialogs* dialogs); ///< lent

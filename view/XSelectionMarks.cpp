@@ -23,10 +23,13 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <unordered_set>
+#include <utility>
 
 namespace {
 
 constexpr double kHalfStampPixels = 3.0;
+constexpr double kCellPixels = 4.0;
 
 using Mark = std::function<void(const tagXVector3&)>;
 
@@ -147,6 +150,7 @@ public:
         // the object is seen already: laid over itself, its inside would hide what lies there
         m_outline.fillStyle.emplace(tagXFillStyle::kNone);
         m_outline.backColor = 0;
+        m_outline.foreColor = 0; // points are filled without a style
         m_stampLine.colour = MarkColor(color);
         target.ConvPixelToWorldLength(m_stampX, m_stampY);
     }
@@ -164,11 +168,32 @@ public:
         }
     }
 
+    void AddCoarse(XvcObj& object)
+    {
+        const tagXVectorRange& range = object.GetRange();
+        if (range.IsEmpty()) return;
+        const double cellX = m_stampX * (kCellPixels / kHalfStampPixels);
+        const double cellY = m_stampY * (kCellPixels / kHalfStampPixels);
+        const double x = std::floor((range.minX / 2 + range.maxX / 2) / cellX);
+        const double y = std::floor((range.minY / 2 + range.maxY / 2) / cellY);
+        if (!std::isfinite(x) || !std::isfinite(y) || !m_marked.insert({x, y}).second) return;
+        if (range.maxX - range.minX < cellX && range.maxY - range.minY < cellY)
+            AddStamp({range.minX / 2 + range.maxX / 2, range.minY / 2 + range.maxY / 2, 0.0});
+        else
+            AddRange(object);
+    }
+
 private:
     void AddOutline(XvcObj& object, const XWarp2D* warp)
     {
-        for (const char* name : {"XvcBitmap", "XvcRaster", "XvcTextBox"})
+        for (const char* name : {"XvcBitmap", "XvcRaster", "XvcTextBox", "XvcText"})
             if (XfnIsExactly(&object, name)) return AddRange(object);
+        if (XfnIsExactly(&object, "XvcMText")) {
+            const auto& texts = static_cast<const XvcMText&>(object);
+            for (int i = 0; i < texts.GetNumOfTexts(); ++i)
+                AddRange(*texts.GetTextObjAt(i));
+            return;
+        }
         if (auto* group = dynamic_cast<XvcGroup*>(&object)) { // may hold pictures
             if (!warp) warp = group->GetWarpCeoff();
             for (int i = 0; i < group->GetNumOfObjs(); ++i)
@@ -208,6 +233,15 @@ private:
     tagXVertLine m_stampLine;
     double m_stampX = kHalfStampPixels;
     double m_stampY = kHalfStampPixels;
+    struct tagCellHash
+    {
+        std::size_t operator()(const std::pair<double, double>& cell) const
+        {
+            const std::hash<double> hash;
+            return hash(cell.first) * 31 + hash(cell.second);
+        }
+    };
+    std::unordered_set<std::pair<double, double>, tagCellHash> m_marked;
 };
 
 } // namespace
@@ -254,4 +288,13 @@ void XfnRecordSelection(XVertBuffer& buffer, const XObList& selection, const XBa
     SelectionRecorder recorder(buffer, target, color);
     for (__POSITION* pos = selection.GetHeadPosition(); pos;)
         if (auto* object = dynamic_cast<XvcObj*>(selection.GetNext(pos))) recorder.Add(*object);
+}
+
+void XfnRecordManySelected(XVertBuffer& buffer, const XObList& selection, const XBackBuffer& target,
+                           tagXColor color)
+{
+    SelectionRecorder recorder(buffer, target, color);
+    for (__POSITION* pos = selection.GetHeadPosition(); pos;)
+        if (auto* object = dynamic_cast<XvcObj*>(selection.GetNext(pos)))
+            recorder.AddCoarse(*object);
 }

@@ -26,8 +26,8 @@ XAPI void XfnRecordCurrent(XVertBuffer& buffer, XvcObj& object);
 /// Records how selected objects are shown: their outline in the selection style and colour, one
 /// pixel wide and without a fill, and a square of 7 pixels' span at every control location.
 ///
-/// Pictures, raster patches and text boxes are outlined by their range, never shown twice; in
-/// groups too. Which locations an object has is told by its exact class:
+/// Pictures, raster patches, texts and text boxes are outlined by their range, never shown twice:
+/// letters laid over themselves could not be told from the ground. The same holds in groups. Which locations an object has is told by its exact class:
 ///
 ///     point, symbol                    the vertex
 ///     multi-point                      each point
@@ -48,3 +48,7 @@ XAPI void XfnRecordCurrent(XVertBuffer& buffer, XvcObj& object);
 /// @param target     its mapping sizes the squares and places the editors
 XAPI void XfnRecordSelection(XVertBuffer& buffer, const XObList& selection,
                              const XBackBuffer& target, tagXColor color);
+/// The same coarsely, for very many: each object by the outline of its range alone, a smaller one than
+/// 4 pixels by a square; and of those whose middles lie within the same 4 by 4 pixels one.
+XAPI void XfnRecordManySelected(XVertBuffer& buffer, const XObList& selection,
+                                const XBackBuffer& target, tagXColor color);

@@ -96,6 +96,7 @@ int XTQSpaceView::OnCreate()
     m_symbolTables.AddTail(table.release());
 
     m_compManager = std::make_unique<XDMCompManager>();
+    m_compManager->SetRemoved([this](XDMComposite* gone) { m_dialogs.CompositeRemoved(*gone); });
     m_dialogs.CreateButtonPanel();
     return 0;
 }

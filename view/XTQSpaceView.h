@@ -8,7 +8,11 @@
 #include "view/XGVRubberBand.h"
 #include "view/XGVSelectedObjs.h"
 #include "view/XModeTable.h"
+#include "view/XPropButtons.h"
+#include "view/XRasterKeeper.h"
 #include "view/XToolState.h"
+#include "view/XTypingSteps.h"
+#include "view/XTypingWatcher.h"
 #include "view/XViewBookMark.h"
 #include "view/XViewDialogSet.h"
 #include "view/XViewFrame.h"
@@ -24,6 +28,7 @@
 #include <QWidget>
 
 #include <atomic>
+#include <climits>
 #include <memory>
 
 class XDC;
@@ -67,6 +72,8 @@ class XvcTextBox;
 /// Threads: user interface only, but for OnPreDraw and Process.
 class XAPI XTQSpaceView : public QWidget,
                           public XMessageWindow,
+                          public XTypingWatcher,
+                          public XPropButtonTarget,
                           private XViewInputTarget,
                           private XToolTarget,
                           private XViewOverlaySteps
@@ -133,6 +140,9 @@ public:
     const double (&GetDefaultRange() const)[6] { return m_defaultRange; }
     /// Styles of new objects, and the object under construction.
     XGVObjectManager& GetObjectManager() override { return m_objects; }
+    /// From this many selected objects on they are marked coarsely (XfnRecordManySelected), so that
+    /// the marks of a whole layer keep nobody waiting; at first always in full.
+    void SetFullMarkCount(int count) { m_fullMarkCount = count; }
     void SetAutoFocus(int isOn) { m_autoFocus = isOn != 0; }
     int GetAutoFocus() const { return m_autoFocus; }
 
@@ -177,8 +187,15 @@ public:
     }
     int RegisterObjAfterModify(XvcObj* object) { return m_commands.RegisterObjAfterModify(object); }
     void ClearUndoRedoStack() { m_commands.ClearUndoRedoStack(); }
+    /// Makes a step of undo of what is typed into a text box, when its editing ends; off at first,
+    /// where typing is no step. Delete, Cut, Undo and Redo then end it before anything else. Such a
+    /// step is told by 41079 alone, after the event at hand.
+    void SetTypingSteps(int isOn) { m_typing.SetOn(isOn); }
+    int EndTyping() { return EndTextEdits(); } ///< of all boxes; non-zero when one was edited
+    int HasTyped() const; ///< something was typed into the selected box that will be such a step
     /// To be called before a layer, or a base with its layers, is taken out of the view: nothing of
-    /// it is selected any more, its steps are forgotten, and the edit layer becomes another.
+    /// it is selected any more, its steps are forgotten, and the edit layer becomes another, one
+    /// that is seen and not locked if there is one. A dialog that edits an object of it is cancelled.
     void ForgetLayers(XObList& layerOrBase);
     static int GetIndexOfList(const XObList* list, const XObject* object)
     {
@@ -206,8 +223,21 @@ public:
     virtual void ShowMapGridProperty(QWidget* parent);
     int IsShowMeasureDlg() const { return m_dialogs.GetMeasure() != nullptr; }
     void ClearMapGrid();
+    /// A button at the end of the panel over the picture; the numbers are those of XPropButtons.h.
     void AddPropButton(int id);
     void ShowPropButton(int show);
+    // What the buttons do; a derived view may do it in its own way.
+    int CanRunPropButton(int id) const override;
+    int IsPropButtonOn(int id) const override;
+    void RunPropButton(int id) override;
+    void RunStretchPreset(int command) override; ///< by EnhanceEx
+    int GetLastStretchPreset() const override { return m_lastPreset; }
+
+    /// Sets cut and stretch type, and with the second also the coverage, of all composites that are
+    /// shown as rasters (XfnEnhance and XfnEnhanceEx tell which and what), and draws them anew: as
+    /// request 19 of a progressive view, or as InvalidateControl(1).
+    void Enhance(long cutType, long stretchType);
+    void EnhanceEx(int coverage, int cutType, int stretchType);
 
     /// The values under a device pixel, one a display channel (0 is blue in RGB); kXNoData where
     /// there is none. Real and imaginary part of a complex band in values[0] and values[1].
@@ -378,6 +408,17 @@ protected:
     /// The view became busy, or has come to rest with its newest picture. User interface thread.
     virtual void OnBusyChanged(int /*isBusy*/) {}
 
+    /// Which object a press of the selection tool means; see XToolTarget. A host's view may prefer
+    /// another one, of the bases of this view.
+    XvcObj* FindObject(double worldX, double worldY, double tolerance, tagXHitFlag& hit) override
+    {
+        return XToolTarget::FindObject(worldX, worldY, tolerance, hit);
+    }
+
+    /// The picture of what the tool of mode 109 draws; see XToolTarget. A host's view may ask in its
+    /// own way.
+    int ChoosePicture(XvcBitmap& picture) override { return XToolTarget::ChoosePicture(picture); }
+
     using Reason = XViewReason;
     /// The one place that asks for a new picture.
     void Repaint(Reason reason);
@@ -409,6 +450,11 @@ private:
     void ZoomByPinch(int x, int y, double step) override;
 
     tagXToolState& GetToolState() override { return m_tool; }
+    void OnTypingBegun(XvcTextBox& box) override { m_typing.Begin(box); }
+    void OnTypingEnded(XvcTextBox& box) override;
+    void OnTypingGone(const XvcTextBox* box) override { m_typing.Forget(box); }
+    void EndTypingStep();
+
     XGVMessageManager& GetMessageManager() override { return m_messages; }
     XGVSelectedObjs& GetSelection() override { return m_selection; }
     XViewMapping& GetViewMapping() override { return m_mapping; }
@@ -420,9 +466,11 @@ private:
     XCommandManager& GetCommands() override { return m_commands; }
     XHWND GetOwnerWindow() const override { return GetHWND(); }
     void RotateBy(double angleDeg) override;
-    void RaiseFlags(std::initializer_list<XViewBuffer> buffers) override
+    void RaiseFlags(std::initializer_list<XViewBuffer> buffers) override;
+    void ShowMoved(XViewReason reason) override;
+    XRasterKeeper::tagState GetRasterState() const
     {
-        m_overlay.Raise(buffers);
+        return {m_rasterNumber, m_objects.m_backColor};
     }
     void RepaintFor(XViewReason reason) override { Repaint(reason); }
     void RubberBandChanged() override;
@@ -466,6 +514,11 @@ private:
     XViewMapping m_mapping;
     XViewBookMark m_bookMark;
     XViewFrame m_frame;
+    XRasterKeeper m_rasters;          // while something is moved over them in a direct view
+    std::uint64_t m_rasterNumber = 0; // rises with every drawing that makes them anew
+    int m_recordMs = 0;               // what the last steps of a move took
+    int m_moveMs = 0;
+    bool m_isMoveAwaited = false; // the layers follow the marks a little later
     XViewInput m_input;
     XViewDialogSet m_dialogs;
     tagXToolState m_tool;
@@ -478,12 +531,16 @@ private:
     std::unique_ptr<XDMCompManager> m_compManager;
     XvcLayer* m_editLayer = nullptr; // lives in its base
     XCommandManagerBase m_commands;  // its clones need no layer to go
+    XTypingSteps m_typing{m_commands};
+    bool m_isTypingTold = true;
     double m_fineZoomStep = 0.1;
     double m_rotationAngle = 0.0; // degrees
     double m_defaultRange[6] = {0, 0, 0, 100, 100, 0};
     std::atomic<int> m_cancel{0}; // stops a composite in mid-draw
     QSize m_clientSize;           // as last followed, in device pixels
     int m_autoFocus = 1;
+    int m_fullMarkCount = INT_MAX;
+    int m_lastPreset = 0;
     bool m_isCreated = false;
     bool m_isUpdating = false;    // a paint that strikes now shows the last frame
     bool m_isDrawingBack = false; // and so does one within UpdateBackBuffer

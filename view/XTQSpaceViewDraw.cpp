@@ -5,8 +5,13 @@
 #include "view/XSelectionMarks.h"
 #include "view/XTQSpaceView.h"
 
+#include <QElapsedTimer>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QTimer>
+
+#include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -38,6 +43,31 @@ void XTQSpaceView::InvalidateControl(int all)
     Repaint(Reason::Invalidate);
 }
 
+void XTQSpaceView::RaiseFlags(std::initializer_list<XViewBuffer> buffers)
+{
+    m_overlay.Raise(buffers);
+    if (m_overlay.IsRaised(XViewBuffer::MainVertex)) m_isMoveAwaited = false;
+}
+
+void XTQSpaceView::ShowMoved(XViewReason reason)
+{
+    constexpr int kSmoothMs = 40, kLeastWaitMs = 100;
+    constexpr int kMostMarked = 1000; // the marks of more take longer than the objects themselves
+    const int ms = m_recordMs + (GetProgressiveView() ? m_renderer.GetMoveMs() : m_moveMs);
+    if (ms <= kSmoothMs && m_selection.GetList()->GetCount() <= kMostMarked) {
+        m_overlay.RaiseMoved();
+        return Repaint(reason);
+    }
+    ShowOverlay(reason);
+    if (std::exchange(m_isMoveAwaited, true)) return;
+    // a third of the time at most
+    QTimer::singleShot(std::max(kLeastWaitMs, 2 * ms), this, [this, reason] {
+        if (!std::exchange(m_isMoveAwaited, false)) return; // drawn meanwhile
+        m_overlay.RaiseMoved();
+        Repaint(reason);
+    });
+}
+
 void XTQSpaceView::Repaint(Reason reason)
 {
     if (GetProgressiveView()) Que(static_cast<int>(reason));
@@ -58,6 +88,8 @@ void XTQSpaceView::SetBackgroundColor(tagXColor color)
 
 void XTQSpaceView::UpdateVertBuffer()
 {
+    QElapsedTimer time;
+    time.start();
     XVertBuffer& buffer = m_overlay.GetVertex(XViewBuffer::MainVertex);
     buffer.UpdateCompleted();
     buffer.Start();
@@ -66,6 +98,7 @@ void XTQSpaceView::UpdateVertBuffer()
         base.CreateVertexBuffer(&buffer, nullptr, nullptr);
     });
     buffer.End();
+    m_recordMs = static_cast<int>(time.elapsed());
 }
 
 void XTQSpaceView::UpdateVertBufferMeasure()
@@ -92,8 +125,10 @@ void XTQSpaceView::UpdateVertBufferTemp()
     XVertBuffer& buffer = m_overlay.GetVertex(XViewBuffer::TempVertex);
     buffer.UpdateCompleted();
     buffer.Start();
-    XfnRecordSelection(buffer, *m_selection.GetList(), m_overlay.GetMainBack(),
-                       m_objects.m_selectionColor);
+    const XObList& selection = *m_selection.GetList();
+    const auto record =
+        selection.GetCount() < m_fullMarkCount ? &XfnRecordSelection : &XfnRecordManySelected;
+    record(buffer, selection, m_overlay.GetMainBack(), m_objects.m_selectionColor);
     if (m_selection.IsEmpty() && m_objects.m_currentObject)
         XfnRecordCurrent(buffer, *m_objects.m_currentObject);
     buffer.End();
@@ -142,7 +177,15 @@ void XTQSpaceView::UpdateBackBuffer()
 int XTQSpaceView::DrawMainBack()
 {
     XBackBuffer& buffer = m_overlay.GetMainBack();
-    buffer.Clear(m_objects.m_backColor);
+    const bool isMove = m_overlay.TakeMoved() != 0;
+    if (!isMove) {
+        ++m_rasterNumber;
+        m_rasters.Drop();
+    }
+    QElapsedTimer time;
+    time.start();
+    const bool isKept = m_compManager && m_rasters.Restore(buffer, GetRasterState());
+    if (!isKept) buffer.Clear(m_objects.m_backColor);
     if (!m_compManager) return 0;
     const XBufferMapping drawnAt = buffer.GetMapping();
     const tagXWorldBox box = m_mapping.GetBound();
@@ -150,9 +193,14 @@ int XTQSpaceView::DrawMainBack()
 
     const auto stack = XfnListComposites(m_compManager.get());
     int isFinest = 1;
-    const auto levels = GetDirectLevels(stack, box, isFinest);
-    XfnDrawCompositeStack(stack, &buffer, box, m_objects.m_backColor,
-                          levels.empty() ? nullptr : levels.data(), &m_cancel);
+    if (!isKept) {
+        const auto levels = GetDirectLevels(stack, box, isFinest);
+        XfnDrawCompositeStack(stack, &buffer, box, m_objects.m_backColor,
+                              levels.empty() ? nullptr : levels.data(), &m_cancel);
+        if (isMove && isFinest && !stack.empty() && !m_cancel)
+            m_rasters.Keep(buffer, GetRasterState());
+        time.start(); // of the vectors
+    }
     const unsigned timeoutMs = XfnGetPaintReportTimeout(stack.size());
     if (!ReportPaint(XViewReport::PaintedRasters, timeoutMs)) return 0;
     m_dialogs.RepaintButtonPanel();
@@ -160,6 +208,7 @@ int XTQSpaceView::DrawMainBack()
         m_overlay.GetVertex(vertex).Draw(&buffer);
     if (!ReportPaint(XViewReport::PaintedVectors, timeoutMs)) return 0;
     if (!GetProgressiveView()) m_dialogs.DrawMapGrid(&buffer); // else when it is shown
+    if (isMove) m_moveMs = static_cast<int>(time.elapsed());
 
     // an event loop within a report may have resized or moved what is drawn here
     if (!(buffer.GetMapping() == drawnAt)) buffer.SetUpdateNeeded();

@@ -4,18 +4,45 @@
 #include "foundation/vector/XvcLayer.h"
 #include "foundation/vector/XvcTextBox.h"
 #include "view/XLayerWalk.h"
+#include "view/XObjectDialogs.h"
 #include "view/XSelectionMarks.h"
 #include "view/XTQSpaceView.h"
 #include "view/XTextBoxEditor.h"
 #include "view/XViewKeys.h"
 #include "view/tools/XToolHit.h"
 
+#include <QTimer>
+
 #include <algorithm>
 #include <unordered_set>
+#include <utility>
 
 namespace {
 
 constexpr short kModeSelect = 0;
+
+// The first that is seen and may be changed, else the first; null when all go.
+XvcLayer* FindStayingLayer(std::initializer_list<XObList*> bases,
+                           const std::unordered_set<const XvcLayer*>& going)
+{
+    XvcLayer* found = nullptr;
+    for (XObList* list : bases) {
+        for (XvcLayer* layer : XfnListLayers(*list)) {
+            if (going.contains(layer)) continue;
+            const XvcBase* const base = layer->GetParentBase();
+            if (!layer->IsHidden() && !layer->IsLocked() && !(base && base->IsHidden()))
+                return layer;
+            if (!found) found = layer;
+        }
+    }
+    return found;
+}
+
+// Objects have gone, and a dialog may be open that edits one of them.
+void CheckObjectDialogs()
+{
+    if (XObjectDialogs* const dialogs = XObjectDialogs::Get()) dialogs->CheckObjects();
+}
 
 } // namespace
 
@@ -173,6 +200,27 @@ int XTQSpaceView::EndTextEdits()
     return ended;
 }
 
+int XTQSpaceView::HasTyped() const
+{
+    const XvcTextBox* const box = GetOnlyTextBox();
+    return box && m_typing.HasTyped(*box);
+}
+
+// Tools end an editing in the middle of what they do, where no host may be told anything.
+void XTQSpaceView::OnTypingEnded(XvcTextBox& box)
+{
+    if (!m_typing.End(box) || !std::exchange(m_isTypingTold, false)) return;
+    QTimer::singleShot(0, this, [this] {
+        m_isTypingTold = true;
+        m_reports.Send(XViewReport::AfterModify);
+    });
+}
+
+void XTQSpaceView::EndTypingStep()
+{
+    if (m_typing.IsOn()) EndTextEdits();
+}
+
 void XTQSpaceView::PlaceTextEditors()
 {
     for (XvcTextBox* box : XfnListEditedBoxes(*this))
@@ -202,10 +250,12 @@ void XTQSpaceView::EditSelection(void (XCommandManager::*edit)(XObList*))
     (m_commands.*edit)(&going);
     for (__POSITION* pos = staying.GetHeadPosition(); pos;)
         m_selection.GetList()->AddTail(staying.GetNext(pos));
+    CheckObjectDialogs();
 }
 
 void XTQSpaceView::Delete()
 {
+    EndTypingStep();
     if (m_selection.IsEmpty()) return;
     m_tools.Cancel();
     const XHWND window = GetHWND();
@@ -234,6 +284,7 @@ void XTQSpaceView::Copy()
 
 void XTQSpaceView::Cut()
 {
+    EndTypingStep();
     if (m_selection.IsEmpty()) return;
     m_tools.Cancel();
     EditSelection(&XCommandManager::Cut);
@@ -274,9 +325,11 @@ void XTQSpaceView::Replay(XPtrArray& stack, XViewReport before, XViewReport afte
                           void (XCommandManager::*replay)(XObList*))
 {
     if (m_messages.IsNoChangeProperty()) return;
-    for (XvcLayer* layer :
+    EndTypingStep();
+    for (const tagXLayerRef& list :
          XfnListMissingLayers(m_commands.GetLayers(), {&m_innerBases, &m_externalBases}))
-        if (layer != m_editLayer) m_commands.ForgetLayer(layer);
+        if (list.layer != m_editLayer || list.number != m_editLayer->GetNumber())
+            m_commands.ForgetLayer(list.layer, list.number);
     if (stack.IsEmpty()) return;
     m_tools.Cancel();
     const XHWND window = GetHWND();
@@ -285,6 +338,7 @@ void XTQSpaceView::Replay(XPtrArray& stack, XViewReport before, XViewReport afte
                    isUndo ? m_commands.GetUndoCommandAt(0) : m_commands.GetRedoCommandAt(0));
     if (!XfnIsWindow(window)) return;
     (m_commands.*replay)(m_selection.GetList());
+    CheckObjectDialogs();
     InvalidateControl(1);
     m_reports.Send(after);
 }
@@ -294,7 +348,7 @@ void XTQSpaceView::ForgetLayers(XObList& layerOrBase)
     m_tools.Cancel();
     const std::vector<XvcLayer*> layers = XfnListLayers(layerOrBase);
     const std::unordered_set<const XvcLayer*> going(layers.begin(), layers.end());
-    for (const XvcLayer* layer : layers)
+    for (XvcLayer* layer : layers)
         m_commands.ForgetLayer(layer);
     XObList& selection = *m_selection.GetList();
     for (__POSITION* pos = selection.GetHeadPosition(); pos;) {
@@ -302,12 +356,8 @@ void XTQSpaceView::ForgetLayers(XObList& layerOrBase)
         const auto* object = dynamic_cast<const XvcObj*>(selection.GetNext(pos));
         if (object && going.contains(object->GetParentLayer())) selection.RemoveAt(at);
     }
-    if (going.contains(m_editLayer)) {
-        m_editLayer = nullptr;
-        for (XObList* bases : {&m_innerBases, &m_externalBases})
-            for (XvcLayer* layer : XfnListLayers(*bases))
-                if (!m_editLayer && !going.contains(layer)) m_editLayer = layer;
-    }
+    if (going.contains(m_editLayer))
+        m_editLayer = FindStayingLayer({&m_innerBases, &m_externalBases}, going);
     if (!m_editLayer) { // the last one goes
         auto layer = std::make_unique<XvcLayer>();
         auto base = std::make_unique<XvcBase>();
@@ -315,6 +365,7 @@ void XTQSpaceView::ForgetLayers(XObList& layerOrBase)
         base->AddTail(layer.release());
         m_innerBases.AddTail(base.release());
     }
+    CheckObjectDialogs();
     InvalidateControl(1);
 }
 

@@ -54,6 +54,7 @@ void XTQSpaceView::Que(int reason)
                                     take(XViewBuffer::TempBack)};
     m_overlay.GetMainBack().UpdateCompleted();
     m_overlay.GetTempBack().UpdateCompleted();
+    if (flags.mainBack && !m_overlay.TakeMoved()) ++m_rasterNumber;
     worker.Que(reason, flags, RecordScene());
     TellBusy();
 }
@@ -74,6 +75,7 @@ std::shared_ptr<XRenderScene> XTQSpaceView::RecordScene()
     scene->box = m_mapping.GetBound();
     m_mapping.SetVisibleBox(scene->box);
     scene->backColor = m_objects.m_backColor;
+    scene->rasterState = GetRasterState();
     for (XDMComposite* own : XfnListComposites(m_compManager.get())) {
         own->PrepareVector();
         own->SetDrawRange(scene->box.minX, scene->box.minY, scene->box.maxX, scene->box.maxY);

@@ -3,6 +3,7 @@
 #include "foundation/vector/XTextBoxEditing.h"
 #include "view/XRichDocument.h"
 #include "view/XTextBoxEditorWidget.h"
+#include "view/XTypingWatcher.h"
 
 #include <QGuiApplication>
 #include <QInputMethod>
@@ -12,7 +13,9 @@ XTextBoxEditor::XTextBoxEditor() = default;
 
 XTextBoxEditor::~XTextBoxEditor()
 {
-    if (m_widget) m_widget->Retire();
+    if (!m_widget) return;
+    if (XTypingWatcher* const watcher = GetWatcher()) watcher->OnTypingGone(m_box);
+    m_widget->Retire();
 }
 
 int XTextBoxEditor::Begin(const tagXTextEditorSetup& setup, const XRichText& text,
@@ -23,6 +26,10 @@ int XTextBoxEditor::Begin(const tagXTextEditorSetup& setup, const XRichText& tex
     m_client = client;
     m_widget = new XTextBoxEditorWidget(this, setup, parent);
     m_widget->Start(text);
+    XvcTextBox* const box = GetBox();
+    m_box = box;
+    XTypingWatcher* const watcher = GetWatcher();
+    if (box && watcher) watcher->OnTypingBegun(*box);
     return 1;
 }
 
@@ -34,6 +41,13 @@ void XTextBoxEditor::SetBound(int left, int top, int right, int bottom, double p
 void XTextBoxEditor::Commit()
 {
     if (m_widget && m_widget->hasFocus()) QGuiApplication::inputMethod()->commit();
+}
+
+void XTextBoxEditor::Ended()
+{
+    XvcTextBox* const box = GetBox();
+    XTypingWatcher* const watcher = GetWatcher();
+    if (box && watcher) watcher->OnTypingEnded(*box);
 }
 
 XRichText XTextBoxEditor::GetText() const
@@ -77,6 +91,12 @@ XvcTextBox* XTextBoxEditor::GetBox() const
 {
     const auto* editing = dynamic_cast<const XTextBoxEditing*>(m_client);
     return editing ? &editing->GetBox() : nullptr;
+}
+
+// None once the widget goes: its window may be half gone by then.
+XTypingWatcher* XTextBoxEditor::GetWatcher() const
+{
+    return m_widget ? dynamic_cast<XTypingWatcher*>(m_widget->parentWidget()) : nullptr;
 }
 
 void XTextBoxEditor::OnChanged()

@@ -8,6 +8,7 @@
 
 class QWidget;
 class XTextBoxEditorWidget;
+class XTypingWatcher;
 class XvcTextBox;
 
 /// The editor of text boxes: a text widget that lies over the box in its window.
@@ -16,7 +17,8 @@ class XvcTextBox;
 /// and Ctrl+J set paragraphs left, centred, right and justified; Escape goes to the window and, unless
 /// that ends the editing, ends it. Undo, clipboard (rich text too) and input methods are those of
 /// the widget.
-/// The parent is the message window of this handle, which must be a widget.
+/// The parent is the message window of this handle, which must be a widget; one that is an
+/// XTypingWatcher is told when the editing of a box begins and ends.
 class XAPI XTextBoxEditor final : public XTextEditor
 {
 public:
@@ -27,6 +29,7 @@ public:
               XTextEditorClient* client) override;
     void SetBound(int left, int top, int right, int bottom, double pixelsPerPoint) override;
     void Commit() override;
+    void Ended() override;
     XRichText GetText() const override;
     void SetText(const XRichText& text) override;
     void SetFormat(const tagXCharFormat& format, unsigned mask) override;
@@ -38,13 +41,15 @@ private:
     friend class XTextBoxEditorWidget;
 
     XvcTextBox* GetBox() const; // null when another client opened the editor
+    XTypingWatcher* GetWatcher() const;
     void OnChanged();
     void OnDone();
     void OnWidgetGoes();
 
     QPointer<XTextBoxEditorWidget> m_widget;
     XTextEditorClient* m_client = nullptr;
-    XRichText m_lastText; // when the widget has gone
+    const XvcTextBox* m_box = nullptr; // compared only
+    XRichText m_lastText;              // when the widget has gone
 };
 
 /// The boxes that are typed into in a window, selected or not.

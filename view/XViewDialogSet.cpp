@@ -4,6 +4,7 @@
 #include "foundation/raster/XDMBand.h"
 #include "foundation/raster/XDMCompManager.h"
 #include "foundation/raster/XDMComposite.h"
+#include "foundation/raster/XRasterTypes.h"
 #include "view/XCompositeStack.h"
 #include "view/XLookupRange.h"
 #include "view/XTQSpaceView.h"
@@ -26,8 +27,10 @@ void TellValueRange(XViewPaletteDlg& dialog, XDMComposite& composite)
     if (!band) return;
     double low = 0, high = 0;
     composite.UpdateLUT(0); // nothing need have drawn with the stretch of the moment
-    XfnLookupRange(composite.GetLUT(0), band->GetDataType(), band->GetBandMin(), band->GetBandMax(),
-                   low, high);
+    const int type = band->GetDataType();
+    const bool isIndexed = type == kXUInt8 || type == kXInt8; // no statistics of it are needed
+    XfnLookupRange(composite.GetLUT(0), type, isIndexed ? 0.0 : band->GetBandMin(),
+                   isIndexed ? 0.0 : band->GetBandMax(), low, high);
     dialog.SetValueRange(low, high, band->GetDataType());
 }
 
@@ -63,11 +66,11 @@ void XViewDialogSet::ReleaseAll()
 
 void XViewDialogSet::ShowStretch(int show)
 {
-    if (!HasComposite()) return;
     if (!show) {
         if (m_stretch) m_stretch->DestroyWindow(); // answered by the close message
         return;
     }
+    if (!HasComposite()) return;
     m_stretch.reset();
     m_stretch = Make(XViewDialogFactories::Get().stretch);
     if (!m_stretch) return;
@@ -82,9 +85,8 @@ void XViewDialogSet::ShowStretch(int show)
 void XViewDialogSet::ShowPalette(int show)
 {
     XDMCompManager* manager = m_view.GetXDMCompManager();
-    if (!manager || (!show && !HasComposite())) return;
     if (m_palette) m_palette->DestroyWindow();
-    if (!show || !XViewDialogFactories::Get().palette) return;
+    if (!show || !manager || !XViewDialogFactories::Get().palette) return;
 
     XDMComposite* composite = nullptr;
     // without any gray composite the walk ends on the last one, and that one is coloured
@@ -110,13 +112,14 @@ void XViewDialogSet::ShowPalette(int show)
 
 void XViewDialogSet::ShowMeasure(int show)
 {
-    if (!HasComposite()) return;
+    if (!show && !m_measure) return;
     if (!show) {
         m_measure.reset();
         m_view.GetOverlay().Raise({XViewBuffer::Measure});
         m_view.InvalidateControl(1);
         return;
     }
+    if (!HasComposite()) return;
     m_measure.reset();
     m_measure = Make(XViewDialogFactories::Get().measure);
     if (!m_measure) return;
@@ -173,14 +176,19 @@ void XViewDialogSet::DrawMapGrid(XBackBuffer* buffer)
     m_mapGrid->DrawMapGrid(manager->GetSR()->IsGeographic(), buffer);
 }
 
+void XViewDialogSet::CompositeRemoved(XDMComposite& gone)
+{
+    if (m_palette && m_palette->GetXDMComposite() == &gone) m_palette->SetXDMComposite(nullptr);
+    if (m_stretch && m_stretch->GetCurXDMComposite() == &gone)
+        m_stretch->SetCurXDMComposite(nullptr);
+}
+
 void XViewDialogSet::TellDrawn(const tagXWorldBox& visible)
 {
     if (m_palette) {
         XDMComposite* gray = nullptr;
         for (XDMComposite* composite : XfnListComposites(m_view.GetXDMCompManager())) {
-            if (composite->GetMode() != kGrayMode) continue;
-            gray = composite;
-            break;
+            if (!gray && composite->GetMode() == kGrayMode) gray = composite;
         }
         if (!gray) return; // a thumb view is not told either
         TellValueRange(*m_palette, *gray);

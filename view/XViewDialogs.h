@@ -53,6 +53,7 @@ class XAPI XViewPaletteDlg : public XViewWindow
 {
 public:
     virtual void SetXDMComposite(XDMComposite* composite) = 0;
+    virtual XDMComposite* GetXDMComposite() const = 0;
     /// @param dataType  the band's data type code
     virtual void SetValueRange(double low, double high, int dataType) = 0;
     /// 256 bytes a colour and 256 anchor flags, copied.

@@ -13,6 +13,7 @@ namespace {
 
 constexpr QRgb kColorBits = 0x00FFFFFFu;
 constexpr int kSeenDifference = 96;
+constexpr int kLightMark = 96; // pure green is light
 
 bool IsSeen(QRgb mark, QRgb below)
 {
@@ -33,11 +34,25 @@ void XfnLayOverlay(QImage& picture, const QImage& overlay)
 {
     const int width = std::min(picture.width(), overlay.width());
     const int height = std::min(picture.height(), overlay.height());
-    for (int y = 0; y < height; ++y) {
-        auto* row = reinterpret_cast<QRgb*>(picture.scanLine(y));
-        const auto* marks = reinterpret_cast<const QRgb*>(overlay.constScanLine(y));
-        for (int x = 0; x < width; ++x)
-            if (marks[x] & kColorBits) row[x] = MarkOn(marks[x] | ~kColorBits, row[x]);
+    const auto rowStep = picture.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
+    const auto markStep = overlay.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
+    auto* row = reinterpret_cast<QRgb*>(picture.bits());
+    const auto* marks = reinterpret_cast<const QRgb*>(overlay.constBits());
+    for (int y = 0; y < height; ++y, row += rowStep, marks += markStep) {
+        for (int x = 0; x < width; ++x) {
+            if (!(marks[x] & kColorBits)) continue;
+            row[x] = MarkOn(marks[x] | ~kColorBits, row[x]);
+            const bool isLight = qGray(row[x]) >= kLightMark;
+            const QRgb casing = isLight ? 0xFF000000u : 0xFFFFFFFFu;
+            const auto encase = [&](qsizetype there, qsizetype mark) {
+                const bool isGround = !(marks[mark] & kColorBits);
+                if (isGround && (qGray(row[there]) >= kLightMark) == isLight) row[there] = casing;
+            };
+            if (x > 0) encase(x - 1, x - 1);
+            if (x + 1 < width) encase(x + 1, x + 1);
+            if (y > 0) encase(x - rowStep, x - markStep);
+            if (y + 1 < height) encase(x + rowStep, x + markStep);
+        }
     }
 }
 

@@ -1,5 +1,7 @@
 #include "view/XViewOverlay.h"
 
+#include <utility>
+
 const XViewOverlay::Step XViewOverlay::kSteps[6] = {
     {XViewBuffer::Measure, &XViewOverlaySteps::UpdateVertBufferMeasure},
     {XViewBuffer::BookMark, &XViewOverlaySteps::UpdateVertBufferBookMark},
@@ -24,6 +26,7 @@ void XViewOverlay::Raise(std::initializer_list<XViewBuffer> buffers)
     for (XViewBuffer buffer : buffers) {
         switch (buffer) {
         case XViewBuffer::MainBack:
+            m_isOnlyMoved = false;
             m_mainBack.SetUpdateNeeded();
             break;
         case XViewBuffer::TempBack:
@@ -33,6 +36,19 @@ void XViewOverlay::Raise(std::initializer_list<XViewBuffer> buffers)
             GetVertex(buffer).SetUpdateNeeded();
         }
     }
+}
+
+void XViewOverlay::RaiseMoved()
+{
+    const bool isOnlyMoved = m_isOnlyMoved || !m_mainBack.IsUpdateNeeded();
+    Raise({XViewBuffer::MainVertex, XViewBuffer::TempVertex, XViewBuffer::MainBack,
+           XViewBuffer::TempBack});
+    m_isOnlyMoved = isOnlyMoved;
+}
+
+int XViewOverlay::TakeMoved()
+{
+    return std::exchange(m_isOnlyMoved, false);
 }
 
 int XViewOverlay::IsRaised(XViewBuffer buffer) const

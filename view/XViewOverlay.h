@@ -40,6 +40,11 @@ public:
 
     void Raise(std::initializer_list<XViewBuffer> buffers);
     int IsRaised(XViewBuffer buffer) const;
+    /// Vectors moved, and nothing else is different: raises both surfaces and the recordings of what
+    /// moves, and notes that rasters may stay as they were drawn last.
+    void RaiseMoved();
+    /// Whether nothing but RaiseMoved raised the main surface; forgets it.
+    int TakeMoved();
     /// Runs the step of each buffer whose flag is raised.
     /// @param isAlive  asked before each step: a step may have destroyed the view
     template <class Alive>
@@ -76,4 +81,5 @@ private:
     XVertBuffer m_bookMarkVertex;
     XBackBuffer m_mainBack;
     XBackBuffer m_tempBack;
+    bool m_isOnlyMoved = false;
 };

@@ -3,6 +3,8 @@
 #include "foundation/surface/XVertBuffer.h"
 #include "view/XCompositeStack.h"
 
+#include <QElapsedTimer>
+
 #include <new>
 #include <utility>
 
@@ -103,7 +105,9 @@ tagXLevelRange XViewRenderer::CalcLevels(int composite)
     tagXLevelRange range;
     range.highest =
         drawn.GetHighestLevelForTarget(&m_surface, box.minX, box.minY, box.maxX, box.maxY);
-    range.maximum = drawn.GetMaxLevel();
+    // what is kept is of the highest already: one pass
+    const bool isKept = m_rasters.Has(m_scene->mapping, m_scene->rasterState) != 0;
+    range.maximum = isKept ? range.highest : drawn.GetMaxLevel();
     return range;
 }
 
@@ -167,24 +171,39 @@ std::shared_ptr<QImage> XViewRenderer::DrawMain()
     if (IsCancelled()) return nullptr;
     m_surface.SetMapping(m_scene->mapping); // a host may have changed it in a report
     const PixelLoan loan(m_surface, *pixels);
-    m_surface.Clear(m_scene->backColor);
-
-    std::vector<XDMComposite*> stack;
-    for (const XViewScene::tagComposite& composite : m_scene->composites)
-        stack.push_back(composite.drawn.get());
-    const int* levels = m_levels.size() == stack.size() ? m_levels.data() : nullptr;
-    std::atomic<int>* const cancel = m_worker.GetCancelFlag();
-    XfnDrawCompositeStack(stack, &m_surface, m_scene->box, m_scene->backColor, levels, cancel);
+    QElapsedTimer time;
+    time.start();
+    DrawRasters();
 
     // what will not be shown need not be finished, and nobody is told of it
-    const unsigned timeoutMs = XfnGetPaintReportTimeout(stack.size());
+    std::atomic<int>* const cancel = m_worker.GetCancelFlag();
+    const unsigned timeoutMs = XfnGetPaintReportTimeout(m_scene->composites.size());
     if (IsCancelled()) return nullptr;
     m_scene->reports.SendWithin(XViewReport::PaintedRasters, &m_surface, timeoutMs);
     for (const XViewScene::Recording& recording : m_scene->vertices)
         if (IsCancelled() || !Replay(recording, m_surface, cancel)) return nullptr;
     if (IsCancelled()) return nullptr;
     m_scene->reports.SendWithin(XViewReport::PaintedVectors, &m_surface, timeoutMs);
+    if (!m_areRastersNew) m_moveMs = static_cast<int>(time.elapsed());
     return pixels;
+}
+
+void XViewRenderer::DrawRasters()
+{
+    m_areRastersNew = !m_rasters.Restore(m_surface, m_scene->rasterState);
+    if (!m_areRastersNew) return;
+    m_surface.Clear(m_scene->backColor);
+    std::vector<XDMComposite*> stack;
+    for (const XViewScene::tagComposite& composite : m_scene->composites)
+        stack.push_back(composite.drawn.get());
+    const bool hasLevels = m_levels.size() == stack.size();
+    XfnDrawCompositeStack(stack, &m_surface, m_scene->box, m_scene->backColor,
+                          hasLevels ? m_levels.data() : nullptr, m_worker.GetCancelFlag());
+    if (IsCancelled()) return;
+    bool isFinest = hasLevels;
+    for (std::size_t i = 0; isFinest && i < stack.size(); ++i)
+        isFinest = m_levels[i] == CalcLevels(static_cast<int>(i)).highest;
+    if (isFinest) m_rasters.Keep(m_surface, m_scene->rasterState);
 }
 
 /// Null when there is nothing to lay over the picture.
@@ -202,7 +221,7 @@ std::shared_ptr<QImage> XViewRenderer::DrawOverlay()
 void XViewRenderer::Invalidate()
 {
     if (!m_next) return;
-    if (m_next->isMainNew) {
+    if (m_next->isMainNew && m_areRastersNew) {
         for (const XViewScene::tagComposite& composite : m_scene->composites) {
             auto result = std::make_shared<XDMComposite>();
             result->CloneXDMComposite(composite.drawn.get());

@@ -38,6 +38,8 @@ public:
     /// The newest picture that was not taken yet; null when there is none.
     std::shared_ptr<const tagXViewPicture> TakePicture();
     int HasPicture() const;
+    /// What the vectors of the last whole drawing took over rasters that were kept.
+    int GetMoveMs() const { return m_moveMs; }
     /// What was drawn elsewhere becomes the picture that later overlays are laid over. Only
     /// while nothing is drawn: after QueCancel of the worker.
     void SetMain(const tagXViewPicture& picture) { m_last = picture; }
@@ -62,18 +64,22 @@ private:
     int IsCancelled();
     std::shared_ptr<QImage> TakePixels();
     std::shared_ptr<QImage> DrawMain();
+    void DrawRasters();
     std::shared_ptr<QImage> DrawOverlay();
 
     XHWND m_window = 0;
     std::function<void()> m_draw;
     std::atomic<int> m_isAlive{0};
+    std::atomic<int> m_moveMs{0};
 
     XDrawHelpers m_helpers; // read bands until AwaitHelpers
 
     // the worker's
     XImagePool m_pool;
     std::shared_ptr<XViewScene> m_scene;
-    XBackBuffer m_surface; // has pixels only while something is drawn on it
+    XBackBuffer m_surface;        // has pixels only while something is drawn on it
+    XRasterKeeper m_rasters;      // of the last drawing at the levels that the zoom needs
+    bool m_areRastersNew = false; // drawn in this pass
     tagXPendingFlags m_flags;
     std::vector<int> m_levels;
     tagXViewPicture m_last;

@@ -4,6 +4,7 @@
 #include "foundation/raster/XDMComposite.h"
 #include "foundation/surface/XBufferMapping.h"
 #include "foundation/surface/XVertRecording.h"
+#include "view/XRasterKeeper.h"
 #include "view/XRenderTarget.h"
 #include "view/XViewMapping.h"
 #include "view/XViewReports.h"
@@ -28,6 +29,7 @@ public:
     tagXWorldBox box{};
     tagXColor backColor = 0;
     std::vector<tagComposite> composites; ///< the top one first
+    XRasterKeeper::tagState rasterState;  ///< that of a scene before: they were not changed
     std::vector<Recording> vertices;      ///< over the composites, from bottom to top
     Recording overlay;                    ///< marks that lie over the main picture
     XViewReports reports;                 ///< to the host, of painting

@@ -2,6 +2,7 @@
 
 #include "edit/XLayerIndex.h"
 #include "foundation/vector/XvcPolypoint.h"
+#include "foundation/vector/XvcTextBox.h"
 #include "tests/edit/XCommandScript.h"
 
 #include <gtest/gtest.h>
@@ -385,6 +386,63 @@ TEST(XCommandManager, ClearingAndReplacingDestroyByTheirRules)
     EXPECT_TRUE(manager.GetUndoStack()->IsEmpty() && manager.GetRedoStack()->IsEmpty());
     EXPECT_TRUE(manager.GetClipboard()->IsEmpty());
     EXPECT_TRUE(manager.GetBitmapWarehouse().IsEmpty());
+}
+
+TEST(XCommandManager, AStepBesideAnOpenModificationHoldsItsObject)
+{
+    XvcLayer layer;
+    XCommandManager manager;
+    auto* point = new XvcPoint(1, 1);
+    layer.AddTail(point);
+    manager.PushCommandSetInsert(&layer, point);
+    point->SetName("renewed");
+    EXPECT_TRUE(manager.RenewCommandSetInsert(point));
+    manager.StartModify();
+    XvcObj* before = manager.CloneObject(point);
+    point->SetName("changed");
+    ASSERT_TRUE(manager.PushCommandSetModify(point, before));
+    EXPECT_TRUE(manager.IsModifying());
+    manager.CancelModify();
+    EXPECT_FALSE(manager.RenewCommandSetInsert(point)) << "no longer the newest step";
+    XvcPoint loose;
+    EXPECT_FALSE(manager.PushCommandSetModify(&loose, manager.CloneObject(&loose)));
+    XObList selection;
+    const auto name = [&] {
+        return layer.IsEmpty() ? XString("none") : static_cast<XvcObj*>(layer.GetHead())->GetName();
+    };
+    manager.Undo(&selection);
+    EXPECT_EQ(name(), "renewed");
+    manager.Undo(&selection);
+    EXPECT_EQ(name(), "none");
+    manager.Redo(&selection);
+    EXPECT_EQ(name(), "renewed");
+    manager.Redo(&selection);
+    EXPECT_EQ(name(), "changed");
+}
+
+TEST(XCommandManager, WhatWasTypedSinceStaysInABoxThatMoves)
+{
+    XvcLayer layer;
+    XCommandManager manager;
+    auto* box = new XvcTextBox(0);
+    layer.AddTail(box);
+    layer.AddTail(new XvcPoint);
+    manager.StartModify();
+    manager.RegisterObjBeforeModify(box);
+    box->MoveObject(1.0, 0.0, 0.0);
+    manager.RegisterObjAfterModify(box);
+    manager.EndModify();
+    XObList selection;
+    selection.AddTail(box);
+    manager.MoveToFront(&selection);
+    box->SetText("typed");
+    using Step = void (XCommandManager::*)(XObList*);
+    for (const Step step : {Step(&XCommandManager::Undo), Step(&XCommandManager::Undo),
+                            Step(&XCommandManager::Redo), Step(&XCommandManager::Redo)}) {
+        (manager.*step)(&selection);
+        ASSERT_EQ(selection.GetCount(), 1);
+        EXPECT_STREQ(static_cast<const XvcTextBox*>(selection.GetHead())->GetText(), "typed");
+    }
 }
 
 TEST(XCommandManager, ListsBelowAListAreSearched)

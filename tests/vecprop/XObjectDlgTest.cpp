@@ -4,9 +4,11 @@
 #include "foundation/platform/XUserSettings.h"
 #include "foundation/vector/XvcArc.h"
 #include "foundation/vector/XvcArcClosed.h"
+#include "foundation/vector/XvcBase.h"
 #include "foundation/vector/XvcBitmap.h"
 #include "foundation/vector/XvcBspline.h"
 #include "foundation/vector/XvcEllipse.h"
+#include "foundation/vector/XvcLayer.h"
 #include "foundation/vector/XvcLine.h"
 #include "foundation/vector/XvcMPoint.h"
 #include "foundation/vector/XvcNorthArrow.h"
@@ -21,6 +23,7 @@
 #include "tests/support/XVectorSamples.h"
 #include "vecprop/XObjectDraft.h"
 #include "vecprop/XvcObjectDialogs.h"
+#include "view/XTQSpaceView.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -71,13 +74,14 @@ void Press(QDialog& dialog, int key)
 }
 
 int Open(XObjectDialog kind, XvcObj* object, const XObList* objects, const Act& act,
-         int* endShape = nullptr)
+         int* endShape = nullptr, const std::function<bool()>& areThere = {})
 {
     XvcObjectDialogs service;
     tagXObjectDialogCall call;
     call.dialog = kind;
     call.object = object;
     call.objects = objects;
+    call.areThere = areThere;
     bool isOpened = false;
     QTimer::singleShot(0, qApp, [&] {
         auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
@@ -161,6 +165,12 @@ void ChooseValue(QDialog& dialog, const char* name, int value)
         QTest::keyClick(&list, Qt::Key_Down);
 }
 
+void SetColor(QDialog& dialog, const char* name, tagXColor color)
+{
+    XObjectEditModel& model = static_cast<XObjectDlg&>(dialog).GetModel();
+    model.SetColor(model.FindField(name), color);
+}
+
 struct Row
 {
     const char* name;
@@ -220,6 +230,25 @@ std::vector<Row> GetRows()
              style.font.weight = 700;
              t.SetTextStyle(style);
              t.SetText("two\nlines");
+         })},
+        {"letters of their own beside another line", Text,
+         [] { return Make<XvcText>([](XvcText&) {}); },
+         [](QDialog& d) {
+             SetColor(d, "lineColor", 0xFF);
+             QTest::keyClick(&Find<QCheckBox>(d, "textAsLine"), Qt::Key_Space);
+         },
+         On<XvcText>([](XvcText& t) {
+             t.SetLineColor(0x800000FF);
+             t.SetTextColor(0x800000FF);
+         })},
+        {"letters as the line was", Text, [] { return Make<XvcText>([](XvcText&) {}); },
+         [](QDialog& d) {
+             SetColor(d, "textColor", 0x102030);
+             SetColor(d, "lineColor", 0xFF);
+         },
+         On<XvcText>([](XvcText& t) {
+             t.SetLineColor(0x800000FF);
+             t.SetTextColor(0x80102030);
          })},
         {"knots of its own", Bspline, &MakeCurve, Types("knots", "0 0 0,5 1"),
          On<XvcBspline>([](XvcBspline& s) {
@@ -287,6 +316,73 @@ TEST(XObjectDlgTest, OkWritesWhatWasDoneAndNothingElseCancelNothing)
     }
 }
 
+TEST(XObjectDlgTest, WhenTheObjectGoesTheDialogIsCancelled)
+{
+    for (const bool isTold : {false, true}) {
+        for (const Row& row : GetRows()) {
+            SCOPED_TRACE(row.name);
+            ObjectPtr object = row.make();
+            const Act act = [&](QDialog& dialog) {
+                object.reset();
+                if (isTold) return XvcObjectDialogs().CheckObjects();
+                row.act(dialog);
+                QTest::mouseClick(dialog.findChild<QPushButton*>("ok"), Qt::LeftButton);
+            };
+            int endShape = -1;
+            EXPECT_EQ(Open(row.dialog, object.get(), nullptr, act, &endShape,
+                           [&object] { return object != nullptr; }),
+                      2);
+            EXPECT_EQ(endShape, 0);
+        }
+    }
+}
+
+// A layer that is read again, or an undo, while a dialog of the view is open.
+TEST(XObjectDlgTest, AViewCancelsTheDialogOfWhatItLoses)
+{
+    XfnBindObjectDialogs();
+    for (const auto& [lines, isUndone] : {std::pair(1, true), {1, false}, {2, true}, {2, false}}) {
+        XTQSpaceView view;
+        view.Create();
+        view.SetMode(0);
+        XvcBase lent;
+        auto* layer = new XvcLayer;
+        lent.AddTail(layer);
+        view.GetExtBaseList()->AddTail(&lent);
+        for (int i = 0; i < lines; ++i) {
+            layer->AddTail(new XvcLine({0, 0, 0}, {30, 5.0 * i, 0}));
+            auto* line = static_cast<XvcObj*>(layer->GetTail());
+            view.GetCommandManager()->PushCommandSetInsert(layer, line);
+            view.GetSelectedObj()->AddTail(line);
+        }
+        QTimer::singleShot(0, &view, [&, isUndone = isUndone] {
+            auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            Type(*dialog, "thick", "5");
+            if (isUndone)
+                view.Undo();
+            else
+                view.ForgetLayers(lent);
+            EXPECT_FALSE(dialog->isVisible());
+            dialog->reject();
+        });
+        view.HandleMouseSelectMessage(view.GetHWND(), 515, 1, 0);
+        EXPECT_EQ(view.GetUnDoStack()->GetSize(), isUndone ? lines - 1 : 0) << "no step of it";
+        view.GetExtBaseList()->RemoveAll();
+    }
+    XObjectDialogs::Set(nullptr);
+}
+
+// Its dialog is handed the angle as text, and gives it back so.
+TEST(XObjectDlgTest, LookingAtANorthArrowRoundsItsAngle)
+{
+    XvcNorthArrow arrow;
+    arrow.SetAngle(12.3456);
+    const Act look = [](QDialog& dialog) { Press(dialog, Qt::Key_Return); };
+    EXPECT_EQ(Open(XObjectDialog::NorthArrow, &arrow, nullptr, look), 1);
+    EXPECT_EQ(arrow.GetAngle(), 12.346);
+}
+
 TEST(XObjectDlgTest, ARefusalStandsBesideItsFieldAndDisablesOk)
 {
     struct Refused
@@ -349,7 +445,7 @@ TEST(XObjectDlgTest, AGroupShowsWhatDiffersAndKeepsIt)
     prompts.AnswerColor(0x00112233u);
     const Act act = [](QDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), "Properties of 2 objects");
-        EXPECT_EQ(Find<QLineEdit>(dialog, "thick").placeholderText(), "*");
+        EXPECT_EQ(Find<QLineEdit>(dialog, "thick").placeholderText(), "mixed");
         EXPECT_TRUE(Find<QLineEdit>(dialog, "thick").text().isEmpty());
         EXPECT_EQ(Find<QCheckBox>(dialog, "hide").checkState(), Qt::PartiallyChecked);
         Type(dialog, "link", "both");
@@ -386,6 +482,7 @@ TEST(XObjectDlgTest, UnitsOwnPatternsAndLineEnds)
         QTest::keyClick(&unit, Qt::Key_Up);
         QComboBox& styles = Find<QComboBox>(dialog, "lineStyle");
         EXPECT_EQ(styles.currentText(), "Own pattern");
+        EXPECT_EQ(styles.findText("Selection"), -1) << "is a mark of the view";
         QTest::keyClick(&styles, Qt::Key_Home);
         QTest::keyClick(&styles, Qt::Key_End); // back to its own
         ChooseValue(dialog, "endShape", kXLineEndDiamond);
@@ -395,6 +492,53 @@ TEST(XObjectDlgTest, UnitsOwnPatternsAndLineEnds)
     EXPECT_EQ(line.GetThick(), 2.5);
     EXPECT_EQ(line.GetLineStyle(), own);
     EXPECT_EQ(endShape, kXLineEndDiamond);
+}
+
+// Digits that say nothing are not shown, and come to no harm.
+TEST(XObjectDlgTest, NumbersAreShownInTheUnitOfTheObject)
+{
+    const struct
+    {
+        int epsg; // 0: none is told
+        double x, thick;
+        const char* shown;
+        const char* size;
+        const char* unit;
+        const char* exact;
+    } rows[] = {
+        {31985, 290011.7791234567, 2.50049, "290011.779", "2.5", "metres", "290011.7791234567"},
+        {31985, -0.00012345678901, 0.0, "-0.000123457", "", "metres", "-0.00012345678901"},
+        {4326, -34.87130512345678, 0.1, "-34.871305123", "0.1", "degrees", "-34.87130512345678"},
+        {0, 290012.5, 1.0 / 3, "290012.5", "0.333", "world units", ""},
+        {0, 12.0 + 1e-13, 1e-20, "12", "1e-20", "world units", "12.0000000000001"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.shown);
+        XvcBase base;
+        XSpatialReference reference;
+        if (row.epsg) reference.importFromEPSG(row.epsg);
+        base.SetSR(&reference);
+        auto* layer = new XvcLayer;
+        base.AddTail(layer);
+        auto* line = new XvcLine({row.x, 0, 0}, {row.x, 1, 0});
+        line->SetEndSize(row.thick);
+        line->CalcRange();
+        layer->AddTail(line);
+        const Act act = [&row](QDialog& dialog) {
+            QLineEdit& x = Find<QLineEdit>(dialog, "startx");
+            EXPECT_EQ(x.text(), row.shown);
+            EXPECT_EQ(x.toolTip(), row.exact);
+            EXPECT_EQ(Find<QLineEdit>(dialog, "endSize").text(), row.size);
+            EXPECT_EQ(Find<QComboBox>(dialog, "endSize.unit").itemText(0), row.unit);
+            Type(dialog, "startx", "1");
+            Type(dialog, "startx", row.shown); // as it was
+            Type(dialog, "starty", "1");
+            Press(dialog, Qt::Key_Return);
+        };
+        EXPECT_EQ(Open(XObjectDialog::Line, line, nullptr, act), 1);
+        EXPECT_EQ(line->GetStartVertex().x, row.x);
+        EXPECT_EQ(line->GetEndSize(), row.thick);
+    }
 }
 
 TEST(XObjectDlgTest, ARectangleTurnedOrPulledOverKeepsItsPlace)
@@ -515,9 +659,15 @@ TEST(XObjectDlgTest, TheFirstFieldHasTheFocusAndEveryControlAName)
 
 TEST(CTextInputDlgTest, EnterTakesShiftEnterBreaksEscapeDrops)
 {
-    const auto input = [](bool isTaken, XString& text) {
-        QTimer::singleShot(0, qApp, [isTaken] {
-            auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    enum class End { Enter, Escape, PressBeside };
+    QWidget beside;
+    beside.show();
+    const auto input = [&beside](End end, XString& text) {
+        QTimer::singleShot(0, qApp, [&beside, end] {
+            QDialog* dialog = nullptr;
+            for (QWidget* window : QApplication::topLevelWidgets())
+                if (window->objectName() == "textInput") dialog = qobject_cast<QDialog*>(window);
+            ASSERT_NE(dialog, nullptr);
             EXPECT_EQ(dialog->geometry().topLeft(), QPoint(30, 40));
             EXPECT_EQ(dialog->width(), 90);
             EXPECT_LE(dialog->height(), 25 + 8) << "it covers its box, not the view";
@@ -528,7 +678,10 @@ TEST(CTextInputDlgTest, EnterTakesShiftEnterBreaksEscapeDrops)
             QTest::keyClick(edit, Qt::Key_Return, Qt::ShiftModifier);
             EXPECT_GT(dialog->height(), height) << "it grows with its text";
             QTest::keyClicks(edit, "two");
-            QTest::keyClick(edit, isTaken ? Qt::Key_Enter : Qt::Key_Escape);
+            if (end == End::PressBeside)
+                QTest::mouseClick(&beside, Qt::LeftButton);
+            else
+                QTest::keyClick(edit, end == End::Enter ? Qt::Key_Enter : Qt::Key_Escape);
         });
         tagXTextInputCall call;
         call.x = 30;
@@ -538,10 +691,13 @@ TEST(CTextInputDlgTest, EnterTakesShiftEnterBreaksEscapeDrops)
         return XvcObjectDialogs().InputText(call, text);
     };
     XString text = "old";
-    EXPECT_EQ(input(false, text), 2);
+    EXPECT_EQ(input(End::Escape, text), 2);
     EXPECT_STREQ(text, "old");
-    EXPECT_EQ(input(true, text), 1);
-    EXPECT_STREQ(text, "one\n\ntwo");
+    for (const End end : {End::Enter, End::PressBeside}) {
+        EXPECT_EQ(input(end, text), 1);
+        EXPECT_STREQ(text, "one\n\ntwo");
+        text = "old";
+    }
 }
 
 } // namespace

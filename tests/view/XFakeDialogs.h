@@ -80,6 +80,7 @@ class XFakePaletteDlg : public XFakeWindow<XViewPaletteDlg>
 public:
     explicit XFakePaletteDlg(XFakeDialogLog& log) : XFakeWindow(log, "palette") {}
     void SetXDMComposite(XDMComposite* composite) override { m_composite = composite; }
+    XDMComposite* GetXDMComposite() const override { return m_composite; }
     void SetValueRange(double low, double high, int dataType) override
     {
         Note("range");

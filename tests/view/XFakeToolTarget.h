@@ -58,6 +58,7 @@ public:
     {
         raised.insert(raised.end(), buffers);
     }
+    void ShowMoved(XViewReason reason) override { ShowAll(reason); }
     void RepaintFor(XViewReason reason) override { log.push_back(static_cast<int>(reason)); }
     void RubberBandChanged() override { ++bandChanges; }
     void Report(XViewReport code, const void* parameter) override

@@ -101,6 +101,7 @@ TEST_F(XRenderWorkerTest, WhichPassesRunAtWhichLevelsAndWhatIsShown)
         const char* log;
         std::vector<int> levels; // in the end
     };
+    const Ranges kTwo = {{0, 1}, {0, 3}};
     const Case kCases[] = {
         {"no composite", {}, false, false, 0, "none!.", {}},
         {"one level", {{2, 2}}, false, false, 0, "2!.", {2}},
@@ -111,13 +112,7 @@ TEST_F(XRenderWorkerTest, WhichPassesRunAtWhichLevelsAndWhatIsShown)
         {"in the coarse pass", {{0, 2}}, false, false, 1, "2! 2! 1! 0!.", {0}},
         {"in a later pass", {{0, 2}}, false, false, 2, "2! 1 2! 1! 0!.", {0}},
         {"in the last pass", {{0, 2}}, false, false, 3, "2! 1! 0 2! 1! 0!.", {0}},
-        {"on top at its maximum",
-         {{0, 1}, {0, 3}},
-         false,
-         false,
-         2,
-         "1,3! 1,2! 1,3! 1,2! 1,1! 0,0!.",
-         {0, 0}},
+        {"on top at its maximum", kTwo, false, false, 2, "1,3! 1,2! 1,3! 1,2! 1,1! 0,0!.", {0, 0}},
         {"one level on top", {{0, 0}, {0, 2}}, false, false, 0, "0,2!.", {-1, -1}},
         {"the same, refined", {{0, 0}, {0, 2}}, false, true, 0, "0,2! 0,2! 0,1! 0,0!.", {0, 0}},
         {"a request in a refining sweep", {{0, 2}}, true, true, 3, "2! 2! 1 2! 1! 0!.", {0}},

@@ -75,6 +75,11 @@ TEST(XSelectToolTest, EveryGestureEndsAsItShould)
         EXPECT_EQ(stage.GetSelected(), c.selected);
         EXPECT_EQ(stage.GetReports(), c.reports);
         EXPECT_EQ(stage.GetSteps(), c.steps);
+        const std::string reports = c.reports;
+        if (reports.ends_with("85") || reports.ends_with("79")) {
+            EXPECT_LT(stage.target.log.back(), 40000) << "what the host changed in it is shown";
+            EXPECT_TRUE(stage.target.IsRaised(XViewBuffer::MainVertex));
+        }
         EXPECT_FALSE(stage.target.band.IsShown());
         EXPECT_FALSE(stage.target.state.isButtonDrag);
         EXPECT_FALSE(stage.target.commands.IsModifying());
@@ -184,6 +189,25 @@ TEST(XSelectToolTest, AnUndoInBetweenEndsTheGesture)
             EXPECT_EQ(stage.GetSteps(), 0);
         }
     }
+}
+
+TEST(XSelectToolTest, WhatAReportLeavesOfADragIsAStep)
+{
+    XToolStage stage(0, kTwo);
+    stage.Play("down 40,20 move 45,25 up down 10,10 move 90,90 up down 45,25 move 55,35");
+    stage.target.onReport = [&](XViewReport code) {
+        if (code == XViewReport::BeforeModify)
+            stage.target.commands.Undo(stage.target.selection.GetList());
+    };
+    stage.Play("up");
+    const char* const after = "Line 20,20 60,20; Line 30,50 70,50";
+    EXPECT_EQ(stage.GetDrawing(), after) << "the first is another one, at its place of old";
+    ASSERT_EQ(stage.GetSteps(), 1);
+    XObList selection;
+    stage.target.commands.Undo(&selection);
+    EXPECT_EQ(stage.GetDrawing(), kTwo);
+    stage.target.commands.Redo(&selection);
+    EXPECT_EQ(stage.GetDrawing(), after);
 }
 
 TEST(XRotateToolTest, TurnsAboutTheMiddleOfTheView)

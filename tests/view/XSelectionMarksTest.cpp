@@ -21,7 +21,8 @@
 #include "foundation/vector/XvcRectangle.h"
 #include "foundation/vector/XvcScaleBar.h"
 #include "foundation/vector/XvcSymbol.h"
-#include "tests/view/XProgressiveFixture.h"
+#include "tests/view/XViewFixture.h"
+#include "view/XViewFrame.h"
 
 namespace {
 
@@ -192,52 +193,40 @@ TEST_F(XSelectionMarksTest, TheObjectUnderConstructionIsSeenWhileNothingIsSelect
     view.GetObjectManager().m_currentObject = nullptr;
 }
 
-using XDragTest = XProgressiveFixture;
-
-TEST_F(XDragTest, OnlyTheOverlayIsMadeAnewAtEachMove)
+TEST_F(XSelectionMarksTest, VeryManyAreMarkedCoarsely)
 {
-    XSlowBand band(2048, 1024);
-    ShowBand(&band);
-    view.SetWorldPerPixel(1, 1);
-    view.SetWorldToCenter(500, -500);
-    auto* line = new XvcLine({480, -520, 0}, {520, -480, 0});
-    line->CalcRange();
-    view.GetEditLayer()->AddTail(line);
-    for (const int isProgressive : {0, 1}) {
-        SCOPED_TRACE(isProgressive);
-        view.SetProgressiveView(isProgressive);
-        view.SetMode(0);
-        view.InvalidateControl(1);
-        Settle();
-        QImage before = Shown();
-        const auto recording = view.GetVertexBuffer()->GetRecording();
-        host.Forget();
-        XTileCache::Get().Clear(); // whatever were drawn would be read
-        band.readCount = 0;
-        const auto expectOverlay = [&] {
-            Settle();
-            const QImage after = Shown();
-            EXPECT_NE(after, before);
-            before = after;
-            EXPECT_EQ(view.GetVertexBuffer()->GetRecording(), recording);
-            EXPECT_EQ(band.readCount, 0);
-            EXPECT_EQ(Count(41061) + Count(41062), 0);
-        };
-        Drag(Qt::LeftButton, {300, 20}, {150, 150}); // selects by a band
-        expectOverlay();
-        Mouse(QEvent::MouseButtonPress, 200, 100, Qt::LeftButton, Qt::LeftButton);
-        for (int x = 205; x <= 215; x += 5) {
-            Mouse(QEvent::MouseMove, x, 100, Qt::NoButton, Qt::LeftButton);
-            expectOverlay();
-        }
-        Mouse(QEvent::MouseButtonRelease, 215, 100, Qt::LeftButton, Qt::NoButton);
-        Settle();
-        EXPECT_NE(view.GetVertexBuffer()->GetRecording(), recording);
-        EXPECT_GT(band.readCount, 0);
-        view.Undo();
+    XvcPoint points[] = {{10, 10}, {10.5, 10.5}, {40, 40}}; // a cell is 2 units wide
+    const auto area = Make<XvcPolygon>(kPath);
+    for (XvcPoint& point : points) {
+        point.CalcRange();
+        view.GetSelectedObj()->AddTail(&point);
     }
-    view.QueCancel();
-    view.GetXDMCompManager()->RemoveXDMCompositeAll();
+    view.GetSelectedObj()->AddTail(area.get());
+    view.SetFullMarkCount(5);
+    EXPECT_GT(FindSquares().size(), 4u);
+    view.SetFullMarkCount(4);
+    EXPECT_EQ(FindSquares(), (Places{{10, 10}, {40, 40}}));
+    EXPECT_EQ(Record().GetCommands().size(), 3u) << "and the range of the area";
+    view.GetSelectedObj()->RemoveAll();
+}
+
+TEST(XLayOverlayTest, MarksAreEncasedAndSeen)
+{
+    const QRgb grounds[] = {0xFF00E000u, 0xFF808080u, 0xFFFFFFFFu, 0xFF000000u};
+    for (const QRgb ground : grounds) {
+        QImage picture(4, 4, QImage::Format_RGB32), overlay(4, 4, QImage::Format_RGB32);
+        picture.fill(ground);
+        overlay.fill(0xFF000000u);
+        overlay.setPixel(0, 0, 0xFF00FF00u); // in a corner: nothing beyond is touched
+        overlay.setPixel(1, 0, 0xFF00FF00u);
+        XfnLayOverlay(picture, overlay);
+        const QRgb mark = picture.pixel(1, 0), casing = picture.pixel(1, 1);
+        EXPECT_EQ(mark, picture.pixel(0, 0));
+        EXPECT_EQ(casing, picture.pixel(2, 0));
+        EXPECT_EQ(casing, mark == 0xFF000000u ? 0xFFFFFFFFu : 0xFF000000u);
+        EXPECT_EQ(picture.pixel(2, 1), ground) << "no more than four sides";
+        EXPECT_EQ(picture.pixel(1, 2), ground);
+    }
 }
 
 } // namespace

@@ -99,6 +99,7 @@ TEST(XShapeToolTest, EveryGestureEndsAsItShould)
         const bool keepsSelection = !*c.reports || c.mode == 109 || c.mode == 106;
         EXPECT_EQ(stage.GetSelected(), isMade ? "1" : keepsSelection ? "0" : "");
         if (!*c.reports) continue;
+        EXPECT_LT(stage.target.log.back(), 40000) << "what the host changed in it is shown";
         EXPECT_EQ(stage.target.created.object, isMade ? stage.target.layer->GetTail() : nullptr);
         EXPECT_EQ(stage.target.created.undo != nullptr, isMade);
         for (XViewBuffer buffer : {XViewBuffer::MainVertex, XViewBuffer::MainBack,

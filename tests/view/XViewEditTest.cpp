@@ -193,9 +193,46 @@ TEST_F(XViewEditTest, ALayerThatGoesTakesItsStepsAlong)
         EXPECT_EQ(view.GetUnDoStack()->GetSize(), 0);
         Draw(kDrawing);
     }
+    XvcBase others;
+    auto* seen = new XvcLayer;
+    for (XvcLayer* other : {new XvcLayer, new XvcLayer, seen})
+        others.AddTail(other);
+    static_cast<XvcLayer*>(others.GetHead())->SetHideFlag(1);
+    static_cast<XvcLayer*>(others.GetAt(others.FindIndex(1)))->SetLockFlag(1);
+    view.GetExtBaseList()->AddTail(&others);
     view.ForgetLayers(*view.GetInnBaseList());
+    EXPECT_EQ(view.GetEditLayer(), seen) << "one that can be drawn in";
+    XObList all;
+    all.AddTail(view.GetInnBaseList()->GetHead());
+    all.AddTail(&others);
+    view.ForgetLayers(all);
+    view.GetExtBaseList()->RemoveAll();
     ASSERT_NE(view.GetEditLayer(), nullptr) << "never without one";
-    EXPECT_NE(view.GetEditLayer(), layer);
+    EXPECT_NE(view.GetEditLayer(), seen);
+}
+
+TEST_F(XViewEditTest, ALayerAtTheAddressOfAnotherHasNoneOfItsSteps)
+{
+    XvcBase lent;
+    view.GetExtBaseList()->AddTail(&lent);
+    alignas(XvcLayer) unsigned char place[sizeof(XvcLayer)];
+    auto* going = new (place) XvcLayer;
+    lent.AddTail(going);
+    XfnDraw(*going, "Point 300,100");
+    Drag(Qt::LeftButton, {300, 100}, {300, 120});
+    Drag(Qt::LeftButton, {100, 50}, {100, 60});
+    lent.RemoveAll(); // nobody is told
+    going->~XvcLayer();
+    auto* fresh = new (place) XvcLayer;
+    lent.AddTail(fresh);
+    XfnDraw(*fresh, "Point 310,150");
+    view.Undo();
+    view.Undo();
+    EXPECT_EQ(XfnDescribeAll(*fresh), "Point 310,150");
+    EXPECT_EQ(Drawing(), kDrawing);
+    lent.RemoveAll();
+    fresh->~XvcLayer();
+    view.GetExtBaseList()->RemoveAll();
 }
 
 TEST_F(XViewEditTest, ATextBoxEndsItsEditingWhicheverWay)

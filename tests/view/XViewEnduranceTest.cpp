@@ -61,7 +61,7 @@ TEST_F(XViewEnduranceTest, AFileIsDeletedOrCutShortWhileShown)
         tagXGdalSample sample;
         sample.width = sample.height = 1500;
         sample.bands = 3;
-        sample.options = {"TILED=YES", "COMPRESS=DEFLATE"};
+        sample.options = "TILED=YES COMPRESS=DEFLATE";
         sample.overviews = {2, 4, 8};
         sample.value = [](int x, int y, int band) { return (x * 3 + y * 5 + band * 40) & 255; };
         const XString written = XfnWriteGdalSample(path, sample);

@@ -2,7 +2,9 @@
 #include "foundation/vector/XvcBase.h"
 #include "foundation/vector/XvcLayer.h"
 #include "foundation/vector/XvcPoint.h"
+#include "foundation/vector/XvcRectangle.h"
 #include "tests/view/XProgressiveFixture.h"
+#include "view/XViewKeys.h"
 
 #include <QPainter>
 
@@ -149,6 +151,62 @@ TEST_F(XViewProgressiveTest, ASelectionIsSeenWithoutDrawingTheRastersAnew)
     EXPECT_EQ(marked.copy(0, 0, 190, 200), before.copy(0, 0, 190, 200));
     view.SetMode(0);
     Settle();
+    view.GetXDMCompManager()->RemoveXDMCompositeAll();
+}
+
+// Also in a direct view: what is drawn here is the same in both.
+TEST_F(XViewProgressiveTest, ADragMovesTheObjectsAndLeavesTheRasters)
+{
+    XSlowBand band(2048, 1024);
+    ShowBand(&band);
+    auto* box = new XvcRectangle;
+    box->Set(600, -520, 0, 640, -480, 0);
+    box->SetFillStyle(tagXFillStyle(tagXFillStyle::kSolid));
+    box->SetForeColor(0xFF0000FFu);
+    box->CalcRange();
+    view.GetEditLayer()->AddTail(box);
+    view.SetMode(0);
+    const auto send = [this](unsigned message, int x) {
+        view.HandleMouseSelectMessage(view.GetHWND(), message, message == 514 ? 0 : 1,
+                                      static_cast<XLPARAM>(XfnPackPoint(x, 100)));
+    };
+    const QRgb red = qRgb(255, 0, 0);
+    for (const bool isProgressive : {true, false}) {
+        SCOPED_TRACE(isProgressive);
+        view.SetProgressiveView(isProgressive);
+        view.SetWorldPerPixel(1, 1);
+        view.SetWorldToCenter(700, -500); // the box lies from 100 to 140
+        view.InvalidateControl(1);
+        Paint();
+        Settle();
+        const QImage before = Shown();
+        ASSERT_EQ(before.pixel(120, 92), red);
+        send(513, 120);
+        Paint();
+        Settle();
+        XTileCache::Get().Clear();
+        for (const int x : {140, 220}) {
+            const int read = band.readCount;
+            host.Forget();
+            send(512, x);
+            Paint();
+            XfnRunUntil([this] { return Count(41062) > 0; }); // later where all is slow
+            Settle();
+            EXPECT_EQ(Count(41061), 1) << x;
+            EXPECT_EQ(Count(41062), 1) << x;
+            const bool isKept = isProgressive || x > 140; // a direct view keeps them from then on
+            EXPECT_EQ(band.readCount == read, isKept) << x;
+        }
+        const QImage moved = Shown();
+        EXPECT_EQ(moved.pixel(220, 92), red);
+        EXPECT_NE(moved.pixel(120, 92), red) << "nothing of it stays behind";
+        EXPECT_EQ(moved.copy(300, 0, 100, 200), before.copy(300, 0, 100, 200));
+        send(514, 220);
+        view.Undo();
+        Paint();
+        Settle();
+        view.GetSelectedObj()->RemoveAll();
+    }
     view.GetXDMCompManager()->RemoveXDMCompositeAll();
 }
 

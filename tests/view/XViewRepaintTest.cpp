@@ -25,6 +25,16 @@ protected:
         for (int i = 0; i < turns; ++i)
             QCoreApplication::processEvents();
     }
+    /// At the place whose colour Shown tells.
+    void AddBlueMark()
+    {
+        auto* point = new XvcPoint(100, 100);
+        point->SetType(2);
+        point->SetThick(40);
+        point->SetForeColor(kBlue);
+        point->SetFillStyle(tagXFillStyle(tagXFillStyle::kSolid));
+        view.GetEditLayer()->AddTail(point);
+    }
     long Drawings() const
     {
         const auto codes = host.GetFirstParameters();
@@ -104,12 +114,7 @@ TEST_F(XViewRepaintTest, AnObjectAddedWithinAReportIsSeen)
     int count = 0;
     onReport = [&](unsigned code) {
         if (code != 41061 || count++ > 0) return;
-        auto* point = new XvcPoint(100, 100);
-        point->SetType(2);
-        point->SetThick(40);
-        point->SetForeColor(kBlue);
-        point->SetFillStyle(tagXFillStyle(tagXFillStyle::kSolid));
-        view.GetEditLayer()->AddTail(point);
+        AddBlueMark();
         view.InvalidateControl(1);
     };
     view.InvalidateControl(1);
@@ -156,12 +161,7 @@ TEST_F(XViewRepaintTest, ABackgroundColourDoesNotHideWhatWaitsToBeDrawn)
 {
     Start();
     view.SetWorldToCenter(200, 100);
-    auto* point = new XvcPoint(100, 100);
-    point->SetType(2);
-    point->SetThick(40);
-    point->SetForeColor(kBlue);
-    point->SetFillStyle(tagXFillStyle(tagXFillStyle::kSolid));
-    view.GetEditLayer()->AddTail(point);
+    AddBlueMark();
     view.InvalidateControl(1);
     view.SetBackgroundColor(kGreen);
     Settle();

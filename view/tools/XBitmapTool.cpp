@@ -51,6 +51,8 @@ bool XBitmapTool::IsPoint() const
 
 int XBitmapTool::ChooseFile(XvcBitmap& picture) const
 {
+    const int chosen = GetTarget().ChoosePicture(picture);
+    if (chosen >= 0) return chosen;
     const XHWND owner = GetTarget().GetOwnerWindow();
     tagXFilePrompt prompt;
     prompt.filter = "BMP File(*.bmp)|*.bmp||";

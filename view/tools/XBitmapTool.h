@@ -6,8 +6,9 @@ class XvcBitmap;
 
 /// The tool of mode 109: puts a picture of a file into a box, see XBoxTool.
 ///
-///   building --release--> idle  asks for the file; a picture that is not read is refused like one
-///                               that is not chosen: the mode and the selection stay
+///   building --release--> idle  asks for the file; one that cannot be read is told in a box, and
+///                               refused like one that is not chosen: the mode and the selection
+///                               stay
 ///
 /// While the box grows it shows "tqs.bmp" of the program's folder, or plain white.
 class XAPI XBitmapTool final : public XBoxTool

@@ -5,6 +5,7 @@
 #include "foundation/vector/XvcTextBox.h"
 #include "view/XGVMessageManager.h"
 #include "view/XGVSelectedObjs.h"
+#include "view/XLayerWalk.h"
 #include "view/XToolState.h"
 #include "view/XViewMapping.h"
 #include "view/tools/XSelectionDrag.h"
@@ -38,6 +39,23 @@ void InsertInOrder(XObList& selection, XvcObj& object)
         return;
     }
     selection.AddTail(&object);
+}
+
+// Of some objects, which may have gone, those that lie in a layer of the target and are as they
+// were: another object at the address of one has another number.
+std::vector<XvcObj*> ListUnchanged(XToolTarget& target, const std::vector<XvcObj*>& objects,
+                                   const std::vector<std::uint32_t>& states)
+{
+    std::unordered_set<const XObject*> found;
+    for (XObList* bases : {target.GetInnBaseList(), target.GetExtBaseList()})
+        for (const XvcLayer* layer : XfnListLayers(*bases))
+            for (__POSITION* pos = layer->GetHeadPosition(); pos;)
+                found.insert(layer->GetNext(pos));
+    std::vector<XvcObj*> unchanged;
+    for (std::size_t i = 0; i < objects.size(); ++i)
+        if (found.contains(objects[i]) && objects[i]->Refresh() == states[i])
+            unchanged.push_back(objects[i]);
+    return unchanged;
 }
 
 } // namespace
@@ -84,9 +102,8 @@ void XSelectTool::Press(const tagXToolEvent& event)
     state.isButtonDrag = 1;
     XvcObj* object = nullptr;
     if (!HitSelection(event)) {
-        object = XfnHitTestBases(*GetTarget().GetInnBaseList(), *GetTarget().GetExtBaseList(),
-                                 event.worldX, event.worldY,
-                                 XfnHitTolerance(GetTarget().GetViewMapping()), state.hit);
+        object = GetTarget().FindObject(event.worldX, event.worldY,
+                                        XfnHitTolerance(GetTarget().GetViewMapping()), state.hit);
         if (object) {
             Select(*object, event.IsCtrl());
         } else {
@@ -114,7 +131,7 @@ void XSelectTool::Move(const tagXToolEvent& event)
     XfnDragSelection(*selection.GetList(), state.hit, state.pointer.x - state.anchor.x,
                      state.pointer.y - state.anchor.y);
     state.anchor = state.pointer;
-    GetTarget().ShowOverlay();
+    GetTarget().ShowMoved();
 }
 
 void XSelectTool::Release(const tagXToolEvent&)
@@ -133,11 +150,14 @@ void XSelectTool::Release(const tagXToolEvent&)
     if (state.start != state.previous && !GetTarget().GetMessageManager().IsNoMultiSelect())
         SelectInBand();
     if (isMoved)
-        GetTarget().ShowAll();
+        GetTarget().ShowMoved();
     else
         GetTarget().ShowOverlay();
-    if (!selection.IsEmpty())
-        GetTarget().Report(XViewReport::SelectionFinished, selection.GetList());
+    const bool isTold = !selection.IsEmpty();
+    const auto life = GetTarget().GetLife();
+    if (isTold) GetTarget().Report(XViewReport::SelectionFinished, selection.GetList());
+    // what the host changed in it is to be seen
+    if (!life.expired() && isTold) GetTarget().ShowMoved();
 }
 
 // Answers false when the target has gone meanwhile.
@@ -148,6 +168,9 @@ bool XSelectTool::RecordDrag()
     const XObList& selection = *target.GetSelection().GetList();
     const tagXToolState state = target.GetToolState();
     const std::vector<XvcObj*> dragged = XfnListObjects(selection);
+    std::vector<std::uint32_t> states;
+    for (XvcObj* object : dragged)
+        states.push_back(object->Refresh());
     {
         XModifyScope step(target.GetCommands());
         target.Report(XViewReport::BeforeModify, &selection);
@@ -156,8 +179,14 @@ bool XSelectTool::RecordDrag()
             return false;
         }
         // a host that undid something meanwhile has others selected, which were not dragged
-        if (XfnListObjects(selection) != dragged) return true;
-        XfnRecordDrag(target.GetCommands(), selection, state.hit, state.press.x - state.release.x,
+        XObList recorded;
+        const bool isSame = XfnListObjects(selection) == dragged;
+        for (XvcObj* object : isSame ? dragged : ListUnchanged(target, dragged, states))
+            recorded.AddTail(object);
+        if (recorded.IsEmpty()) return true;
+        tagXHitFlag hit = state.hit;
+        if (dragged.size() > 1) hit.kind = tagXHitFlag::kBody;
+        XfnRecordDrag(target.GetCommands(), recorded, hit, state.press.x - state.release.x,
                       state.press.y - state.release.y);
         step.Commit();
     }

@@ -23,7 +23,8 @@ class XvcObj;
 /// What counts as selected is asked at each event, so a host may change it in between. Limit 2 (no
 /// moving) makes every drag a band, limit 8 (no multiple selection) lets a band select nothing. No
 /// step is kept of a drag that ends where it began, nor of one that began exactly on an axis of the
-/// world. While a drag lasts the layers' picture stays and the outlines move.
+/// world. Of what a host takes away in the report before (41080) none is kept either; the rest of
+/// what was dragged is.
 class XAPI XSelectTool final : public XViewTool
 {
 public:

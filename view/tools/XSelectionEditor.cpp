@@ -54,10 +54,34 @@ bool ChangeVertex(Vertices& object, const tagXHitFlag& hit, const tagXVector3& p
 
 } // namespace
 
-bool XSelectionEditor::IsOnlySelected(const XvcObj* object) const
+// What is selected lives. An object that has gone may have another at its address.
+bool XSelectionEditor::IsSelection(const std::vector<tagXEdited>& edited) const
 {
-    const XObList& list = *m_target.GetSelection().GetList();
-    return list.GetCount() == 1 && list.GetHead() == object;
+    const std::vector<XvcObj*> objects = XfnListObjects(*m_target.GetSelection().GetList());
+    return std::ranges::equal(objects, edited, [](const XvcObj* object, const tagXEdited& former) {
+        return object == former.object && object->GetRuntimeClass() == former.objectClass;
+    });
+}
+
+std::vector<XSelectionEditor::tagXEdited> XSelectionEditor::GetEdited() const
+{
+    std::vector<tagXEdited> edited;
+    for (XvcObj* object : XfnListObjects(*m_target.GetSelection().GetList()))
+        edited.push_back({object, object->GetRuntimeClass()});
+    return edited;
+}
+
+// The answer of a dialog, which may outlive the target.
+int XSelectionEditor::RunModal(tagXObjectDialogCall& call)
+{
+    XObjectDialogs* const dialogs = XObjectDialogs::Get();
+    if (!dialogs) return 0;
+    const auto life = m_target.GetLife();
+    call.owner = m_target.GetOwnerWindow();
+    call.areThere = [this, life, edited = GetEdited()] {
+        return !life.expired() && IsSelection(edited);
+    };
+    return dialogs->DoModal(call);
 }
 
 void XSelectionEditor::DoubleClick(const tagXToolEvent& event)
@@ -79,29 +103,28 @@ void XSelectionEditor::EditGroup()
 {
     const auto life = m_target.GetLife();
     const XObList& selection = *m_target.GetSelection().GetList();
-    const std::vector<XvcObj*> objects = XfnListObjects(selection);
+    const std::vector<tagXEdited> edited = GetEdited();
     m_target.Report(XViewReport::BeforeModify, &selection);
-    if (life.expired() || XfnListObjects(selection) != objects) return;
+    if (life.expired() || !IsSelection(edited)) return;
     XCommandManager& commands = m_target.GetCommands();
     {
         XModifyScope step(commands);
+        const std::vector<XvcObj*> objects = XfnListObjects(selection);
         std::vector<XvcObj*> before;
         before.reserve(objects.size());
         for (const XvcObj* object : objects)
             before.push_back(commands.CloneObject(object));
         tagXObjectDialogCall call;
         call.dialog = XObjectDialog::Group;
-        call.owner = m_target.GetOwnerWindow();
         call.objects = &selection;
-        XObjectDialogs* const dialogs = XObjectDialogs::Get();
-        const int result = dialogs ? dialogs->DoModal(call) : 0;
+        const int result = RunModal(call);
         if (life.expired()) {
             for (XvcObj* clone : before)
                 delete clone;
             step.Abandon();
             return;
         }
-        const bool isSame = XfnListObjects(selection) == objects;
+        const bool isSame = IsSelection(edited);
         if (isSame) {
             commands.RegisterModified(objects, before);
         } else { // undone meanwhile: the objects may have gone
@@ -112,7 +135,7 @@ void XSelectionEditor::EditGroup()
         if (result != 1 || !isSame) return;
         step.Commit();
     }
-    m_target.Report(XViewReport::AfterModify);
+    ReportModified();
 }
 
 void XSelectionEditor::EditVertex(XvcObj& object, const tagXToolEvent& event)
@@ -148,17 +171,16 @@ int XSelectionEditor::RunDialog(XvcObj& object)
     const auto* row = std::ranges::find_if(
         kDialogs, [&object](const char* name) { return IsNamed(object, name); },
         &tagXDialogRow::className);
-    XObjectDialogs* const dialogs = XObjectDialogs::Get();
-    if (row == std::end(kDialogs) || !dialogs) return 0;
+    if (row == std::end(kDialogs)) return 0;
     const auto life = m_target.GetLife();
+    const std::vector<tagXEdited> edited = GetEdited();
     tagXObjectDialogCall call;
     call.dialog = row->dialog;
-    call.owner = m_target.GetOwnerWindow();
     call.object = &object;
     if (const auto* line = dynamic_cast<const XvcLine*>(&object))
         call.endShapeID = line->GetEndShapeID();
-    const int result = dialogs->DoModal(call);
-    if (result != 1 || life.expired() || !IsOnlySelected(&object)) return result;
+    const int result = RunModal(call);
+    if (result != 1 || life.expired() || !IsSelection(edited)) return result;
     if (auto* line = dynamic_cast<XvcLine*>(&object)) line->SetEndShapeID(call.endShapeID);
     object.CalcRange();
     return result;
@@ -167,8 +189,9 @@ int XSelectionEditor::RunDialog(XvcObj& object)
 void XSelectionEditor::EditObject(XvcObj& object)
 {
     const auto life = m_target.GetLife();
+    const std::vector<tagXEdited> edited = GetEdited();
     m_target.Report(XViewReport::BeforeModify, m_target.GetSelection().GetList());
-    if (life.expired() || !IsOnlySelected(&object)) return;
+    if (life.expired() || !IsSelection(edited)) return;
     XCommandManager& commands = m_target.GetCommands();
     {
         XModifyScope step(commands);
@@ -179,10 +202,18 @@ void XSelectionEditor::EditObject(XvcObj& object)
             return;
         }
         m_target.ShowAll();
-        if (!IsOnlySelected(&object)) return; // undone meanwhile: the object may have gone
+        if (!IsSelection(edited)) return; // undone meanwhile: the object may have gone
         commands.RegisterObjAfterModify(&object);
         if (result != 1) return;
         step.Commit();
     }
+    ReportModified();
+}
+
+// And shows what the host made of it.
+void XSelectionEditor::ReportModified()
+{
+    const auto life = m_target.GetLife();
     m_target.Report(XViewReport::AfterModify);
+    if (!life.expired()) m_target.ShowAll();
 }

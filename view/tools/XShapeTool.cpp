@@ -59,7 +59,7 @@ void XShapeTool::GiveAttributes(XvcObj& object, Fill fill) const
 void XShapeTool::ShowCurrent(XViewReason reason)
 {
     if (XvcObj* const object = GetTarget().GetObjectManager().m_currentObject) object->CalcRange();
-    GetTarget().ShowOverlay(reason);
+    GetTarget().ShowMoved(reason);
 }
 
 int XShapeTool::AskProperties(XvcObj& object) const
@@ -104,12 +104,15 @@ void XShapeTool::Insert()
     target.GetMessageManager().ChangeToPostMode();
     target.GetSelection().Clear();
     target.GetSelection().GetList()->AddTail(object);
-    target.ShowAll(GetFinishReason());
+    target.ShowMoved(GetFinishReason());
 
     const XViewReport ownReport = m_ownReport;
+    const XViewReason reason = GetFinishReason();
     const auto life = target.GetLife();
     target.Report(XViewReport::ToolFinished, &created);
     if (!life.expired()) target.Report(ownReport, IsInLayer(object) ? object : nullptr);
+    // what the host changed in them is to be seen
+    if (!life.expired()) target.ShowMoved(reason);
 }
 
 // A host may have undone what it was told of.
@@ -129,13 +132,15 @@ void XShapeTool::Refuse(Keep keep)
     target.GetToolState().pointer = {};
     if (keep != Keep::SelectionAndMode) target.GetMessageManager().ChangeToPostMode();
     if (keep == Keep::Nothing) target.GetSelection().Clear();
-    target.ShowAll(GetFinishReason());
+    target.ShowMoved(GetFinishReason());
 
     const tagXCreatedReport created = {nullptr, nullptr};
     const XViewReport ownReport = m_ownReport;
+    const XViewReason reason = GetFinishReason();
     const auto life = target.GetLife();
     target.Report(XViewReport::ToolFinished, &created);
     if (!life.expired()) target.Report(ownReport);
+    if (!life.expired()) target.ShowMoved(reason);
 }
 
 void XShapeTool::Drop()

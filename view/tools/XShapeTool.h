@@ -23,7 +23,8 @@ class XvcObj;
 /// The object under construction is the state, and it outlives a change of the mode: Escape drops
 /// it, and so does the press of a tool that builds another class. With limit 4, and without dialogs
 /// bound, nothing is asked.
-/// A tool sends reports last, with everything in order before them.
+/// A tool sends reports with everything in order before them, and shows once more what a host made
+/// of it.
 class XAPI XShapeTool : public XViewTool
 {
 public:

@@ -5,6 +5,7 @@
 #include "view/XViewOverlay.h"
 #include "view/XViewReason.h"
 #include "view/XViewReports.h"
+#include "view/tools/XToolHit.h"
 
 #include <QPoint>
 
@@ -18,6 +19,7 @@ class XGVRubberBand;
 class XGVSelectedObjs;
 class XObList;
 class XViewMapping;
+class XvcBitmap;
 class XvcLayer;
 struct tagXToolState;
 
@@ -48,9 +50,20 @@ public:
     virtual XCommandManager& GetCommands() = 0;
     virtual XObList* GetInnBaseList() = 0;
     virtual XObList* GetExtBaseList() = 0;
+    /// The object that a press at a world point means, within a tolerance in world lengths: the
+    /// frontmost of the first base that has one, the inner bases before the external ones.
+    /// @param hit  where it was hit; left alone when there is none
+    virtual XvcObj* FindObject(double worldX, double worldY, double tolerance, tagXHitFlag& hit)
+    {
+        return XfnHitTestBases(*GetInnBaseList(), *GetExtBaseList(), worldX, worldY, tolerance,
+                               hit);
+    }
     virtual XViewMapping& GetViewMapping() = 0; ///< of both surfaces
     virtual XGVRubberBand& GetRubberBand() = 0;
 
+    /// Lets the user choose a picture for what the tool of mode 109 is drawing.
+    /// @return 1 when it has one, 0 when there is none; below 0: the tool asks itself, for BMP
+    virtual int ChoosePicture(XvcBitmap&) { return -1; }
     virtual XHWND GetOwnerWindow() const = 0;   ///< of dialogs and text editors
     virtual QPoint GetScreenOrigin() const = 0; ///< upper left corner, device pixels of the screen
     virtual void RotateBy(double angleDeg) = 0; ///< adds to the angle of the view, and shows it
@@ -64,6 +77,10 @@ public:
         RaiseFlags({XViewBuffer::TempVertex, XViewBuffer::TempBack});
         RepaintFor(reason);
     }
+    /// Objects changed, and nothing else: the whole picture is drawn anew, with its reports, but the
+    /// rasters stay as they were drawn last. Where that takes long the marks come first, and the rest
+    /// follows as often as it can.
+    virtual void ShowMoved(XViewReason reason = XViewReason::Invalidate) = 0;
     /// The objects of all layers too.
     void ShowAll(XViewReason reason = XViewReason::Invalidate)
     {
