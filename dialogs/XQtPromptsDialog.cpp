@@ -1,5 +1,6 @@
 #include "dialogs/XQtPromptsDialog.h"
 
+#include "dialogs/XFileDialog.h"
 #include "dialogs/XOwnerWidget.h"
 #include "foundation/platform/XFileFilter.h"
 #include "foundation/platform/XQtText.h"
@@ -7,6 +8,7 @@
 #include <QColorDialog>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QMessageBox>
 
 namespace {
@@ -76,7 +78,8 @@ XPrompts::XAnswer XQtPromptsDialog::AskYesNoCancel(XHWND parent, const XString& 
 int XQtPromptsDialog::OpenFiles(XHWND parent, tagXFilePrompt& prompt, bool isMulti,
                                 std::vector<XString>& paths)
 {
-    return RunFileDialog(parent, prompt, false, isMulti, paths);
+    return prompt.hasRasterPreview ? RunRasterDialog(parent, prompt, isMulti, paths)
+                                   : RunFileDialog(parent, prompt, false, isMulti, paths);
 }
 
 int XQtPromptsDialog::SaveFile(XHWND parent, tagXFilePrompt& prompt, XString& path)
@@ -116,6 +119,22 @@ int XQtPromptsDialog::RunFileDialog(XHWND parent, tagXFilePrompt& prompt, bool i
     m_folders.insert(kind, QFileInfo(chosen.front()).path());
     prompt.filterIndex = filter.FindNameFilter(dialog.selectedNameFilter());
     return 1;
+}
+
+int XQtPromptsDialog::RunRasterDialog(XHWND parent, tagXFilePrompt& prompt, bool isMulti,
+                                      std::vector<XString>& paths)
+{
+    paths.clear();
+    XFileDialog dialog(XfnFindOwnerWidget(parent), 1, isMulti);
+    if (!prompt.title.IsEmpty()) dialog.setWindowTitle(XfnToQString(prompt.title));
+    if (!prompt.filter.IsEmpty()) dialog.SetFilter(prompt.filter);
+    dialog.SetFilterIndex(prompt.filterIndex);
+    dialog.SetFolder(prompt.folder);
+    dialog.SetComplexAllowed(1); // who asks for paths knows what to do with them
+    if (dialog.DoModal() != XFileDialog::kOk) return 0;
+    paths = dialog.GetFilePaths();
+    prompt.filterIndex = dialog.GetFilterIndex();
+    return !paths.empty();
 }
 
 int XQtPromptsDialog::ChooseFolder(XHWND parent, const XString& title, XString& path)

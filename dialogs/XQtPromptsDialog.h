@@ -12,9 +12,10 @@
 ///     XQtPromptsDialog prompts;
 ///     XPrompts::Set(&prompts);
 ///
-/// File prompts are native where the desktop has native ones. They remember, for each filter, the
-/// folder where the last one ended. Long messages keep their line breaks and can be selected with
-/// the mouse. The parent is found by its handle; a handle of no widget gives a box without parent.
+/// File prompts are native where the desktop has native ones, but for those with a preview. They
+/// remember, for each filter, the folder where the last one ended. Long messages keep their line
+/// breaks and can be selected with the mouse. The parent is found by its handle; a handle of no
+/// widget gives a box without parent.
 /// Threads: UI thread.
 class XAPI XQtPromptsDialog : public XPrompts
 {
@@ -39,6 +40,9 @@ public:
 private:
     int RunFileDialog(XHWND parent, tagXFilePrompt& prompt, bool isSaving, bool isMulti,
                       std::vector<XString>& paths);
+
+    int RunRasterDialog(XHWND parent, tagXFilePrompt& prompt, bool isMulti,
+                        std::vector<XString>& paths);
 
     bool m_isNative = true;
     QHash<QString, QString> m_folders; // last folder of each filter

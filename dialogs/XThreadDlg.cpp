@@ -4,10 +4,12 @@
 #include "foundation/platform/XTempFolder.h"
 #include "foundation/platform/XThread.h"
 
+#include <QEventLoop>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -32,6 +34,7 @@ XThreadDlg::XThreadDlg(QWidget* parent)
     m_percentLabel->setObjectName("thread.percent");
     m_unitLabel->setObjectName("thread.unit");
     m_cancel->setObjectName("thread.cancel");
+    m_cancel->setAutoDefault(false);
     m_messageLabel->setTextFormat(Qt::PlainText);
     m_messageLabel->setMinimumWidth(kBarWidth);
     m_bar->setTextVisible(false);
@@ -64,24 +67,32 @@ int XThreadDlg::DoModal()
 {
     XfnMakeTempFolder();
     setModal(true);
-    m_isReady = 1;
     m_isEnded = 0;
-    m_bar->setRange(0, m_isMarquee ? 0 : 100);
-    if (m_isMarquee) m_unit = "";
-    ShowState();
-    show();
-    StartWork();
-    const int result = exec() == QDialog::Accepted ? kOk : kCancel;
+    OnInitDialog();
+    if (m_showDelayMs > 0) WaitUnseen();
+    const int code = m_isEnded ? result() : exec();
     m_isReady = 0;
     m_percent = kNoPercent;
     m_thread->Terminate();
     m_thread->Wait();
-    return result;
+    return code == QDialog::Accepted ? kOk : kCancel;
 }
 
-void XThreadDlg::StartWork()
+void XThreadDlg::WaitUnseen()
 {
-    m_thread = std::make_unique<XThread>();
+    QEventLoop loop;
+    QObject::connect(this, &QDialog::finished, &loop, &QEventLoop::quit);
+    QTimer::singleShot(m_showDelayMs, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+}
+
+void XThreadDlg::OnInitDialog()
+{
+    m_thread = std::make_unique<XThread>(); // ends the one before
+    m_isReady = 1;
+    m_bar->setRange(0, m_isMarquee ? 0 : 100);
+    if (m_isMarquee) m_unit = "";
+    ShowState();
     XThread* const thread = m_thread.get();
     const auto work = [this, thread](void*) -> unsigned {
         XString error;
@@ -101,9 +112,14 @@ void XThreadDlg::StartWork()
 XLRESULT XThreadDlg::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM lParam)
 {
     if (message != kXThreadMessage) return XMessageWindow::OnWindowMessage(message, wParam, lParam);
-    const XThread* const thread = m_thread.get();
     // reports that were under way when the work ended show its end once more
-    if (!thread || reinterpret_cast<XWPARAM>(thread) != wParam || m_isEnded) return 0;
+    if (m_thread && reinterpret_cast<XWPARAM>(m_thread.get()) == wParam && !m_isEnded)
+        OnThreadCallback(m_thread.get(), static_cast<int>(lParam));
+    return 0;
+}
+
+void XThreadDlg::OnThreadCallback(XThread* thread, int percent)
+{
     switch (thread->GetStatus()) {
     case kXThreadSuccess:
         m_isEnded = 1;
@@ -114,10 +130,10 @@ XLRESULT XThreadDlg::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM l
     case kXThreadFail:
         m_isEnded = 1;
         OnCallbackFail(m_processOwner, thread->GetText());
-        reject();
+        OnTerminate();
         break;
     case kXThreadPercent:
-        OnCallbackPercent(m_processOwner, static_cast<int>(lParam));
+        OnCallbackPercent(m_processOwner, percent);
         break;
     case kXThreadText:
         OnCallbackText(m_processOwner, thread->GetText());
@@ -125,10 +141,9 @@ XLRESULT XThreadDlg::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM l
     default:
         break;
     }
-    return 0;
 }
 
-void XThreadDlg::reject()
+void XThreadDlg::OnTerminate()
 {
     m_isEnded = 1;
     Terminate();

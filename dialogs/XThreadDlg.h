@@ -24,7 +24,8 @@ class XThread;
 /// Cancelling: the button, Escape and closing the window raise the thread's stop flag and close
 /// the window at once. DoModal returns when the work has ended, since the work runs on the object
 /// of the subclass: work that looks at its stop flag now and then ends soon, work that does not
-/// keeps the caller waiting, and in no case does it meet memory that was freed.
+/// keeps the caller waiting, and in no case does it meet memory that was freed. No key but Escape
+/// cancels: the Return that began the work may still be held down.
 /// The inputs of the work are set before DoModal and stay as they are until it returns.
 /// Threads: user interface only, but for ThreadProcess, which runs on the worker. Status and text
 /// of a report are read when it arrives, so a later one may have overwritten them; percents travel
@@ -53,6 +54,9 @@ public:
     /// Non-zero before DoModal: the bar shows that something happens, not how far it is, and the
     /// unit is empty.
     void SetMarquee(int isOn) { m_isMarquee = isOn; }
+    /// Work that ends within so many milliseconds shows no window; input of the user waits meanwhile.
+    /// 0, as at first, shows it at once.
+    void SetShowDelay(int milliseconds) { m_showDelayMs = milliseconds; }
     void EnableXDMOutputEncryption(int isOn) { m_isOutputEncrypted = isOn; } ///< carried for hosts
     int IsXDMOutputEncryptionEnabled() const { return m_isOutputEncrypted; }
 
@@ -72,12 +76,17 @@ protected:
     /// @return non-zero on success
     virtual int ThreadProcess(void* owner, XString& error, XThread* thread) = 0;
 
-    void reject() override; ///< cancels
+    /// Starts the work and shows what was set before. An earlier worker is stopped and gone by then.
+    virtual void OnInitDialog();
+    /// A report of the worker has come.
+    virtual void OnThreadCallback(XThread* thread, int percent);
+    virtual void OnTerminate(); ///< stops the work and closes the dialog as cancelled
+    void reject() override { OnTerminate(); }
 
 private:
     static constexpr int kNoPercent = -1;
 
-    void StartWork();
+    void WaitUnseen();
     void ShowState();
 
     std::unique_ptr<XThread> m_thread;
@@ -89,6 +98,7 @@ private:
     int m_isReady = 0; // the dialog is open
     int m_isEnded = 0; // the work ended or was cancelled: what still comes is not looked at
     int m_isMarquee = 0;
+    int m_showDelayMs = 0;
     int m_isOutputEncrypted = 0;
     QLabel* m_messageLabel;
     QProgressBar* m_bar;

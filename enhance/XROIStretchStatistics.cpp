@@ -10,6 +10,7 @@
 #include <cmath>
 #include <limits>
 #include <new>
+#include <stdexcept>
 
 namespace {
 
@@ -72,6 +73,8 @@ int AddPolygon(const XDMComposite& composite, int channel, const tagXROIPolygon&
                                  width, height, stop) &&
                sums.Add(block, width, height);
     } catch (const std::bad_alloc&) {
+        return 0;
+    } catch (const std::length_error&) { // more than any memory
         return 0;
     }
 }

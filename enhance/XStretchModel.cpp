@@ -12,6 +12,11 @@ namespace {
 
 constexpr int kPiecewise = 2;
 
+bool IsChannel(int channel)
+{
+    return channel >= 0 && channel < XStretchModel::kChannels;
+}
+
 void CopyBins(const long long* bins, std::array<long long, 256>& to)
 {
     if (bins) {
@@ -35,7 +40,53 @@ void XStretchModel::ForEachSelected(Change change)
 
 const tagXStretchChannel& XStretchModel::GetChannel(int channel) const
 {
-    return m_channels.at(static_cast<std::size_t>(channel));
+    static const tagXStretchChannel none;
+    return IsChannel(channel) ? m_channels[static_cast<std::size_t>(channel)] : none;
+}
+
+tagXStretchChannel* XStretchModel::Find(int channel)
+{
+    return IsChannel(channel) ? &m_channels[static_cast<std::size_t>(channel)] : nullptr;
+}
+
+const long long* XStretchModel::GetSubsetHistogram(int channel) const
+{
+    return GetChannel(channel).source.histogram.data();
+}
+
+const long long* XStretchModel::GetHistogramApplyed(int channel) const
+{
+    return GetChannel(channel).applied.data();
+}
+
+const unsigned char* XStretchModel::GetLUT(int channel) const
+{
+    return GetChannel(channel).lut.data();
+}
+
+void XStretchModel::SetSubsetMin(double value, int channel)
+{
+    if (tagXStretchChannel* working = Find(channel)) working->source.min = value;
+}
+
+void XStretchModel::SetSubsetMax(double value, int channel)
+{
+    if (tagXStretchChannel* working = Find(channel)) working->source.max = value;
+}
+
+void XStretchModel::SetSubsetMean(double value, int channel)
+{
+    if (tagXStretchChannel* working = Find(channel)) working->source.mean = value;
+}
+
+void XStretchModel::SetSubsetStdDev(double value, int channel)
+{
+    if (tagXStretchChannel* working = Find(channel)) working->source.stdDev = value;
+}
+
+void XStretchModel::SetSubsetHistogram(const long long* bins, int channel)
+{
+    if (tagXStretchChannel* working = Find(channel)) CopyBins(bins, working->source.histogram);
 }
 
 int XStretchModel::GetCompositeBandIndex() const
@@ -51,7 +102,16 @@ void XStretchModel::SelectComposite()
 
 void XStretchModel::SelectChannel(int channel)
 {
-    m_selected = channel >= 0 && channel < kChannels ? channel : kNothing;
+    if (!m_composite || !IsChannel(channel)) return SelectNothing();
+    m_selected = channel;
+    m_currentBand = m_composite->GetBand(channel);
+}
+
+void XStretchModel::SelectNothing()
+{
+    m_selected = kNothing;
+    for (int channel = kChannels - 1; m_composite && m_currentBand && channel >= 0; --channel)
+        if (m_composite->GetBand(channel) == m_currentBand) m_selected = channel;
 }
 
 void XStretchModel::TakeBandNumbers(int channel)
@@ -88,6 +148,7 @@ void XStretchModel::SetCurXDMComposite(XDMComposite* composite)
     m_isApplyNeeded = 0;
     m_channels = {};
     m_selected = kNothing;
+    m_currentBand = composite ? composite->GetFirstBand() : nullptr;
     if (!composite) return;
     for (int channel = 0; channel < kChannels; ++channel) {
         tagXStretchChannel& working = m_channels[static_cast<std::size_t>(channel)];
@@ -141,11 +202,8 @@ void XStretchModel::ApplyCutType(int cutType)
         const tagXStretchSource& source = working.source;
         double low = source.min;
         double high = source.max;
-        if (cutType == 2 || cutType == 3) {
-            const auto calcRange = cutType == 3 ? &XfnCalcGaussianRange95 : &XfnCalcGaussianRange98;
-            calcRange(source.min, source.max, source.mean, source.stdDev, source.histogram.data(),
-                      low, high);
-        }
+        XfnCalcCutRange(cutType, source.min, source.max, source.mean, source.stdDev,
+                        source.histogram.data(), low, high);
         working.cutMin = low;
         working.cutMax = high;
     });
@@ -154,13 +212,17 @@ void XStretchModel::ApplyCutType(int cutType)
 
 void XStretchModel::SetCutMin(double value, int channel)
 {
-    m_channels.at(static_cast<std::size_t>(channel)).cutMin = value;
+    tagXStretchChannel* working = Find(channel);
+    if (!working) return;
+    working->cutMin = value;
     Changed();
 }
 
 void XStretchModel::SetCutMax(double value, int channel)
 {
-    m_channels.at(static_cast<std::size_t>(channel)).cutMax = value;
+    tagXStretchChannel* working = Find(channel);
+    if (!working) return;
+    working->cutMax = value;
     Changed();
 }
 
@@ -172,20 +234,23 @@ void XStretchModel::SetStretchType(int type)
 
 void XStretchModel::SetIntensities(unsigned char at000, unsigned char at255, int channel)
 {
-    tagXStretchChannel& working = m_channels.at(static_cast<std::size_t>(channel));
-    working.intensity000 = at000;
-    working.intensity255 = at255;
+    tagXStretchChannel* working = Find(channel);
+    if (!working) return;
+    working->intensity000 = at000;
+    working->intensity255 = at255;
     Changed();
 }
 
 void XStretchModel::SetPoints(const std::vector<tagXHistPt>& points, int channel)
 {
+    tagXStretchChannel* working = Find(channel);
+    if (!working) return;
     // as a composite keeps them: by position, the later of two at one position
     std::vector<tagXHistPt> ordered(points.rbegin(), points.rend());
     std::ranges::stable_sort(ordered, {}, &tagXHistPt::position);
     const auto rest = std::ranges::unique(ordered, {}, &tagXHistPt::position);
     ordered.erase(rest.begin(), rest.end());
-    m_channels.at(static_cast<std::size_t>(channel)).points = ordered;
+    working->points = std::move(ordered);
     Changed();
 }
 
@@ -218,7 +283,8 @@ int XStretchModel::Apply()
     if (!m_composite) return 0;
     for (int channel = 0; channel < kChannels; ++channel) {
         tagXStretchChannel& working = m_channels[static_cast<std::size_t>(channel)];
-        m_composite->SetCutRange(working.cutMin, working.cutMax, channel);
+        if (XfnIsSet(working.cutMin) && XfnIsSet(working.cutMax))
+            m_composite->SetCutRange(working.cutMin, working.cutMax, channel);
         m_composite->SetIntensity000(working.intensity000, channel);
         m_composite->SetIntensity255(working.intensity255, channel);
         m_composite->SetStretchType(working.stretchType, channel);
@@ -237,6 +303,6 @@ tagXColor XStretchModel::GetHistogramColor(int mode, int channel)
 {
     constexpr tagXColor kColors[2][kChannels] = {{0xFFFF3232u, 0xFF00FF00u, 0xFF0000FFu},
                                                  {0xFF008080u, 0xFF808000u, 0xFF800080u}};
-    if ((mode != 1 && mode != 2) || channel < 0 || channel >= kChannels) return 0xFFC0C0C0u;
+    if ((mode != 1 && mode != 2) || !IsChannel(channel)) return 0xFFC0C0C0u;
     return kColors[mode - 1][channel];
 }

@@ -8,6 +8,7 @@
 #include <array>
 #include <vector>
 
+class XDMBand;
 class XDMComposite;
 
 /// Numbers of a band or of a part of it. 1.7e308 or -1.7e308 in one of the four: there is none.
@@ -42,7 +43,8 @@ struct tagXStretchChannel
 ///
 /// What is done concerns one channel, or all three when the composite itself is selected. Nothing
 /// but the coverage reaches the composite before Apply. A channel that lacks a band or numbers, or
-/// whose cut stands upside down, keeps the table that it had.
+/// whose cut stands upside down, keeps the table that it had. A channel outside 0..2 reads as neutral
+/// and writes nothing.
 /// Ownership: the composite is lent. Threads: the user interface thread.
 class XAPI XStretchModel
 {
@@ -56,14 +58,32 @@ public:
 
     void SelectComposite(); ///< all channels; in a gray composite the same as its band
     void SelectChannel(int channel);
-    void SelectNothing() { m_selected = kNothing; }
+    /// What is done concerns the band that was selected last (the first of the composite before
+    /// any), if it is still in one of the channels.
+    void SelectNothing();
     int IsApplyAllBand() const { return m_selected == kAll; }
-    /// The channel that is selected, 0 when all are; -1 without a composite or a selection.
+    /// The channel that is concerned, 0 when all are; -1 without a composite or such a channel.
     int GetCompositeBandIndex() const;
     int IsApplyNeeded() const { return m_isApplyNeeded; }
     void SetApplyNeededFlag(int flag) { m_isApplyNeeded = flag ? 1 : 0; }
 
-    const tagXStretchChannel& GetChannel(int channel) const; ///< 0 to 2
+    const tagXStretchChannel& GetChannel(int channel) const;
+
+    // The numbers and arrays of a channel one by one; arrays have 256 entries and stay ours.
+    double GetSubsetMin(int channel) const { return GetChannel(channel).source.min; }
+    double GetSubsetMax(int channel) const { return GetChannel(channel).source.max; }
+    double GetSubsetMean(int channel) const { return GetChannel(channel).source.mean; }
+    double GetSubsetStdDev(int channel) const { return GetChannel(channel).source.stdDev; }
+    const long long* GetSubsetHistogram(int channel) const;
+    const long long* GetHistogramApplyed(int channel) const;
+    const unsigned char* GetLUT(int channel) const;
+    // Numbers from elsewhere, as they are; CalculateHistogram then makes the table from them.
+    void SetSubsetMin(double value, int channel);
+    void SetSubsetMax(double value, int channel);
+    void SetSubsetMean(double value, int channel);
+    void SetSubsetStdDev(double value, int channel);
+    void SetSubsetHistogram(const long long* bins, int channel); ///< 256, copied; null: all 0
+
     /// Remakes applied histogram, table and output histogram of the channels selected. Runs after
     /// every change below by itself.
     void CalculateHistogram();
@@ -85,7 +105,8 @@ public:
     void SetROIStatistics(const std::array<tagXStretchSource, kChannels>& sources);
 
     /// Writes cut ranges, intensities, stretch types and points, with coverage 0 and cut type 0:
-    /// by now the ranges are plain numbers. @return 0 without a composite
+    /// by now the ranges are plain numbers. A range that is none, of a channel without numbers, is
+    /// not written. @return 0 without a composite
     int Apply();
 
     /// The colour of a channel's curve; mode as XDMComposite.
@@ -97,12 +118,14 @@ private:
 
     template <class Change>
     void ForEachSelected(Change change);
+    tagXStretchChannel* Find(int channel);
     void TakeBandNumbers(int channel);
     void TakeSubset(int channel);
     void Changed();
 
     XDMComposite* m_composite = nullptr;
-    int m_selected = kNothing; // a channel, or one of the two above
+    const XDMBand* m_currentBand = nullptr; // only compared
+    int m_selected = kNothing;              // a channel, or one of the two above
     int m_isApplyNeeded = 0;
     std::array<tagXStretchChannel, kChannels> m_channels;
 };

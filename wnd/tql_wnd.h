@@ -2,6 +2,10 @@
 
 /// The public headers that a host starts from; each class's own header is its manual.
 
+#include "wnd/XViewDialogBinding.h"
+
+#include "enhance/XPaletteDlg.h"
+
 #include "dialogs/XQtPromptsDialog.h"
 
 #include "view/XTQSpaceView.h"

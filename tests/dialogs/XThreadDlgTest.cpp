@@ -86,6 +86,26 @@ TEST(XThreadDlg, EndsAsItsWorkEnds)
     EXPECT_EQ(bad.log, std::vector<std::string>{"fail no such file"});
 }
 
+TEST(XThreadDlg, WithADelayOnlySlowWorkShowsItsWindow)
+{
+    for (const bool isSlow : {false, true}) {
+        bool wasShown = false;
+        XRunDlg dialog([isSlow](XString&, XThread& thread) {
+            if (isSlow) Stopped(thread);
+            return !isSlow;
+        });
+        dialog.SetShowDelay(isSlow ? 1 : 10000);
+        When(
+            dialog, [&] { return dialog.isVisible(); },
+            [&] {
+                wasShown = true;
+                dialog.close();
+            });
+        EXPECT_EQ(dialog.DoModal(), isSlow ? XThreadDlg::kCancel : XThreadDlg::kOk);
+        EXPECT_EQ(wasShown, isSlow);
+    }
+}
+
 TEST(XThreadDlg, EndsOnceHoweverManyReportsAreUnderWay)
 {
     for (const int result : {0, 1}) {

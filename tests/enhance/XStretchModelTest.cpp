@@ -87,9 +87,31 @@ TEST(XStretchModel, WhatMakesNoSenseLeavesTheTable)
     EXPECT_EQ(model.GetChannel(0).lut, lut) << "a band of one value";
     EXPECT_EQ(model.GetChannel(1).hasNoBand, 1);
     EXPECT_EQ(Sum(model.GetChannel(1).source.histogram), 256);
+    model.SetCutMin(3, 7);
+    EXPECT_EQ(model.GetSubsetMin(-1), kXNotSet) << "a channel that is none";
     model.SetCurXDMComposite(nullptr);
     model.CalculateHistogram();
     EXPECT_EQ(model.GetCompositeBandIndex(), -1);
+}
+
+TEST(XStretchModel, TheSelectionOutlastsTheList)
+{
+    XStretchRun run;
+    const auto green = XfnMakeBand(kDouble, 4, 4, [](int x, int) { return x; });
+    XDMComposite colour(1);
+    colour.SetBand(run.band.get(), 1);
+    colour.SetBand(green.get(), 2);
+    run.model.SetCurXDMComposite(&colour);
+    EXPECT_EQ(run.model.GetCompositeBandIndex(), 0);
+    EXPECT_TRUE(run.model.IsApplyAllBand());
+    run.model.SelectNothing();
+    EXPECT_EQ(run.model.GetCompositeBandIndex(), 1) << "the first band";
+    run.model.SelectChannel(2);
+    run.model.SelectNothing();
+    EXPECT_EQ(run.model.GetCompositeBandIndex(), 2) << "the band selected last";
+    colour.SetBand(nullptr, 2);
+    run.model.SelectNothing();
+    EXPECT_EQ(run.model.GetCompositeBandIndex(), -1);
 }
 
 TEST(XStretchModel, SourcesOfNumbersAndApply)
