@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,7 @@ inline constexpr int kWidth = 1920;
 inline constexpr int kHeight = 1080;
 inline constexpr std::size_t kPixels = std::size_t{kWidth} * kHeight;
 inline constexpr int kRuns = 31;
+inline constexpr int kSceneSize = 4096; // of scenes that a program writes itself
 
 inline double TimeMs(const std::function<void()>& work)
 {
@@ -154,3 +156,47 @@ struct tagTables
                 static_cast<std::uint8_t>(std::clamp((v - 1200) * 255 / 3000, 0, 255));
     }
 };
+
+/// A field of blobs of many sizes with the noise of a sensor on top: it deflates about two to one.
+template <class T>
+inline void WriteScene(const std::string& path, GDALDataType type, int bands, double scale)
+{
+    char** options = nullptr;
+    for (const char* option :
+         {"TILED=YES", "COMPRESS=DEFLATE", "PREDICTOR=2", "INTERLEAVE=PIXEL"}) {
+        const bool isFloat = type == GDT_Float32 && std::string(option) == "PREDICTOR=2";
+        options = CSLAddString(options, isFloat ? "PREDICTOR=3" : option);
+    }
+    GDALDriver* driver = GetGDALDriverManager()->GetDriverByName("GTiff");
+    GDALDataset* dataset =
+        driver->Create(path.c_str(), kSceneSize, kSceneSize, bands, type, options);
+    CSLDestroy(options);
+    if (!dataset) std::abort();
+    double transform[6] = {300000.0, 1.0, 0.0, 4200000.0, 0.0, -1.0};
+    dataset->SetGeoTransform(transform);
+    std::mt19937 random(5);
+    std::normal_distribution<double> noise(0.0, 9.0);
+    std::vector<double> wobble(4096);
+    for (double& value : wobble)
+        value = noise(random);
+    std::vector<T> row(kSceneSize);
+    for (int band = 1; band <= bands; ++band) {
+        for (int y = 0; y < kSceneSize; ++y) {
+            for (int x = 0; x < kSceneSize; ++x) {
+                double value = 120.0 + wobble[random() & 4095u];
+                for (int cell = 16; cell <= 512; cell *= 2) // the blobs
+                    value +=
+                        wobble[static_cast<unsigned>((x / cell) * 131 + (y / cell) * 517 + cell) &
+                               4095u];
+                row[static_cast<std::size_t>(x)] =
+                    static_cast<T>(std::clamp(value + 5 * band, 1.0, 254.0) * scale);
+            }
+            if (dataset->GetRasterBand(band)->RasterIO(GF_Write, 0, y, kSceneSize, 1, row.data(),
+                                                       kSceneSize, 1, type, 0, 0))
+                std::abort();
+        }
+    }
+    int levels[] = {2, 4, 8, 16};
+    if (dataset->BuildOverviews("AVERAGE", 4, levels, 0, nullptr, nullptr, nullptr)) std::abort();
+    GDALClose(dataset);
+}
