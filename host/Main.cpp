@@ -3,11 +3,14 @@
 #include "foundation/raster/XTileCache.h"
 #include "host/XCommandLine.h"
 #include "host/XConvertJob.h"
+#include "host/XEndSignals.h"
 #include "host/XMainWindow.h"
 #include "host/XRenderJob.h"
 #include "vecprop/XvcObjectDialogs.h"
+#include "wnd/XViewDialogBinding.h"
 
 #include <QApplication>
+#include <QSessionManager>
 
 #include <atomic>
 #include <clocale>
@@ -86,10 +89,19 @@ int RunWindow(int argc, char** argv, const tagXCommandLine& line)
     XQtPromptsDialog prompts;
     XPrompts::Set(&prompts);
     XfnBindObjectDialogs(XNewObjects::Keep);
+    XfnBindViewDialogs();
     XMainWindow window(TQL_VERSION);
     window.Place(line.windowSize, line.windowPos, line.hasWindowPos);
     if (!line.files.isEmpty()) window.OpenAfterFirstPaint(line.files);
     window.show();
+    // the desktop ends the session: it may still be called off
+    QObject::connect(
+        &app, &QGuiApplication::commitDataRequest, &window,
+        [&window](QSessionManager&) { window.KeepSession(); }, Qt::DirectConnection);
+    const XEndSignals signals([&window] {
+        window.KeepSession();
+        QCoreApplication::exit(0); // quit() would ask each window, and that one its user
+    });
     return app.exec();
 }
 

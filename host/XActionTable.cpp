@@ -18,9 +18,10 @@ const std::vector<tagXActionRow>& XfnActionTable()
         {"edit.cut", "Cu&t", {}, {"Ctrl+X"}, {}, "Take the selected objects away and keep them for pasting"},
         {"edit.copy", "Cop&y", {}, {"Ctrl+C"}, {}, "Keep copies of the selected objects for pasting; what is told of one goes to other programs"},
         {"edit.paste", "Pa&ste", {}, {"Ctrl+V"}, {}, "Add what was copied or cut to the current layer"},
+        {"edit.duplicate", "&Duplicate", {}, {"Ctrl+D"}, {}, "Copy and paste the selected objects at once"},
         {"edit.delete", "Del&ete", {}, {"Del"}, {}, "Take the selected objects away"},
         {"edit.selectAll", "Select A&ll in Layer", {}, {"Ctrl+A"}, {}, "Select all objects of the current vector layer that are shown"},
-        {"edit.properties", "Pr&operties...", {"Alt+Return"}, {}, {}, "Edit the selected objects; a text box is edited in its place"},
+        {"edit.properties", "Pr&operties...", {"Alt+Return"}, {"Return", "Enter"}, {}, "Edit colours, styles and places of the selected objects; a double click does so too"},
         {"edit.front", "Bring to &Front", {"Ctrl+Shift+]"}, {}, {}, "Draw the selected objects above all others of their layer"},
         {"edit.forward", "Bring For&ward", {"Ctrl+]"}, {}, {}, "Draw the selected objects one place higher"},
         {"edit.backward", "Send &Backward", {"Ctrl+["}, {}, {}, "Draw the selected objects one place lower"},
@@ -30,9 +31,9 @@ const std::vector<tagXActionRow>& XfnActionTable()
         {"edit.copyGeographic", "Copy &Geographic Position", {}, {}, {}, "Copy the position under the pointer as latitude and longitude"},
 
         {"edit.copyAttributes", "Copy &Attributes", {}, {}, Symbol::CopyText, "Copy what is told of the selected object"},
-        {"edit.deselect", "&Deselect", {"Ctrl+Shift+A"}, {}, {}, "Select no object"},
+        {"edit.deselect", "Desele&ct", {"Ctrl+Shift+A"}, {}, {}, "Select no object"},
 
-        {"draw.select", "&Select", {}, {"V", "S"}, Symbol::Select, "Select, move and edit vector objects; once more only looks", true},
+        {"draw.select", "&Select", {}, {"V", "S"}, Symbol::Select, "Select, move and edit vector objects; Esc leads back to looking", true},
         {"draw.point", "&Point", {}, {"P"}, Symbol::Point, "Draw points", true},
         {"draw.line", "&Line", {}, {"L"}, Symbol::Line, "Draw straight lines", true},
         {"draw.arrow", "&Arrow", {}, {"W"}, Symbol::Arrow, "Draw arrows", true},
@@ -44,7 +45,7 @@ const std::vector<tagXActionRow>& XfnActionTable()
         {"draw.text", "&Text", {}, {"X"}, Symbol::Text, "Write a line of text", true},
         {"draw.textBox", "Text &Box", {}, {"B"}, Symbol::TextBox, "Write text in a box", true},
         {"draw.balloon", "Balloo&n", {}, {"K"}, Symbol::Balloon, "Write text in a box with a pointer", true},
-        {"draw.picture", "P&icture...", {}, {"I"}, Symbol::Picture, "Place a picture (BMP) from a file", true},
+        {"draw.picture", "P&icture...", {}, {"I"}, Symbol::Picture, "Place a picture from a file", true},
         {"draw.keep", "&Keep Tool", {}, {}, {}, "Stay with a tool after its object is drawn; Esc leaves it", true},
         {"draw.ask", "Ask &for Properties After Drawing", {}, {}, {}, "Open the properties of each object that was drawn", true},
 
@@ -60,6 +61,7 @@ const std::vector<tagXActionRow>& XfnActionTable()
         {"view.next", "&Next View", {"Alt+Right"}, {}, Symbol::Next, "Go forward again"},
         {"view.redraw", "Read Again and Re&draw", {"F5"}, {}, {}, "Read all open files again, as they are on the disk now, and draw them"},
         {"view.background", "&Background Colour...", {}, {}, {}, "Choose the colour around the image"},
+        {"view.buttons", "Buttons over the I&mage", {}, {}, {}, "Show a small panel of buttons in the corner of the image", true},
         {"view.percent", "Scale in Per &Cent", {}, {}, {}, "Show the scale as image pixels in per cent of screen pixels", true},
         {"view.dms", "Degrees, Minutes, &Seconds", {}, {}, {}, "Show the geographic position in degrees, minutes and seconds", true},
         {"view.wheelIn", "Wheel &Forward Zooms In", {}, {}, {}, "Turn the direction of the mouse wheel", true},
@@ -74,6 +76,7 @@ const std::vector<tagXActionRow>& XfnActionTable()
         {"layer.rename", "&Rename", {"F2"}, {}, {}, "Give the current layer another name; its file keeps its own"},
         {"layer.lock", "&Lock", {}, {}, Symbol::Lock, "Keep the current vector layer from being picked and changed", true},
         {"layer.color", "&Colour...", {}, {}, {}, "Choose the colour of the current vector layer"},
+        {"layer.table", "&Attribute Table", {"F6"}, {}, {}, "List all objects of the current vector layer with their attributes", true},
         {"layer.save", "&Save As XVC...", {"Ctrl+Shift+S"}, {}, {}, "Keep the current vector file with its names and colours as a file of its own"},
         {"layer.next", "&Next Layer", {"Alt+PgDown"}, {}, {}, "Make the layer below the current one"},
         {"layer.previous", "&Previous Layer", {"Alt+PgUp"}, {}, {}, "Make the layer above the current one"},
@@ -82,8 +85,10 @@ const std::vector<tagXActionRow>& XfnActionTable()
         {"image.falseColour", "&False Colours", {}, {}, {}, "Show near infrared, red and green: vegetation is red"},
         {"image.shortWave", "Short &Wave Colours", {}, {}, {}, "Show short-wave infrared, near infrared and red"},
         {"image.gray", "&Gray", {}, {}, {}, "Show one band of the current layer in gray", true},
+        {"image.enhanceAgain", "Enhance Aga&in", {"Ctrl+E"}, {}, Symbol::Enhance, "Show all images as last chosen under Enhance, at first by the central 95 % of what is visible"},
+        {"image.defaultStretch", "&Default Stretch", {}, {}, {}, "Show the values of all images as they were shown when opened"},
         {"image.stretch", "&Stretch...", {}, {}, {}, "Choose the stretch of the image"},
-        {"image.colorTable", "Colour &Table...", {}, {}, {}, "Choose the colours of a gray image"},
+        {"image.colorTable", "Colour &Table...", {}, {}, {}, "Colour the topmost gray image by a palette or a table of your own"},
 
         {"image.pyramid", "Build &Pyramid...", {}, {}, {}, "Make reduced pictures of the current layer, so that it is quick to show at every scale"},
         {"image.statistics", "&Compute Exact Statistics...", {}, {}, {}, "Count every pixel of the current layer and keep the numbers"},
@@ -110,6 +115,7 @@ const std::vector<tagXMenuRow>& XfnMenuTable()
           "edit.cut",
           "edit.copy",
           "edit.paste",
+          "edit.duplicate",
           "edit.delete",
           "-",
           "edit.selectAll",
@@ -139,6 +145,7 @@ const std::vector<tagXMenuRow>& XfnMenuTable()
           "view.background",
           "-",
           "view.overview",
+          "view.buttons",
           "-",
           "view.percent",
           "view.dms",
@@ -153,9 +160,10 @@ const std::vector<tagXMenuRow>& XfnMenuTable()
           "draw.textBox", "draw.balloon", "draw.picture", "-", "draw.keep", "draw.ask"}},
         {"&Layer",
          {"layer.visible", "layer.lock", "layer.rename", "layer.color", "-", "layer.up",
-          "layer.down", "layer.top", "-", "layer.previous", "layer.next", "-", "layer.save"}},
+          "layer.down", "layer.top", "-", "layer.previous", "layer.next", "-", "layer.table", "layer.save"}},
         {"&Image",
-         {"image.stretch", "image.colorTable", "-", "image.gray", "-", "image.natural",
+         {"@enhance", "image.enhanceAgain", "image.defaultStretch", "image.stretch",
+          "image.colorTable", "-", "image.gray", "-", "image.natural",
           "image.falseColour", "image.shortWave", "-", "image.statistics", "image.pyramid"}},
         {"&Window", {"window.reset"}},
         {"&Help", {"help.keys", "-", "help.about"}},
@@ -171,7 +179,7 @@ const std::vector<tagXToolBarRow>& XfnToolBarTable()
          false,
          {"file.open", "file.save", "-", "edit.undo", "edit.redo", "-", "view.fitAll",
           "view.fitLayer", "view.oneToOne", "view.zoomIn", "view.zoomOut", "view.zoomRect", "-",
-          "view.previous", "view.next", "-", "edit.copyPosition", "view.fullScreen"}},
+          "view.previous", "view.next", "-", "image.enhanceAgain", "-", "edit.copyPosition", "view.fullScreen"}},
         {"Draw",
          "toolbar.draw",
          true,
@@ -182,30 +190,36 @@ const std::vector<tagXToolBarRow>& XfnToolBarTable()
     return rows;
 }
 
-QString XfnKeyMapText()
+QList<std::pair<QString, QString>> XfnKeyMap()
 {
-    QString text;
+    QList<std::pair<QString, QString>> rows;
     for (const tagXActionRow& row : XfnActionTable()) {
         QStringList keys;
-        for (const char* key : row.keys)
-            keys.append(QKeySequence(QString(key), QKeySequence::PortableText)
-                            .toString(QKeySequence::NativeText));
-        for (const char* key : row.imageKeys)
-            keys.append(key);
-        if (keys.isEmpty()) continue;
-        QString name(row.text);
-        name.remove('&').remove("...");
-        text += QString("%1\t%2\n").arg(name, keys.join("  "));
+        for (const auto* some : {&row.keys, &row.imageKeys})
+            for (const char* key : *some)
+                keys.append(QKeySequence(QString(key), QKeySequence::PortableText)
+                                .toString(QKeySequence::NativeText));
+        if (!keys.isEmpty())
+            rows.append({QString(row.text).remove('&').remove("..."), keys.join("   ")});
     }
-    // what the image itself answers to
-    text += "Move the view\tarrows, with Ctrl by a pixel; right or middle button, Space and drag\n"
-            "Zoom\twheel, with Ctrl finely\n"
-            "Zoom to a rectangle\tShift and drag\n"
-            "Select an object\tclick; while selecting, drag a box, with Ctrl one more\n"
-            "Move objects and vertices\tdrag, while selecting\n"
-            "Insert or remove a vertex\tCtrl and double click on an edge or vertex\n"
-            "End, step back in a line or area\tdouble click, right click\n"
-            "Move, close a layer in the list\tAlt+Up, Alt+Down; Del\n"
-            "Leave a tool, stop a job, deselect, leave full screen\tEsc\n";
-    return text;
+    constexpr const char* kOfTheImage[][2] = {
+        {"Move the view", "arrows, Ctrl and arrows by a pixel; right or middle button, Space and drag"},
+        {"Zoom", "wheel, with Ctrl finely"},
+        {"Zoom to a rectangle", "Shift and drag"},
+        {"Select objects", "click; while selecting, with Ctrl one more, drag for a box"},
+        {"Select by a box that begins on an object", "Shift and drag, while selecting"},
+        {"Select the object below", "click once more at the same place"},
+        {"Select the next object, the one before", "Tab, Shift+Tab, while selecting"},
+        {"Edit an object", "double click, while selecting"},
+        {"Move objects and vertices", "drag, while selecting"},
+        {"Move selected objects by a pixel, by ten", "arrows, Shift and arrows, while selecting"},
+        {"Insert or remove a vertex", "Ctrl and double click on an edge or vertex"},
+        {"End a line or area", "double click, Enter"},
+        {"Step back in a line or area", "right click, Backspace, Ctrl+Z"},
+        {"Move a layer in the list", "Alt+Up, Alt+Down"},
+        {"Leave a tool, stop a job, deselect, leave full screen", "Esc"},
+    };
+    for (const auto& [what, keys] : kOfTheImage)
+        rows.emplaceBack(what, keys);
+    return rows;
 }

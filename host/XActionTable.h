@@ -42,5 +42,5 @@ const std::vector<tagXActionRow>& XfnActionTable();
 const std::vector<tagXMenuRow>& XfnMenuTable();
 const std::vector<tagXToolBarRow>& XfnToolBarTable();
 
-/// The key map as text, a line a command with keys: for the help.
-QString XfnKeyMapText();
+/// What each command with keys is called, and its keys; then what the image answers to.
+QList<std::pair<QString, QString>> XfnKeyMap();

@@ -5,6 +5,7 @@
 #include "host/XObjectPicker.h"
 #include "host/XObjectReport.h"
 #include "host/XPropertyTableModel.h"
+#include "host/XSelectionReport.h"
 
 #include <QAction>
 #include <QApplication>
@@ -44,9 +45,13 @@ XAttributesWidget::XAttributesWidget(XObjectPicker& picker, XVectorStack& vector
     m_table->horizontalHeader()->setStretchLastSection(true);
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 4);
+    // nothing is cut: a long value takes more lines
+    m_table->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    QObject::connect(m_table->horizontalHeader(), &QHeaderView::sectionResized, m_table,
+                     [this] { m_table->resizeRowsToContents(); });
     m_table->setShowGrid(false);
     m_table->setAlternatingRowColors(true);
-    m_table->setWordWrap(false);
+    m_table->setWordWrap(true);
     m_table->setTabKeyNavigation(false); // Tab leaves the table: no trap for the focus
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
@@ -84,8 +89,29 @@ void XAttributesWidget::ShowObject()
     if (const tagXVectorLayer* layer = m_vectors.GetLayerAt(place))
         rows = XfnObjectReport(*m_picker.GetObject(), *m_vectors.GetAt(place.file), *layer,
                                *m_manager.GetSR());
+    else if (m_picker.GetSelection().GetCount() > 1)
+        rows = XfnSelectionReport(m_picker.GetSelection());
+    m_isLockedShown = false;
+    ShowRows(std::move(rows));
+}
+
+void XAttributesWidget::ShowLocked(const XvcObj* object, tagXVectorPlace place)
+{
+    const tagXVectorLayer* layer = object ? m_vectors.GetLayerAt(place) : nullptr;
+    if (!layer) {
+        if (m_isLockedShown) ShowObject();
+        return;
+    }
+    m_isLockedShown = true;
+    auto rows = XfnObjectReport(*object, *m_vectors.GetAt(place.file), *layer, *m_manager.GetSR());
+    rows.insert(rows.begin(), {"Locked", "its layer is; Layer > Lock unlocks it"});
+    ShowRows(std::move(rows));
+}
+
+void XAttributesWidget::ShowRows(std::vector<std::pair<QString, QString>> rows)
+{
     m_none->setVisible(rows.empty());
-    m_rows->SetRows(std::move(rows));
+    if (m_rows->SetRows(std::move(rows))) m_table->resizeRowsToContents();
 }
 
 void XAttributesWidget::CopyChosen()

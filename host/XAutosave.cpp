@@ -1,5 +1,7 @@
 #include "host/XAutosave.h"
 
+#include "foundation/base/XMemFile.h"
+#include "foundation/base/XSafeFile.h"
 #include "foundation/platform/XQtText.h"
 #include "foundation/vector/XVectorIO.h"
 
@@ -13,6 +15,7 @@
 #include <QUuid>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 #include <fcntl.h>
@@ -73,10 +76,15 @@ XAutosave::tagLost ReadNote(const QString& copy)
 
 } // namespace
 
-XAutosave::XAutosave(const QString& folder) : m_folder(folder) {}
+XAutosave::XAutosave(const QString& folder) : m_folder(folder)
+{
+    m_writer.SetFailed([this](int number, const QString& message) { Failed(number, message); });
+}
 
 XAutosave::~XAutosave()
 {
+    m_failed = nullptr;
+    m_writer.Wait(); // the folder is held until all is written
     Release(m_run);
     for (tagHeld& held : m_lost)
         Release(held);
@@ -131,36 +139,67 @@ bool XAutosave::Keep(const std::vector<tagSource>& edited, QString& message)
         const bool isGone =
             std::none_of(edited.begin(), edited.end(),
                          [&](const tagSource& source) { return source.base == kept.first; });
-        if (isGone) RemoveCopy(GetCopyPath(m_run.folder, kept.second.number));
+        if (isGone)
+            m_writer.Add(0, [copy = GetCopyPath(m_run.folder, kept.second.number)](QString&) {
+                RemoveCopy(copy);
+                return true;
+            });
         return isGone;
     });
     for (const tagSource& source : edited) {
         if (!MakeRun(message)) return false;
         tagKept& kept = m_kept[source.base];
         if (kept.number == 0) kept.number = m_next++;
-        if (kept.revision == source.revision && kept.name == source.name &&
+        if (!kept.isStale && kept.revision == source.revision && kept.name == source.name &&
             kept.path == source.path)
             continue;
-        const QString copy = GetCopyPath(m_run.folder, kept.number);
-        XString error;
-        // first what it is, then what it holds: a copy is never without a name
-        if (!WriteNote(copy, source.name, source.path)) {
-            message = QString("No copy of the unsaved edits of %1 could be kept in %2.")
-                          .arg(source.name, m_run.folder);
-        } else if (!XfnExportXVC(XfnFromQString(copy), source.base, error)) {
-            message = QString("No copy of the unsaved edits of %1 could be kept. (%2)")
-                          .arg(source.name, XfnToQString(error));
-        } else {
+        if (TakeDown(source, GetCopyPath(m_run.folder, kept.number), kept.number, message))
             kept = {kept.number, source.revision, source.name, source.path};
-        }
     }
     return message.isEmpty();
+}
+
+bool XAutosave::TakeDown(const tagSource& source, const QString& copy, int number, QString& message)
+{
+    const auto bytes = std::make_shared<XMemFile>();
+    XString error;
+    if (!XfnExportXVC(*bytes, XfnFromQString(source.name), source.base, error)) {
+        message = QString("No copy of the unsaved edits of %1 could be kept. (%2)")
+                      .arg(source.name, XfnToQString(error));
+        return false;
+    }
+    m_writer.Add(number, [bytes, copy, name = source.name, path = source.path](QString& failure) {
+        XString why;
+        // first what it is, then what it holds: a copy is never without a name
+        if (WriteNote(copy, name, path) &&
+            XfnWriteFileSafely(QFile::encodeName(copy).constData(), bytes->GetBuffer(),
+                               static_cast<std::size_t>(bytes->GetLength()), why))
+            return true;
+        failure = QString("No copy of the unsaved edits of %1 could be kept in %2.")
+                      .arg(name, QFileInfo(copy).path());
+        if (!why.IsEmpty()) failure += QString(" (%1)").arg(XfnToQString(why));
+        return false;
+    });
+    return true;
+}
+
+void XAutosave::Failed(int number, const QString& message)
+{
+    for (auto& kept : m_kept)
+        if (kept.second.number == number) kept.second.isStale = true;
+    if (m_failed) m_failed(message);
+}
+
+void XAutosave::Wait()
+{
+    m_writer.Wait();
 }
 
 void XAutosave::Clear()
 {
     QString message;
     Keep({}, message);
+    Wait();
     if (m_run.lock >= 0) RemoveEmpty(m_run);
 }
 

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "host/XAutosaveWriter.h"
+
 #include <QDateTime>
 #include <QString>
 
+#include <functional>
 #include <map>
 #include <vector>
 
@@ -14,7 +17,8 @@ class XvcBase;
 /// Each run has a folder of its own below the common one, which it holds locked as long as it lives;
 /// the system opens the lock with its last breath. A folder that nobody holds is one of a run that
 /// crashed. Who takes it over holds it in turn, so two programs never take each other's files.
-/// Every copy is written beside and put in place, so one that is there is whole.
+/// A file is taken down in memory at once and written by a thread of its own, so the disk keeps nobody
+/// waiting. Every copy is written beside and put in place, so one that is there is whole.
 /// User interface thread.
 class XAutosave
 {
@@ -44,9 +48,18 @@ public:
 
     static QString GetUserFolder(); ///< in the cache of the user
 
-    /// Brings the copies up to date: those of files not among these go.
-    /// @return false with a sentence when one could not be written; the others were
+    /// Brings the copies up to date: those of files not among these go. Returns once the files are
+    /// taken down; they may change then.
+    /// @return false with a sentence when one could not be taken down; the others were
     bool Keep(const std::vector<tagSource>& edited, QString& message);
+    void Wait();                                ///< until all that was taken down is written
+    bool IsBusy() { return m_writer.IsBusy(); } ///< something is not written yet
+    /// Receives a sentence for each copy that could not be written, by itself or from within Wait;
+    /// it is tried again the next time.
+    void SetFailed(std::function<void(const QString& message)> failed)
+    {
+        m_failed = std::move(failed);
+    }
     void Clear(); ///< after a clean end
 
     /// What crashed runs left, the newest first, each once in the life of this object.
@@ -60,6 +73,7 @@ private:
         unsigned long revision = 0;
         QString name;
         QString path;
+        bool isStale = false; // the last writing failed
     };
     struct tagHeld ///< a folder and its lock
     {
@@ -68,6 +82,8 @@ private:
     };
 
     bool MakeRun(QString& message);
+    bool TakeDown(const tagSource& source, const QString& copy, int number, QString& message);
+    void Failed(int number, const QString& message);
     static void Release(tagHeld& held);
     static bool RemoveEmpty(tagHeld& held);
 
@@ -76,4 +92,6 @@ private:
     std::vector<tagHeld> m_lost;
     std::map<const XvcBase*, tagKept> m_kept;
     int m_next = 1;
+    std::function<void(const QString&)> m_failed;
+    XAutosaveWriter m_writer;
 };

@@ -67,7 +67,7 @@ XBandsWidget::XBandsWidget(XLayerStack& stack, XMainActions& actions, QWidget* p
     m_colours[1] = MakeBox("bands.green", "Green band");
     m_colours[2] = MakeBox("bands.blue", "Blue band");
     form->addRow("Gra&y:", m_gray);
-    form->addRow("Re&d:", m_colours[0]);
+    form->addRow("&Red:", m_colours[0]);
     form->addRow("Gree&n:", m_colours[1]);
     form->addRow("&Blue:", m_colours[2]);
 

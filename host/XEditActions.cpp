@@ -1,14 +1,18 @@
 #include "host/XEditActions.h"
 
 #include "edit/XCommandManager.h"
+#include "edit/XCommandSet.h"
+#include "foundation/surface/XBackBuffer.h"
 #include "foundation/vector/XvcLayer.h"
 #include "foundation/vector/XvcTextBox.h"
+#include "host/XClickActions.h"
 #include "host/XDrawActions.h"
 #include "host/XEditNames.h"
 #include "host/XHostView.h"
 #include "host/XLayerTree.h"
 #include "host/XMainActions.h"
 #include "host/XObjectPicker.h"
+#include "host/XSelectionChange.h"
 #include "view/XObjectDialogs.h"
 #include "view/XViewKeys.h"
 
@@ -17,6 +21,7 @@
 #include <QTimer>
 
 #include <unordered_set>
+#include <vector>
 
 namespace {
 
@@ -24,7 +29,6 @@ constexpr short kSelect = 0;
 constexpr int kClickSlackPx = 3;
 constexpr const char* kSelectFirst = "Choose Draw > Select (V), then an object";
 
-// A box that is edited in place is no step of undo: it is noted when the editing begins and ends.
 bool IsEdit(XViewReport code)
 {
     return code >= XViewReport::AfterCopy && code <= XViewReport::SelectionFinished &&
@@ -35,22 +39,26 @@ bool IsEdit(XViewReport code)
 } // namespace
 
 XEditActions::XEditActions(XHostView& view, XLayerTree& tree, XObjectPicker& picker,
-                           XDrawActions& draw, XMainActions& actions)
+                           XDrawActions& draw, XClickActions& clicks, XMainActions& actions)
     : m_view(view),
       m_tree(tree),
       m_vectors(tree.GetVectors()),
       m_picker(picker),
       m_draw(draw),
+      m_clicks(clicks),
       m_actions(actions),
       m_ledger(*view.GetCommandManager(), tree.GetVectors())
 {
     Connect();
+    m_view.SetTypingSteps(1);
+    m_view.SetNudge([this](int dx, int dy) { return Nudge(dx, dy); });
     m_menu = new QMenu(&m_view);
     m_menu->setObjectName("view.menu");
     for (const char* id :
-         {"edit.cut", "edit.copy", "edit.paste", "edit.delete", "-", "edit.properties", "-",
-          "edit.front", "edit.forward", "edit.backward", "edit.back", "-", "edit.copyAttributes",
-          "view.fitObject", "-", "edit.selectAll", "edit.deselect", "draw.select"}) {
+         {"edit.cut", "edit.copy", "edit.paste", "edit.duplicate", "edit.delete", "-",
+          "edit.properties", "-", "edit.front", "edit.forward", "edit.backward", "edit.back", "-",
+          "edit.copyAttributes", "view.fitObject", "-", "edit.selectAll", "edit.deselect",
+          "draw.select"}) {
         if (*id == '-')
             m_menu->addSeparator();
         else
@@ -72,11 +80,18 @@ XEditActions::XEditActions(XHostView& view, XLayerTree& tree, XObjectPicker& pic
 XEditActions::~XEditActions()
 {
     m_vectors.SetLeaving(nullptr);
+    m_view.SetNudge(nullptr);
 }
 
 void XEditActions::Connect()
 {
-    m_actions.Connect("edit.undo", [this] { m_view.Undo(); });
+    m_actions.Connect("edit.undo", [this] {
+        if (m_draw.IsDrawingObject())
+            m_draw.StepBack(); // of what is at hand, not of what was done before
+        else
+            m_view.Undo();
+        EnableActions();
+    });
     m_actions.Connect("edit.redo", [this] { m_view.Redo(); });
     m_actions.Connect("edit.cut", [this] { Cut(); });
     m_actions.Connect("edit.copy", [this] {
@@ -85,6 +100,10 @@ void XEditActions::Connect()
         if (m_picker.GetObject()) m_actions.Get("edit.copyAttributes")->trigger();
     });
     m_actions.Connect("edit.paste", [this] { Paste(); });
+    m_actions.Connect("edit.duplicate", [this] {
+        m_view.Copy();
+        Paste();
+    });
     m_actions.Connect("edit.delete", [this] { m_view.Delete(); });
     m_actions.Connect("edit.selectAll", [this] { SelectAll(); });
     m_actions.Connect("edit.deselect", [this] {
@@ -142,47 +161,87 @@ void XEditActions::SelectAll()
     Follow();
 }
 
-// What a double click on the selection does.
+// What a double click on the selection does, save that of a text box it opens not the text but the
+// look.
 void XEditActions::EditProperties()
 {
+    if (dynamic_cast<const XvcTextBox*>(m_picker.GetObject())) {
+        XfnEditLook(m_view);
+        return Follow();
+    }
     m_view.HandleMouseSelectMessage(m_view.GetHWND(), kMsgLButtonDblClk, 0, XfnPackPoint(0, 0));
     Follow();
 }
 
-XvcTextBox* XEditActions::GetTypedBox()
+const XvcObj* XEditActions::GetFirstSelected()
 {
-    XObList& selection = *m_view.GetSelectedObj();
-    auto* text =
-        selection.GetCount() == 1 ? dynamic_cast<XvcTextBox*>(selection.GetHead()) : nullptr;
-    return text && text->GetEditMode() ? text : nullptr;
+    const XObList& selection = *m_view.GetSelectedObj();
+    const bool canChange = m_draw.GetTool() == kSelect && !selection.IsEmpty();
+    return canChange ? dynamic_cast<const XvcObj*>(selection.GetHead()) : nullptr;
 }
 
-void XEditActions::NoteTyping()
+void XEditActions::ChangeSelected(const std::function<void(XvcObj&)>& change)
 {
-    if (const XvcTextBox* text = GetTypedBox()) m_typed = text->GetParentLayer();
-    for (int i = 0; m_typed && i < m_vectors.GetCount(); ++i) {
-        for (const tagXVectorLayer& layer : m_vectors.GetAt(i)->layers) {
-            if (layer.layer != m_typed) continue;
-            m_vectors.NoteChange(i);
-            m_vectors.SetEdited({i, -1}, true);
-        }
+    if (GetFirstSelected() && XfnChangeSelection(m_view, change)) Follow();
+}
+
+bool XEditActions::Nudge(int dx, int dy)
+{
+    if (!GetFirstSelected()) return false;
+    double x = 1, y = 1;
+    m_view.GetBackBuffer()->GetWorldPerPixel(x, y);
+    ChangeSelected(
+        [moveX = dx * x, moveY = -dy * y](XvcObj& object) { object.MoveObject(moveX, moveY, 0); });
+    return true;
+}
+
+const XvcTextBox* XEditActions::GetTypedBox()
+{
+    XObList& selection = *m_view.GetSelectedObj();
+    return m_view.HasTyped() ? dynamic_cast<const XvcTextBox*>(selection.GetHead()) : nullptr;
+}
+
+int XEditActions::NoteTyping()
+{
+    const XvcTextBox* const text = GetTypedBox();
+    const int file = text ? m_vectors.Find(*text).file : -1;
+    if (file >= 0) m_vectors.NoteChange(file);
+    return file;
+}
+
+void XEditActions::DropEmptyBox()
+{
+    XPtrArray& steps = *m_view.GetUnDoStack();
+    if (steps.IsEmpty()) return;
+    const auto& step = *static_cast<const tagCommandSet*>(steps[0]);
+    if (step.type != tagCommandSet::kInsert || step.lists.GetSize() != 1) return;
+    const auto& layer = *static_cast<const XvcLayer*>(step.lists[0]);
+    const auto* box = layer.IsEmpty() ? nullptr : dynamic_cast<const XvcTextBox*>(layer.GetTail());
+    if (!box || box->GetEditMode() || !box->GetText().IsEmpty()) return;
+    std::vector<XObject*> selected; // undoing selects what comes back, which is nothing here
+    for (__POSITION* pos = m_view.GetSelectedObj()->GetHeadPosition(); pos;) {
+        XObject* const object = m_view.GetSelectedObj()->GetNext(pos);
+        if (object != box) selected.push_back(object);
     }
-    if (!GetTypedBox()) m_typed = nullptr;
+    m_view.Undo();
+    m_view.GetCommandManager()->ClearRedoStack();
+    for (XObject* object : selected)
+        m_view.GetSelectedObj()->AddTail(object);
+    m_view.ShowSelection();
+    Follow();
 }
 
 void XEditActions::EndTyping()
 {
-    NoteTyping();
-    if (XvcTextBox* text = GetTypedBox()) text->EndEditMode();
+    if (!m_view.EndTyping()) return;
     m_view.InvalidateControl(1);
+    Follow();
 }
 
 void XEditActions::Follow()
 {
     m_draw.Adopt();
     m_ledger.Follow();
-    const bool isTyping = GetTypedBox() != nullptr;
-    if (isTyping != (m_typed != nullptr)) NoteTyping();
     if (m_draw.GetTool() != XGVMessageManager::kModeNone) m_picker.FollowView();
     EnableActions();
 }
@@ -212,17 +271,19 @@ void XEditActions::OnReport(XViewReport code, XLPARAM parameter)
         Prune(); // a band takes what lies in locked layers too
         const auto* first = dynamic_cast<const XvcObj*>(
             m_view.GetSelectedObj()->GetCount() > 0 ? m_view.GetSelectedObj()->GetHead() : nullptr);
-        const tagXVectorPlace place = first ? m_vectors.Find(*first) : tagXVectorPlace();
-        if (place.file >= 0) { // what is edited is the current layer
-            const bool isOne = m_vectors.GetAt(place.file)->layers.size() < 2;
-            m_tree.SetCurrent({tagXTreeNode::Kind::Vector, place.file, isOne ? -1 : place.layer});
-        }
+        const tagXTreeNode node = first ? m_tree.FindNode(*first) : tagXTreeNode();
+        if (node.IsVector()) m_tree.SetCurrent(node); // what is edited is the current layer
         break;
     }
     default:
         break;
     }
-    if (IsEdit(code)) Follow();
+    if (code == XViewReport::LButtonUp) DropEmptyBox();
+    if (IsEdit(code))
+        Follow();
+    else if (code == XViewReport::LButtonDown || code == XViewReport::LButtonUp ||
+             code == XViewReport::KeyDown)
+        EnableUndo(); // an object may have been begun or dropped
     if (code == XViewReport::AfterUndo || code == XViewReport::AfterRedo) m_picker.FollowView();
 }
 
@@ -274,11 +335,10 @@ void XEditActions::OpenMenu(const QPoint& pixel)
     XvcObj* object = m_picker.FindAt(pixel.x(), pixel.y());
     if (object && !m_view.GetSelectedObj()->Find(object)) {
         m_picker.Drop();
-        m_picker.Select(object);
-        if (mode == kSelect && object->GetParentLayer() != m_view.GetEditLayer()) {
-            m_view.SetEditLayer(object->GetParentLayer());
-            m_view.ShowSelected(object);
-        }
+        if (mode == kSelect)
+            m_clicks.Select(*object);
+        else
+            m_picker.Select(object);
     }
     EnableActions();
     if (!object && mode != kSelect) return;
@@ -299,15 +359,26 @@ void XEditActions::EnableStep(const char* id, const char* verb, bool isUndo)
     m_actions.SetEnabled(id, isAny, isUndo ? "Nothing was changed" : "Nothing was undone");
 }
 
-void XEditActions::EnableActions()
+void XEditActions::EnableUndo()
 {
     EnableStep("edit.undo", "&Undo", true);
     EnableStep("edit.redo", "&Redo", false);
+    if (!m_draw.IsDrawingObject()) return;
+    QAction* const undo = m_actions.Get("edit.undo");
+    undo->setText("&Undo Last Point");
+    undo->setToolTip("Undo Last Point");
+    m_actions.SetEnabled("edit.undo", true);
+    m_actions.SetEnabled("edit.redo", false, "Something is being drawn");
+}
+
+void XEditActions::EnableActions()
+{
+    EnableUndo();
     const int count = m_view.GetSelectedObj()->GetCount();
     const bool isSelecting = m_draw.GetTool() == kSelect;
     const bool canChange = isSelecting && count > 0;
     m_actions.SetEnabled("edit.copy", count > 0, "No object is selected; click on one");
-    for (const char* id : {"edit.cut", "edit.delete"})
+    for (const char* id : {"edit.cut", "edit.duplicate", "edit.delete"})
         m_actions.SetEnabled(id, canChange, kSelectFirst);
     m_actions.SetEnabled("edit.properties", canChange && XObjectDialogs::Get(), kSelectFirst);
     m_actions.SetEnabled("edit.paste", !m_view.GetCommandManager()->GetClipboard()->IsEmpty(),
@@ -323,4 +394,5 @@ void XEditActions::EnableActions()
                                  !canChange ? kSelectFirst
                                  : isFront  ? "One of the objects is in front already"
                                             : "One of the objects is at the back already");
+    if (m_followed) m_followed();
 }

@@ -1,5 +1,6 @@
 #include "host/XFileActions.h"
 
+#include "foundation/platform/XFileFilter.h"
 #include "foundation/platform/XPrompts.h"
 #include "foundation/platform/XQtText.h"
 #include "foundation/raster/XRSFileIO.h"
@@ -50,6 +51,8 @@ void XFileActions::AskAndOpen()
     tagXFilePrompt prompt;
     prompt.title = "Open";
     prompt.filter = XfnFromQString(XfnOpenFilter());
+    prompt.filterIndex = XFileFilter(prompt.filter).FindLabel(kAllFilesLabel);
+    prompt.hasRasterPreview = true;
     prompt.folder = XfnFromQString(m_settings.GetLastFolder());
     std::vector<XString> chosen;
     if (!XPrompts::Get()->OpenFiles(m_handle, prompt, true, chosen)) return;
@@ -88,6 +91,8 @@ int XFileActions::OpenAll(const QStringList& paths, XOpenErrors& errors)
             const tagXLayer& layer = *m_layers.GetAt(0); // an opened layer is the top one
             if (XfnIsGrossMiss(layer.miss))
                 misplaced.append(layer.name + ": " + XfnPlacementText(layer.miss) + ".");
+        } else if (message.isEmpty()) {
+            break; // given up by the user, and what waits with it
         } else if (const QStringList parts = AskForParts(path); !parts.isEmpty()) {
             for (int part = 0; part < parts.size(); ++part)
                 queue.insert(i + 1 + part, parts[part]);

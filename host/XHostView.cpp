@@ -5,10 +5,12 @@
 #include "foundation/raster/XDMCompManager.h"
 #include "foundation/raster/XDMComposite.h"
 #include "foundation/surface/XBackBuffer.h"
+#include "foundation/vector/XvcLine.h"
 #include "foundation/vector/XvcTextBox.h"
 #include "view/XViewKeys.h"
 
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QTimer>
 
 #include <algorithm>
@@ -24,12 +26,15 @@ constexpr double kPointShare = 1e-4;      // of its coordinates, to be seen arou
 constexpr int kClickSlackPx = 3;          // a hand is not still
 constexpr double kPointPixels = 10;       // of a point drawn with lines given in pixels
 constexpr int kRestMs = 40;
+constexpr int kFullMarks = 1000; // objects with all their control points
+constexpr short kModeSelect = 0, kModeLine = 102, kModeArrow = 115;
 
 } // namespace
 
 XHostView::XHostView(QWidget* parent) : XTQSpaceView(parent)
 {
     SetAutoFocus(0);
+    SetFullMarkCount(kFullMarks);
     setFocusPolicy(Qt::WheelFocus);
 }
 
@@ -64,6 +69,16 @@ void XHostView::FitAll()
     if (m_extent && m_extent(box)) return FitBox(box[0], box[1], box[2], box[3]);
     ZoomFit();
     m_hasFit = false;
+}
+
+void XHostView::RunPropButton(int id)
+{
+    if (id == kXPropFit)
+        FitAll();
+    else if (id == kXPropZoomIn || id == kXPropZoomOut)
+        ZoomStep(id == kXPropZoomIn);
+    else
+        XTQSpaceView::RunPropButton(id);
 }
 
 void XHostView::ShowObject(double minX, double minY, double maxX, double maxY)
@@ -158,14 +173,127 @@ void XHostView::HandleMouseMessage(XHWND window, unsigned message, XWPARAM wPara
         ZoomRect();
         m_isShiftZoom = true;
     }
+    if (message == kMsgLButtonDblClk && m_beforeDoubleClick)
+        m_beforeDoubleClick(XfnPackedX(lParam), XfnPackedY(lParam));
     if (m_isShiftZoom) wParam &= ~static_cast<XWPARAM>(kFlagShift); // the tool knows no Shift
     if (message == kMsgLButtonUp) m_isShiftZoom = false;
     if (message == kMsgLButtonDown || message == kMsgLButtonUp)
         m_isLeftDown = message == kMsgLButtonDown;
+    const QPoint pixel(XfnPackedX(lParam), XfnPackedY(lParam));
+    if (message != kMsgMouseWheel) m_seen = pixel; // that one tells a place on the screen
+    if (HoldRightPress(message, pixel) || GiveUpLine(message, pixel)) {
+        OnSetCursor();
+        return;
+    }
+    m_isBoxPress =
+        message == kMsgLButtonDown && GetMode() == kModeSelect && (wParam & kFlagShift) != 0;
+    if (m_isBoxPress) ShowSelected(nullptr);
     if (GetMode() == kModeBalloon)
         HandleMouseBalloonMessage(window, message, wParam, lParam);
     else
         XTQSpaceView::HandleMouseMessage(window, message, wParam, lParam);
+}
+
+bool XHostView::IsDrawingObject()
+{
+    const XvcObj* const object = GetObjectManager().m_currentObject;
+    return object && (m_isLeftDown || dynamic_cast<const XvcVertexObj*>(object));
+}
+
+// Answers true for a press that waits for its release. Where that comes at the same place, the tool
+// gets both.
+bool XHostView::HoldRightPress(unsigned message, const QPoint& pixel)
+{
+    switch (message) {
+    case kMsgRButtonDown:
+        m_isRightHeld = IsDrawingObject();
+        m_rightPress = pixel;
+        return m_isRightHeld;
+    case kMsgMouseMove:
+        if ((pixel - m_rightPress).manhattanLength() > kClickSlackPx) m_isRightHeld = false;
+        return false;
+    case kMsgRButtonUp:
+        if (std::exchange(m_isRightHeld, false)) StepBack();
+        return false;
+    default:
+        return false;
+    }
+}
+
+// A click with the tool of a line would leave a dot that nobody finds again.
+bool XHostView::GiveUpLine(unsigned message, const QPoint& pixel)
+{
+    if (message == kMsgLButtonDown) m_leftPress = pixel;
+    const short mode = GetMode();
+    if (message != kMsgLButtonUp || (mode != kModeLine && mode != kModeArrow) ||
+        !dynamic_cast<XvcLine*>(GetObjectManager().m_currentObject) ||
+        (pixel - m_leftPress).manhattanLength() > kClickSlackPx)
+        return false;
+    GetObjectManager().DestroyCurrent();
+    InvalidateControl(1);
+    if (m_noLength) m_noLength();
+    return true;
+}
+
+void XHostView::SendToTool(unsigned message, unsigned flags, const QPoint& pixel)
+{
+    XTQSpaceView::HandleMouseMessage(GetHWND(), message, flags,
+                                     static_cast<XLPARAM>(XfnPackPoint(pixel.x(), pixel.y())));
+}
+
+void XHostView::StepBack()
+{
+    SendToTool(kMsgRButtonDown, kFlagRight, m_seen);
+}
+
+void XHostView::FinishObject()
+{
+    SendToTool(kMsgLButtonDblClk, kFlagLeft, m_seen);
+}
+
+int XHostView::ChoosePicture(XvcBitmap& picture)
+{
+    return m_choosePicture ? m_choosePicture(picture) : XTQSpaceView::ChoosePicture(picture);
+}
+
+void XHostView::keyPressEvent(QKeyEvent* event)
+{
+    const Qt::KeyboardModifiers keys = event->modifiers() & ~Qt::KeypadModifier;
+    const int step = keys == Qt::ShiftModifier ? 10 : 1;
+    QPoint by;
+    switch (event->key()) {
+    case Qt::Key_Left:
+        by.setX(-step);
+        break;
+    case Qt::Key_Right:
+        by.setX(step);
+        break;
+    case Qt::Key_Up:
+        by.setY(-step);
+        break;
+    case Qt::Key_Down:
+        by.setY(step);
+        break;
+    default:
+        break;
+    }
+    if (!by.isNull() && !(keys & ~Qt::ShiftModifier) && m_nudge && m_nudge(by.x(), by.y())) return;
+    m_isKeyUsed = false;
+    XTQSpaceView::keyPressEvent(event);
+    if (std::exchange(m_isKeyUsed, false)) event->accept(); // it ends here
+}
+
+// Keys of the object that is being drawn go before the shortcuts of the window.
+bool XHostView::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride && m_drawingKey && IsDrawingObject()) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Backspace) {
+            event->accept();
+            return true;
+        }
+    }
+    return XTQSpaceView::event(event);
 }
 
 void XHostView::ShowSelected(XvcObj* object)
@@ -250,7 +378,24 @@ void XHostView::HandleKeyboardMessage(XHWND window, unsigned message, XWPARAM wP
         selection.GetCount() == 1 ? dynamic_cast<const XvcTextBox*>(selection.GetHead()) : nullptr;
     m_beforeKey = {GetMode(), GetObjectManager().m_currentObject != nullptr,
                    text && text->GetEditMode(), m_isLeftDown};
+    const bool isDrawingKey = wParam == kKeyReturn || wParam == kKeyBackspace;
+    if (isDrawingKey && m_drawingKey && IsDrawingObject()) {
+        m_isKeyUsed = m_drawingKey(static_cast<int>(wParam));
+        if (m_isKeyUsed) return;
+    }
     XTQSpaceView::HandleKeyboardMessage(window, message, wParam, lParam);
+}
+
+bool XHostView::focusNextPrevChild(bool isNext)
+{
+    return (hasFocus() && m_walk && m_walk(isNext)) || XTQSpaceView::focusNextPrevChild(isNext);
+}
+
+XvcObj* XHostView::FindObject(double worldX, double worldY, double tolerance, tagXHitFlag& hit)
+{
+    if (m_isBoxPress) return nullptr;
+    XvcObj* const object = m_findObject ? m_findObject(worldX, worldY, tolerance, hit) : nullptr;
+    return object ? object : XTQSpaceView::FindObject(worldX, worldY, tolerance, hit);
 }
 
 void XHostView::OnSize(int width, int height)

@@ -24,6 +24,10 @@ struct tagXEscape
 /// text box; a click and the wheel do. Dragging with the left button and Shift pulls a zoom rectangle
 /// open without a change of mode before.
 ///
+/// While an object is drawn vertex by vertex, a right press is a step back only when it is released
+/// where it went down: a drag with that button moves the view and takes nothing away. A line that was
+/// clicked, not dragged, is none. While selecting, a press with Shift begins a box wherever it is.
+///
 /// Without a tool at work a click tells its place, so that the object there can be selected, and what
 /// is selected stays so until something else is. Where a click would hit, the cursor is a hand.
 /// What is told to be its extent is what it fits and what limits its zoom. User interface thread.
@@ -45,6 +49,35 @@ public:
     {
         m_isTarget = std::move(isTarget);
     }
+    /// Asked what a press of the selection tool means; null leaves it to the library.
+    using FindObjectFunction =
+        std::function<XvcObj*(double worldX, double worldY, double tolerance, tagXHitFlag& hit)>;
+    void SetFindObject(FindObjectFunction find) { m_findObject = std::move(find); }
+    /// Told of a double click before the tool, with its place in device pixels.
+    void SetBeforeDoubleClick(std::function<void(int x, int y)> run)
+    {
+        m_beforeDoubleClick = std::move(run);
+    }
+    /// Asked for the next object, or the one before, when Tab or Shift+Tab is pressed; false lets
+    /// the keyboard go on to the next control.
+    void SetWalk(std::function<bool(bool isForward)> walk) { m_walk = std::move(walk); }
+    /// Asked what Enter (13) and Backspace (8) do while an object is being drawn; false leaves the
+    /// key to the library.
+    void SetDrawingKey(std::function<bool(int key)> run) { m_drawingKey = std::move(run); }
+    /// Asked for the picture of what the picture tool is drawing; 0: there is none.
+    void SetChoosePicture(std::function<int(XvcBitmap&)> choose)
+    {
+        m_choosePicture = std::move(choose);
+    }
+    /// Asked to move what is selected by so many pixels, when an arrow is pressed, with Shift by
+    /// ten; false moves the view.
+    void SetNudge(std::function<bool(int dx, int dy)> nudge) { m_nudge = std::move(nudge); }
+    /// Told that a line without a length was given up.
+    void SetNoLength(std::function<void()> run) { m_noLength = std::move(run); }
+    /// An object is seen that is not finished: of a drag, or one of vertices.
+    bool IsDrawingObject();
+    void StepBack();     ///< takes the last vertex away that was set
+    void FinishObject(); ///< as a double click does, without a vertex at the pointer
     /// Shows one object with its outline and control points, null for none.
     void ShowSelected(XvcObj* object);
     void ShowSelection(); ///< after a change of the list of what is selected
@@ -80,6 +113,7 @@ public:
     void HandleMousePointMessage(XHWND window, unsigned message, XWPARAM wParam,
                                  XLPARAM lParam) override;
     int OnSetCursor() override;
+    void RunPropButton(int id) override; ///< fits and zooms as the program's own commands do
     void HandleKeyboardMessage(XHWND window, unsigned message, XWPARAM wParam,
                                XLPARAM lParam) override;
 
@@ -87,6 +121,11 @@ protected:
     void OnSize(int width, int height) override;
     void OnBusyChanged(int isBusy) override;
     void paintEvent(QPaintEvent* event) override;
+    bool focusNextPrevChild(bool isNext) override;
+    XvcObj* FindObject(double worldX, double worldY, double tolerance, tagXHitFlag& hit) override;
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    int ChoosePicture(XvcBitmap& picture) override;
 
 private:
     using Mapping = std::array<double, 4>; // centre x, y, world length of a pixel x, y
@@ -94,6 +133,9 @@ private:
     void SetMapping(const Mapping& mapping);
     void ZoomByKey(int in) override { ZoomStep(in != 0); }
     void LookForTarget(int x, int y);
+    bool HoldRightPress(unsigned message, const QPoint& pixel);
+    bool GiveUpLine(unsigned message, const QPoint& pixel);
+    void SendToTool(unsigned message, unsigned flags, const QPoint& pixel);
     bool GetLimits(double& closest, double& farthest);
     bool CanZoom(bool isIn);
 
@@ -103,7 +145,20 @@ private:
     std::function<bool(double (&)[4])> m_extent;
     std::function<void(int, int)> m_clicked;
     std::function<bool(int, int)> m_isTarget;
-    bool m_isPressed = false; // the left button, where it may become a click
+    FindObjectFunction m_findObject;
+    std::function<void(int, int)> m_beforeDoubleClick;
+    std::function<bool(bool)> m_walk;
+    std::function<bool(int)> m_drawingKey;
+    std::function<void()> m_noLength;
+    std::function<int(XvcBitmap&)> m_choosePicture;
+    std::function<bool(int, int)> m_nudge;
+    QPoint m_seen; // of the last message of the pointer
+    QPoint m_leftPress;
+    QPoint m_rightPress;
+    bool m_isKeyUsed = false;   // by what is being drawn
+    bool m_isRightHeld = false; // its press has not reached the tool
+    bool m_isBoxPress = false;  // whatever lies there is not hit
+    bool m_isPressed = false;   // the left button, where it may become a click
     QPoint m_pressed;
     QPoint m_rested;
     bool m_isTargetDue = false;

@@ -61,7 +61,7 @@ QString XLayerStack::MakeName(const QString& path) const
 bool XLayerStack::Open(const QString& path, QString& message)
 {
     auto layer = std::make_unique<tagXLayer>();
-    layer->file = XfnOpenRaster(path, message);
+    layer->file = XfnOpenRaster(path, message, m_reader);
     if (!layer->file) return false;
     layer->path = path;
     layer->name = MakeName(path);

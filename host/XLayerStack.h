@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/XBandChoice.h"
+#include "host/XRasterOpener.h"
 
 #include <QString>
 
@@ -47,6 +48,9 @@ public:
     /// Asked before the first layer gives the view its coordinate system: true keeps that of before.
     void SetIsPlaced(std::function<bool()> isPlaced) { m_isPlaced = std::move(isPlaced); }
 
+    /// Reads the files of layers in the place of plain opening.
+    void SetReader(XRasterReader reader) { m_reader = std::move(reader); }
+
     int GetCount() const { return static_cast<int>(m_layers.size()); }
     const tagXLayer* GetAt(int index) const;     ///< null out of range
     int GetCurrent() const { return m_current; } ///< -1 when there is none
@@ -54,7 +58,8 @@ public:
 
     /// Opens a raster on top, with the bands and the stretch of a first look, and makes it current.
     /// The first layer gives the view its coordinate system, unless something else that is open has.
-    /// @return false with a sentence that does not repeat the path; the stack is then unchanged
+    /// @return false with a sentence that does not repeat the path, an empty one when the user gave up;
+    ///         the stack is then unchanged
     bool Open(const QString& path, QString& message);
     void Close(int index);
     void CloseAll();
@@ -87,6 +92,7 @@ private:
     XDMCompManager* m_manager;
     std::vector<std::function<void(LayerChange)>> m_observers;
     std::function<bool()> m_isPlaced;
+    XRasterReader m_reader;
     std::vector<std::unique_ptr<tagXLayer>> m_layers;
     int m_current = -1;
 };

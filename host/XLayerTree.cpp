@@ -104,6 +104,14 @@ bool XLayerTree::IsNode(const Node& node) const
     return FindRow(node, row, child);
 }
 
+XLayerTree::Node XLayerTree::FindNode(const XvcObj& object) const
+{
+    const tagXVectorPlace place = m_vectors.Find(object);
+    if (place.file < 0) return {};
+    const bool isOne = m_vectors.GetAt(place.file)->layers.size() < 2;
+    return {Node::Kind::Vector, place.file, isOne ? -1 : place.layer};
+}
+
 void XLayerTree::SetCurrent(const Node& node)
 {
     if (node == m_current || !IsNode(node)) return;

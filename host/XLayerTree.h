@@ -42,6 +42,8 @@ public:
     /// @return false for a node that there is not; child is -1 for a file
     bool FindRow(const Node& node, int& row, int& child) const;
     bool IsNode(const Node& node) const;
+    /// The row of the layer that an object lies in; that of its file when it has no other.
+    Node FindNode(const XvcObj& object) const;
 
     const Node& GetCurrent() const { return m_current; } ///< kind None when nothing is open
     void SetCurrent(const Node& node);

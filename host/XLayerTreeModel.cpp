@@ -4,7 +4,9 @@
 #include "host/XLayerTree.h"
 #include "host/XSymbolIcon.h"
 
+#include <QGuiApplication>
 #include <QMimeData>
+#include <QPalette>
 
 #include <algorithm>
 
@@ -97,6 +99,10 @@ QVariant XLayerTreeModel::data(const QModelIndex& index, int role) const
         return m_tree.GetName(node);
     case Qt::ToolTipRole:
         return m_tree.GetTip(node);
+    case Qt::ForegroundRole: // a layer of a hidden file is not seen, whatever its own mark is
+        return node.layer >= 0 && !m_tree.IsVisible({node.kind, node.index, -1})
+                   ? QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text)
+                   : QVariant();
     case Qt::CheckStateRole:
         return m_tree.IsVisible(node) ? Qt::Checked : Qt::Unchecked;
     case Qt::DecorationRole: {
@@ -151,7 +157,7 @@ QMimeData* XLayerTreeModel::mimeData(const QModelIndexList& indexes) const
     return data;
 }
 
-// Where a dragged row would go. Rows keep to their kind: one dropped beyond it goes to its end.
+// Where a dragged row would go: a place that there may not be among the rows of its kind.
 bool XLayerTreeModel::FindDrop(const QMimeData* data, Qt::DropAction action, int row,
                                const QModelIndex& parent, tagXTreeNode& node, int& to) const
 {
@@ -175,7 +181,6 @@ bool XLayerTreeModel::FindDrop(const QMimeData* data, Qt::DropAction action, int
         if (to > from) --to;
         to -= from - m_tree.GetSiblingIndex(node);
     }
-    to = std::clamp(to, 0, m_tree.GetSiblingCount(node) - 1);
     return true;
 }
 
@@ -193,6 +198,9 @@ bool XLayerTreeModel::dropMimeData(const QMimeData* data, Qt::DropAction action,
     tagXTreeNode node;
     int to = 0;
     if (!FindDrop(data, action, row, parent, node, to)) return false;
-    m_tree.Move(node, to);
+    const int last = m_tree.GetSiblingCount(node) - 1;
+    const bool isBeyond = to < 0 || to > last;
+    m_tree.Move(node, std::clamp(to, 0, last)); // rows keep to their kind
+    if (isBeyond && m_notice) m_notice("Vector layers always lie above the images");
     return true;
 }

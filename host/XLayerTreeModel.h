@@ -3,6 +3,7 @@
 #include <QAbstractItemModel>
 
 #include <functional>
+#include <utility>
 
 class XLayerTree;
 struct tagXTreeNode;
@@ -16,6 +17,9 @@ public:
     enum Column { Name, Lock, ColumnCount };
 
     explicit XLayerTreeModel(XLayerTree& tree); ///< the tree outlives the model
+
+    /// Receives what is worth a line in the status bar: why a row lies elsewhere than it was put.
+    void SetNotice(std::function<void(const QString&)> notice) { m_notice = std::move(notice); }
 
     tagXTreeNode GetNode(const QModelIndex& index) const;
     QModelIndex GetIndex(const tagXTreeNode& node) const;
@@ -43,4 +47,5 @@ private:
                   tagXTreeNode& node, int& to) const;
 
     XLayerTree& m_tree;
+    std::function<void(const QString&)> m_notice;
 };

@@ -11,18 +11,52 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QSpinBox>
+#include <QStyledItemDelegate>
 #include <QTableView>
+#include <QTimer>
 #include <QToolButton>
 #include <QTreeView>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace {
 
 constexpr int kMostShownChildren = 12; // a drawing of a hundred layers starts closed up
+
+/// Tells of double clicks on the picture of a row.
+class XSwatchDelegate : public QStyledItemDelegate
+{
+public:
+    XSwatchDelegate(QObject* parent, std::function<void(const QModelIndex&)> clicked)
+        : QStyledItemDelegate(parent), m_clicked(std::move(clicked))
+    {}
+
+protected:
+    bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
+                     const QModelIndex& index) override
+    {
+        if (event->type() == QEvent::MouseButtonDblClick) {
+            QStyleOptionViewItem row = option;
+            initStyleOption(&row, index);
+            const QRect swatch = row.widget->style()->subElementRect(
+                QStyle::SE_ItemViewItemDecoration, &row, row.widget);
+            if (swatch.contains(static_cast<QMouseEvent*>(event)->pos())) {
+                m_clicked(index);
+                return true;
+            }
+        }
+        return QStyledItemDelegate::editorEvent(event, model, option, index);
+    }
+
+private:
+    std::function<void(const QModelIndex&)> m_clicked;
+};
 
 } // namespace
 
@@ -60,7 +94,7 @@ QWidget* XLayersWidget::MakeTree(XMainActions& actions)
     m_view->setObjectName("layers.list");
     m_view->setAccessibleName("Layers, the top one first");
     m_view->setModel(m_layers);
-    m_view->setMinimumHeight(5 * (fontMetrics().height() + 4));
+    m_view->setMinimumHeight(3 * (fontMetrics().height() + 4));
     m_view->setHeaderHidden(true);
     m_view->header()->setStretchLastSection(false);
     m_view->header()->setSectionResizeMode(XLayerTreeModel::Name, QHeaderView::Stretch);
@@ -83,19 +117,29 @@ QWidget* XLayersWidget::MakeTree(XMainActions& actions)
         if (index.column() == XLayerTreeModel::Lock && node.IsVector())
             m_tree.GetVectors().SetLocked(node.GetPlace(), !m_tree.IsLocked(node));
     });
+    auto* delegate = new XSwatchDelegate(m_view, [this, &actions](const QModelIndex& index) {
+        if (!m_layers->GetNode(index).IsVector()) return;
+        // within an event of the row nothing may run that can take it away
+        QTimer::singleShot(0, this, [&actions] { actions.Get("layer.color")->trigger(); });
+    });
+    m_view->setItemDelegateForColumn(XLayerTreeModel::Name, delegate);
+    QObject::connect(m_view, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) {
+        if (index.column() == XLayerTreeModel::Name && m_picked) m_picked();
+    });
     QObject::connect(m_view, &QTreeView::collapsed, this, [this](const QModelIndex& index) {
         if (!m_isExpanding) m_collapsed.insert(m_tree.GetPath(m_layers->GetNode(index)));
     });
     QObject::connect(m_view, &QTreeView::expanded, this, [this](const QModelIndex& index) {
         if (!m_isExpanding) m_collapsed.remove(m_tree.GetPath(m_layers->GetNode(index)));
     });
+    // Delete takes objects away: here, with another control in focus than one thinks, it does nothing
     for (const auto& [key, id] : {std::pair{Qt::ALT | Qt::Key_Up, "layer.up"},
-                                  std::pair{Qt::ALT | Qt::Key_Down, "layer.down"},
-                                  std::pair{QKeyCombination(Qt::Key_Delete), "file.close"}}) {
+                                  std::pair{Qt::ALT | Qt::Key_Down, "layer.down"}}) {
         auto* shortcut = new QShortcut(key, m_view);
         shortcut->setContext(Qt::WidgetShortcut); // not while a name is typed
         QObject::connect(shortcut, &QShortcut::activated, actions.Get(id), &QAction::trigger);
     }
+    actions.BindLetters(m_view); // in the place of a search by first letters
     return m_view;
 }
 
@@ -104,7 +148,7 @@ void XLayersWidget::MakeMenu(XMainActions& actions)
     m_menu = new QMenu(this);
     m_menu->setObjectName("layers.menu");
     for (const char* id : {"view.fitLayer", "-", "layer.visible", "layer.lock", "layer.rename",
-                           "layer.color", "-", "layer.save", "file.close"}) {
+                           "layer.color", "layer.table", "-", "layer.save", "file.close"}) {
         if (*id == '-')
             m_menu->addSeparator();
         else
@@ -113,6 +157,11 @@ void XLayersWidget::MakeMenu(XMainActions& actions)
     QObject::connect(m_view, &QWidget::customContextMenuRequested, this, [this](const QPoint& at) {
         if (m_view->indexAt(at).isValid()) m_menu->popup(m_view->viewport()->mapToGlobal(at));
     });
+}
+
+void XLayersWidget::SetNotice(std::function<void(const QString&)> notice)
+{
+    m_layers->SetNotice(std::move(notice));
 }
 
 void XLayersWidget::RenameCurrent()
@@ -143,6 +192,7 @@ QWidget* XLayersWidget::MakeButtons(XMainActions& actions)
 QWidget* XLayersWidget::MakeOpacity()
 {
     auto* row = new QWidget(this);
+    m_opacityRow = row;
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
     auto* label = new QLabel("&Opacity:", row);
@@ -212,8 +262,8 @@ void XLayersWidget::ShowTree()
     const QSignalBlocker boxBlocker(m_opacityBox);
     m_opacity->setValue(percent);
     m_opacityBox->setValue(percent);
-    m_opacity->setEnabled(isRaster);
-    m_opacityBox->setEnabled(isRaster);
+    m_opacityRow->setEnabled(isRaster);
+    m_opacityRow->setVisible(!current.IsVector()); // objects have opacities of their own
 }
 
 void XLayersWidget::ShowProperties()

@@ -2,7 +2,7 @@
 
 XLevelBar::XLevelBar(QWidget* parent)
     : XAnswerBar(parent, "levels", "Pyramid",
-                 {{"build", "&Build", static_cast<int>(Answer::Build)},
-                  {"notNow", "Not No&w", static_cast<int>(Answer::NotNow)},
-                  {"never", "&Never for This File", static_cast<int>(Answer::Never)}})
+                 {{"build", "B&uild", static_cast<int>(Answer::Build)},
+                  {"notNow", "No&t Now", static_cast<int>(Answer::NotNow)},
+                  {"never", "Never for This File", static_cast<int>(Answer::Never)}})
 {}

@@ -137,10 +137,30 @@ void XMainActions::BindImageKeys(QWidget* image)
 {
     for (const tagXActionRow& row : XfnActionTable()) {
         QAction* action = Get(row.id);
-        for (const char* key : row.imageKeys) {
-            auto* shortcut = new QShortcut(Portable(key), image);
-            shortcut->setContext(Qt::WidgetWithChildrenShortcut);
-            QObject::connect(shortcut, &QShortcut::activated, action, &QAction::trigger);
+        if (row.keys.empty() && !row.imageKeys.empty()) { // menus show them
+            QList<QKeySequence> keys;
+            for (const char* key : row.imageKeys)
+                keys.append(Portable(key));
+            action->setShortcuts(keys);
+            action->setShortcutContext(Qt::WidgetShortcut);
+            image->addAction(action);
+            continue;
         }
+        for (const char* key : row.imageKeys)
+            Bind(key, image, *action);
     }
+}
+
+void XMainActions::BindLetters(QWidget* list)
+{
+    for (const tagXActionRow& row : XfnActionTable())
+        for (const char* key : row.imageKeys)
+            if (QString(key).size() == 1) Bind(key, list, *Get(row.id));
+}
+
+void XMainActions::Bind(const char* key, QWidget* widget, QAction& action)
+{
+    auto* shortcut = new QShortcut(Portable(key), widget);
+    shortcut->setContext(Qt::WidgetShortcut); // not while something is typed over it
+    QObject::connect(shortcut, &QShortcut::activated, &action, &QAction::trigger);
 }

@@ -30,10 +30,13 @@ public:
     /// Fills the menu bar. `fill` is called for each "@name" entry with the menu it stands in.
     void BuildMenus(const std::function<void(const QString& name, QMenu* menu)>& fill);
     QList<QToolBar*> BuildToolBars();
-    /// Gives `image` the plain keys, valid while it or a child of it has the focus.
+    /// Gives `image` the plain keys, valid while it has the focus.
     void BindImageKeys(QWidget* image);
+    /// Gives `list` those of them that are one letter or sign, so that a tool can be chosen from there.
+    void BindLetters(QWidget* list);
 
 private:
+    void Bind(const char* key, QWidget* widget, QAction& action);
     void AddButton(QToolBar& bar, QAction& action);
 
     QMainWindow* m_window;

@@ -5,16 +5,21 @@
 #include "foundation/raster/XDMCompManager.h"
 #include "foundation/raster/XDMComposite.h"
 #include "foundation/raster/XRSFile.h"
-#include "host/XActionTable.h"
+#include "host/XAttributeTableWidget.h"
 #include "host/XAttributesWidget.h"
 #include "host/XAutosaveActions.h"
 #include "host/XBandsWidget.h"
+#include "host/XClickActions.h"
 #include "host/XDrawActions.h"
 #include "host/XEditActions.h"
+#include "host/XEnhanceActions.h"
 #include "host/XFileActions.h"
+#include "host/XFocusKeeper.h"
+#include "host/XHintLabel.h"
 #include "host/XHostView.h"
 #include "host/XJobRunner.h"
 #include "host/XJobWidget.h"
+#include "host/XKeyMapDialog.h"
 #include "host/XLayerActions.h"
 #include "host/XLayerPlacement.h"
 #include "host/XLayerTree.h"
@@ -25,15 +30,19 @@
 #include "host/XNoticeBar.h"
 #include "host/XObjectActions.h"
 #include "host/XObjectPicker.h"
+#include "host/XOpeningDlg.h"
+#include "host/XPictureChooser.h"
 #include "host/XReadOut.h"
 #include "host/XRecoveryBar.h"
 #include "host/XSaveActions.h"
 #include "host/XStatusWidget.h"
 #include "host/XStyleBar.h"
+#include "host/XSymbolIcon.h"
 #include "host/XVectorActions.h"
+#include "host/XVectorLook.h"
 #include "host/XViewActions.h"
-#include "host/XWindowPlacement.h"
 #include "view/XViewKeys.h"
+#include "wnd/XViewDialogBinding.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -56,9 +65,8 @@
 namespace {
 
 constexpr unsigned kHostMessage = 41024;
-constexpr QSize kFirstSize(1200, 800);
 constexpr int kNoticeMs = 8000;
-constexpr int kLikelyTitleHeight = 40;
+constexpr int kHintMs = 4000;
 
 QStringList LocalPaths(const QMimeData* data)
 {
@@ -92,6 +100,7 @@ QDockWidget* MakeDock(QMainWindow* window, QWidget* content, const QString& titl
 
 XMainWindow::XMainWindow(const QString& version)
     : m_version(version),
+      m_layout(*this, m_settings),
       m_view(new XHostView(this)),
       m_actions(std::make_unique<XMainActions>(this))
 {
@@ -114,7 +123,10 @@ XMainWindow::XMainWindow(const QString& version)
     column->addWidget(m_levelBar);
     column->addWidget(m_view, 1);
     setCentralWidget(middle);
+    XfnBindViewDialogs();
     m_view->Create();
+    m_hint = new XHintLabel(m_view);
+    m_focus = std::make_unique<XFocusKeeper>(*m_view);
     MakeModels();
     MakeJobs();
     MakePanels();
@@ -124,13 +136,18 @@ XMainWindow::XMainWindow(const QString& version)
     m_view->Initialize(GetHWND(), kHostMessage);
     m_view->setFocus();
     FollowLayers();
-    m_firstLayout = saveState();
-    restoreState(m_settings.GetWindowLayout());
+    m_layout.Begin();
 }
 
 void XMainWindow::MakeModels()
 {
     m_layers = std::make_unique<XLayerStack>(m_view->GetXDMCompManager());
+    m_layers->SetReader([this](const XString& path, XString& error) {
+        XOpeningDlg dialog(this);
+        auto file = dialog.Open(path);
+        error = dialog.GetError();
+        return file;
+    });
     m_vectors =
         std::make_unique<XVectorStack>(m_view->GetExtBaseList(), m_view->GetXDMCompManager());
     m_layers->SetIsPlaced([this] { return m_vectors->HasPlaced(); });
@@ -146,6 +163,8 @@ void XMainWindow::MakeModels()
     m_viewActions = std::make_unique<XViewActions>(*this, GetHWND(), *m_view, *m_tree, *m_actions,
                                                    *m_readOut, m_settings);
     m_layerActions = std::make_unique<XLayerActions>(*m_tree, *m_actions);
+    m_enhanceActions =
+        std::make_unique<XEnhanceActions>(*this, *m_view, *m_tree, *m_actions, m_settings);
     m_objectActions = std::make_unique<XObjectActions>(*m_view, *m_tree, *m_picker, *m_actions);
     MakeEditing();
 }
@@ -153,20 +172,30 @@ void XMainWindow::MakeModels()
 void XMainWindow::MakeEditing()
 {
     m_drawActions = std::make_unique<XDrawActions>(*m_view, *m_tree, *m_picker, *m_actions);
-    m_editActions =
-        std::make_unique<XEditActions>(*m_view, *m_tree, *m_picker, *m_drawActions, *m_actions);
+    m_clickActions =
+        std::make_unique<XClickActions>(*m_view, *m_tree, *m_picker, *m_drawActions);
+    m_editActions = std::make_unique<XEditActions>(*m_view, *m_tree, *m_picker, *m_drawActions,
+                                                   *m_clickActions, *m_actions);
     m_saveActions = std::make_unique<XSaveActions>(GetHWND(), *m_tree, *m_actions, m_settings);
     m_autosave = std::make_unique<XAutosaveActions>(*m_vectors, *m_vectorActions, *m_editActions,
                                                     *m_recoveryBar);
     const auto notice = [this](const QString& text, const QString& detail) {
         Notice(text, detail);
     };
+    m_clickActions->SetNotice([this](const QString& text) { Notice(text); });
+    m_clickActions->SetLooked([this](const XvcObj* object, tagXVectorPlace place) {
+        ShowLocked(object, place);
+    });
+    m_drawActions->SetNotice([this](const QString& text) { Notice(text); });
+    m_drawActions->SetToolChanged([this] { ShowHint(); });
     m_saveActions->SetNotice(notice);
     m_autosave->SetNotice(notice);
     m_saveActions->SetSaving([this] { m_editActions->EndTyping(); });
     m_saveActions->SetSaved([this](int file) { m_editActions->GetLedger().SetSaved(file); });
-    m_files->SetMayClose(
-        [this](tagXVectorPlace place) { return m_saveActions->AskBeforeClosing(place); });
+    m_files->SetMayClose([this](tagXVectorPlace place) {
+        m_editActions->EndTyping();
+        return m_saveActions->AskBeforeClosing(place);
+    });
 }
 
 void XMainWindow::ConnectView()
@@ -179,11 +208,15 @@ void XMainWindow::ConnectView()
     });
     m_view->SetExtent([this](double(&box)[4]) { return m_tree->GetTotalExtent(box); });
     m_view->SetClicked([this](int x, int y) { m_picker->PickAt(x, y); });
+    m_view->SetChoosePicture(
+        [this](XvcBitmap& picture) { return XfnChoosePicture(GetHWND(), m_settings, picture); });
     m_view->SetIsTarget([this](int x, int y) { return m_picker->FindAt(x, y) != nullptr; });
     // not within the reports of painting: those may come while the picture is still being drawn
     m_view->SetBusyChanged([this](bool isBusy) {
         m_status->SetBusy(isBusy);
-        if (!isBusy) m_readOut->OnViewChanged(); // nothing was read while it was drawn
+        if (isBusy) return;
+        m_readOut->OnViewChanged(); // nothing was read while it was drawn
+        if (std::exchange(m_isRedrawDue, false)) m_view->InvalidateControl(1);
     });
     m_view->SetAfterPaint([this] {
         m_viewActions->OnPainted();
@@ -198,6 +231,7 @@ XMainWindow::~XMainWindow()
     // layers that have
     m_view->SetBusyChanged(nullptr);
     m_view->SetAfterPaint(nullptr);
+    m_editActions->SetFollowed(nullptr);
     m_view->QueDisable();
     m_view->QueCancel();
     m_view->SetExtent(nullptr);
@@ -212,8 +246,10 @@ XMainWindow::~XMainWindow()
 void XMainWindow::MakePanels()
 {
     auto* layers = new XLayersWidget(*m_tree, *m_actions, this);
+    layers->SetPicked([this] { m_view->setFocus(); });
+    layers->SetNotice([this](const QString& text) { Notice(text); });
     auto* bands = new XBandsWidget(*m_layers, *m_actions, this);
-    auto* attributes = new XAttributesWidget(*m_picker, *m_vectors, *m_view->GetXDMCompManager(),
+    auto* attributes = m_attributeRows = new XAttributesWidget(*m_picker, *m_vectors, *m_view->GetXDMCompManager(),
                                              *m_actions, this);
     MakeDock(this, layers, "Layers");
     QDockWidget* under = MakeDock(this, bands, "Bands");
@@ -221,6 +257,19 @@ void XMainWindow::MakePanels()
     tabifyDockWidget(under, m_attributes);
     m_attributes->hide(); // until there is something to tell
     m_picker->AddObserver([this] { ShowAttributes(); });
+    auto* table = new XAttributeTableWidget(*m_tree, *m_picker, *m_view, *m_actions, this);
+    auto* dock = new QDockWidget("Attribute Table", this);
+    dock->setObjectName("dock.table");
+    dock->setAccessibleName("Attribute Table");
+    dock->setWidget(table);
+    setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea); // those need their height
+    addDockWidget(Qt::BottomDockWidgetArea, dock);
+    dock->hide();
+    m_actions->Connect("layer.table", [this, dock] {
+        dock->setVisible(m_actions->Get("layer.table")->isChecked());
+    });
+    QObject::connect(dock, &QDockWidget::visibilityChanged, this,
+                     [this, dock] { m_actions->SetChecked("layer.table", !dock->isHidden()); });
 }
 
 // The panel comes by itself once in a session; who closes it then wants it closed. It shares its
@@ -228,6 +277,19 @@ void XMainWindow::MakePanels()
 void XMainWindow::ShowAttributes()
 {
     if (!m_picker->GetObject() || isFullScreen()) return;
+    if (!std::exchange(m_wereAttributesShown, true)) {
+        m_attributes->show();
+        resizeDocks({findChild<QDockWidget*>("dock.layers"), m_attributes}, {1, 1}, Qt::Vertical);
+    }
+    if (!m_attributes->isHidden()) m_attributes->raise();
+    NameTabs();
+}
+
+// What lies in a locked layer may be read, but is not selected.
+void XMainWindow::ShowLocked(const XvcObj* object, tagXVectorPlace place)
+{
+    m_attributeRows->ShowLocked(object, place);
+    if (!object || isFullScreen()) return;
     if (!std::exchange(m_wereAttributesShown, true)) m_attributes->show();
     if (!m_attributes->isHidden()) m_attributes->raise();
     NameTabs();
@@ -260,7 +322,12 @@ void XMainWindow::MakeJobs()
     m_vectorActions->SetNotice(
         [this](const QString& text, const QString& detail) { Notice(text, detail); });
     m_vectorActions->SetWarning(
-        [this](const QString& path, const QString& text) { m_noticeBar->Tell(path, text); });
+        [this](const QString& path, const QString& text) { m_noticeBar->TellAnew(path, text); });
+    m_vectorActions->SetIsGroundDark([this] {
+        return m_layers->GetCount() > 0 || XfnIsDarkColor(m_settings.GetBackground());
+    });
+    m_vectorActions->SetIsInView([this](const double(&box)[4]) { return IsInView(box); });
+    m_vectorActions->SetMoved([this] { m_view->FitAll(); });
     m_levelActions = std::make_unique<XLevelActions>(GetHWND(), *m_layers, *m_actions, *m_jobs,
                                                      *m_levelBar, m_settings);
     m_levelActions->SetNotice(
@@ -270,7 +337,13 @@ void XMainWindow::MakeJobs()
 void XMainWindow::MakeMenus()
 {
     QList<QToolBar*> bars = m_actions->BuildToolBars();
+    m_enhanceActions->FillToolBars();
     auto* style = new XStyleBar(*m_view, m_settings, this);
+    style->SetSelection([this] { return m_editActions->GetFirstSelected(); },
+                        [this](const XStyleBar::ChangeFunction& change) {
+                            m_editActions->ChangeSelected(change);
+                        });
+    m_editActions->SetFollowed([style] { style->ShowStyle(); });
     addToolBar(style);
     bars.append(style);
     m_actions->BuildMenus([this, bars](const QString& name, QMenu* menu) {
@@ -279,6 +352,8 @@ void XMainWindow::MakeMenus()
             recent->setObjectName("menu.recent");
             QObject::connect(recent, &QMenu::aboutToShow, recent,
                              [this, recent] { m_files->FillRecentMenu(recent); });
+        } else if (name == "enhance") {
+            m_enhanceActions->FillMenu(menu);
         } else if (name == "panels") {
             QMenu* panels = menu->addMenu("Pan&els");
             panels->setObjectName("menu.panels");
@@ -319,12 +394,16 @@ void XMainWindow::ConnectOthers()
         });
         m_view->InvalidateControl(1);
     });
-    for (const char* id : {"view.zoomRect", "draw.select"})
-        m_actions->Connect(id, [this] { ShowHint(); });
-    m_actions->Connect("window.reset", [this] { ResetLayout(); });
+    m_actions->Connect("view.zoomRect", [this] { ShowHint(); });
+    m_actions->Connect("view.fullScreen", [this] {
+        if (isFullScreen()) m_hint->Tell("Esc or F11 leaves the full screen", kHintMs);
+    });
+    m_actions->Connect("window.reset", [this] { m_layout.Reset(); });
     m_actions->Connect("help.keys", [this] {
-        XPrompts::Get()->Message(GetHWND(), XfnFromQString(XfnKeyMapText()), XPrompts::XIcon::None,
-                                 "Key Map");
+        if (!m_keyMap) m_keyMap = new XKeyMapDialog(this);
+        m_keyMap->show();
+        m_keyMap->raise();
+        m_keyMap->activateWindow();
     });
     m_actions->Connect("help.about", [this] {
         XPrompts::Get()->Message(
@@ -345,6 +424,7 @@ void XMainWindow::CopyText(const QString& text, const QString& notice)
 void XMainWindow::Notice(const QString& text, const QString& detail)
 {
     m_status->ShowNotice(text, detail, kNoticeMs);
+    if (isFullScreen()) m_hint->Tell(text, kHintMs); // the status bar is hidden
 }
 
 // What Escape ends when no tool has taken it: the opening of files, the job at hand, the selection,
@@ -382,13 +462,18 @@ void XMainWindow::FollowLayers()
         paths.append(m_tree->GetPath(m_tree->GetNode(row)));
     m_noticeBar->KeepOnly(paths);
     const bool isFirst = m_shownRows == 0 && rows > 0;
+    if (rows != m_shownRows) m_status->ClearNotice(); // it was about something else
+    if (rows > m_shownRows) m_view->setFocus(); // its plain keys are what comes next
     const bool isMoreRasters = m_layers->GetCount() > m_shownRasters;
+    const bool isMoreVectors = rows > m_shownRows && !isMoreRasters;
     m_shownRows = rows;
     m_shownRasters = m_layers->GetCount();
     if (isFirst && !m_drawActions->IsAdopting()) {
         m_viewActions->Forget();
         m_view->InvalidateControl(1);
         m_view->FitAll();
+    } else if (isMoreVectors && m_view->IsBusy()) {
+        m_isRedrawDue = true; // of many large files none would be seen until the last was read
     } else {
         m_view->InvalidateControl(1); // a later layer leaves the view where it is
     }
@@ -407,6 +492,16 @@ void XMainWindow::FollowLayers()
     if (isMoreRasters) TellOfRaster(isFirst);
 }
 
+bool XMainWindow::IsInView(const double (&box)[4])
+{
+    double minX = 0;
+    double maxX = 0;
+    double minY = 0;
+    double maxY = 0;
+    m_view->GetBound(minX, maxX, minY, maxY);
+    return box[2] >= minX && box[0] <= maxX && box[3] >= minY && box[1] <= maxY;
+}
+
 // Another raster was opened: what the user might not see of it.
 void XMainWindow::TellOfRaster(bool isFirst)
 {
@@ -419,13 +514,7 @@ void XMainWindow::TellOfRaster(bool isFirst)
     const QString placement = isFirst ? QString() : XfnPlacementText(layer->miss);
     if (!placement.isEmpty()) notices.append(layer->name + ": " + placement);
     double box[4] = {0, 0, 0, 0};
-    double minX = 0;
-    double maxX = 0;
-    double minY = 0;
-    double maxY = 0;
-    m_view->GetBound(minX, maxX, minY, maxY);
-    if (!isFirst && m_layers->GetExtent(m_layers->GetCurrent(), box) &&
-        (box[2] < minX || box[0] > maxX || box[3] < minY || box[1] > maxY))
+    if (!isFirst && m_layers->GetExtent(m_layers->GetCurrent(), box) && !IsInView(box))
         notices.append(layer->name + " lies outside the view; View > Fit Layer shows it");
     if (!notices.isEmpty()) Notice(notices.join(". "), notes);
 }
@@ -435,6 +524,7 @@ XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM 
     if (message != kHostMessage) return XMessageWindow::OnWindowMessage(message, wParam, lParam);
     const auto report = static_cast<XViewReport>(wParam);
     m_editActions->OnReport(report, lParam);
+    m_clickActions->OnReport(report, reinterpret_cast<const tagXMouseReport*>(lParam));
     switch (report) {
     case XViewReport::MouseMove: {
         const auto* mouse = reinterpret_cast<const tagXMouseReport*>(lParam);
@@ -444,6 +534,7 @@ XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM 
     case XViewReport::KeyDown:
         if (reinterpret_cast<const tagXKeyReport*>(lParam)->character == kKeyEscape) {
             if (!m_drawActions->OnEscape(m_view->GetBeforeKey())) StopOnEscape();
+            m_editActions->DropEmptyBox();
             m_editActions->EnableActions();
             ShowHint();
         }
@@ -499,51 +590,24 @@ void XMainWindow::OpenAfterFirstPaint(const QStringList& paths)
 
 void XMainWindow::Place(const QSize& size, const QPoint& pos, bool hasPos)
 {
-    QList<QRect> areas;
-    for (const QScreen* screen : QGuiApplication::screens())
-        areas.append(screen->availableGeometry());
-    QRect rect = m_settings.GetWindowRect();
-    const bool wasLeft = rect.isValid() && size.isEmpty();
-    if (!wasLeft) {
-        rect = QRect(QPoint(0, 0), size.isEmpty() ? kFirstSize : size);
-        if (!areas.isEmpty()) rect.moveCenter(areas.first().center());
-        if (hasPos) rect.moveTopLeft(pos);
-    }
-    // the toolkit counts without the frame, which is known only once the window was shown
-    QMargins frame(0, isVisible() ? geometry().top() - frameGeometry().top() : 0, 0, 0);
-    if (frame.top() <= 0) frame.setTop(kLikelyTitleHeight);
-    setGeometry(XfnPlaceWindow(rect, areas, frame));
-    if (wasLeft && m_settings.IsWindowMaximized())
-        setWindowState(windowState() | Qt::WindowMaximized);
-}
-
-// The bands need their height to be of use, the layers take what is left.
-void XMainWindow::ShareHeight()
-{
-    const auto* bands = findChild<QWidget*>("bands");
-    const int wanted = bands->sizeHint().height() + 30; // with the title of the dock
-    const int rest = std::max(1, m_view->height() - wanted);
-    resizeDocks({findChild<QDockWidget*>("dock.layers"), findChild<QDockWidget*>("dock.bands")},
-                {rest, wanted}, Qt::Vertical);
+    m_layout.Place(size, pos, hasPos);
 }
 
 void XMainWindow::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
     NameTabs();
-    const bool isFirst = std::exchange(m_isFirstShow, false);
-    if (isFirst && m_settings.GetWindowLayout().isEmpty()) ShareHeight();
-    if (isFirst) QTimer::singleShot(0, this, [this] { m_autosave->OfferLost(); });
+    m_layout.Shown();
+    if (std::exchange(m_isFirstShow, false))
+        QTimer::singleShot(0, this, [this] { m_autosave->OfferLost(); });
 }
 
-void XMainWindow::ResetLayout()
+void XMainWindow::KeepSession()
 {
-    restoreState(m_firstLayout);
-    if (!isMaximized() && !isFullScreen()) {
-        m_settings.SetWindow(QRect(), false, QByteArray());
-        Place(QSize(), QPoint(), false);
-    }
-    ShareHeight();
+    m_drawActions->EndObject();
+    m_editActions->EndTyping();
+    m_layout.Keep(m_viewActions->GetLayout());
+    m_autosave->KeepAndWait();
 }
 
 void XMainWindow::dragEnterEvent(QDragEnterEvent* event)
@@ -562,6 +626,8 @@ void XMainWindow::dropEvent(QDropEvent* event)
 
 void XMainWindow::closeEvent(QCloseEvent* event)
 {
+    m_drawActions->EndObject();
+    m_editActions->EndTyping();
     if (!m_saveActions->AskBeforeClosingAll()) {
         event->ignore();
         return;
@@ -569,9 +635,7 @@ void XMainWindow::closeEvent(QCloseEvent* event)
     m_autosave->SetNotice(nullptr);
     m_saveActions->SetNotice(nullptr);
     m_autosave->EndClean();
-    const bool isPlain = !isMaximized() && !isFullScreen();
-    m_settings.SetWindow(isPlain ? geometry() : normalGeometry(), isMaximized(),
-                         m_viewActions->GetLayout());
+    m_layout.Keep(m_viewActions->GetLayout());
     m_levelActions->SetNotice(nullptr);
     m_vectorActions->SetNotice(nullptr);
     m_vectorActions->Stop(); // so that none follows the one at hand

@@ -2,6 +2,7 @@
 
 #include "foundation/platform/XMessageWindow.h"
 #include "host/XSessionSettings.h"
+#include "host/XWindowLayout.h"
 
 #include <QMainWindow>
 #include <QStringList>
@@ -10,14 +11,20 @@
 
 class QDockWidget;
 class QMenu;
+class XAttributesWidget;
 class XAutosaveActions;
+class XClickActions;
 class XDrawActions;
 class XEditActions;
+class XEnhanceActions;
 class XFileActions;
+class XFocusKeeper;
+class XHintLabel;
 class XHostView;
 class XLayerActions;
 class XJobRunner;
 class XJobWidget;
+class XKeyMapDialog;
 class XLayerStack;
 class XLayerTree;
 class XLevelActions;
@@ -33,13 +40,16 @@ class XStatusWidget;
 class XVectorActions;
 class XVectorStack;
 class XViewActions;
+class XvcObj;
+struct tagXVectorPlace;
 
 /// The window of tqlview: one view in the middle, panels for layers, bands and attributes, menus, a
 /// toolbar and the read-outs. It receives the reports of its view.
 ///
 /// What it does stands in helpers: XFileActions opens and closes, XViewActions moves the view,
 /// XDrawActions, XEditActions and XSaveActions serve the tools, edits and files of vector objects,
-/// XAutosaveActions keeps what is not saved, XLayerActions serves the Layer and Image menus, XVectorActions and XObjectActions vector files and
+/// XAutosaveActions keeps what is not saved, XLayerActions serves the Layer and Image menus,
+/// XEnhanceActions the presets of the stretch, XVectorActions and XObjectActions vector files and
 /// the object selected in them, XReadOut fills the status bar, XLayerTree is what is open. This class
 /// puts them together.
 class XMainWindow : public QMainWindow, public XMessageWindow
@@ -64,6 +74,10 @@ public:
     /// @param size  empty when none was asked for
     void Place(const QSize& size, const QPoint& pos, bool hasPos);
 
+    /// The program is told to end: keeps where the window stands, and a copy of all unsaved edits for
+    /// the next run to offer. Asks nothing; the window may stay or go.
+    void KeepSession();
+
     /// Opens files, with their errors told, once the empty window has been seen.
     void OpenAfterFirstPaint(const QStringList& paths);
 
@@ -80,6 +94,7 @@ private:
     void MakeModels();
     void MakePanels();
     void ShowAttributes();
+    void ShowLocked(const XvcObj* object, tagXVectorPlace place);
     void NameTabs();
     void MakeJobs();
     void MakeMenus();
@@ -88,16 +103,16 @@ private:
     void ConnectView();
     void FollowLayers();
     void TellOfRaster(bool isFirst);
+    bool IsInView(const double (&box)[4]);
     void CopyText(const QString& text, const QString& notice);
     void ShowHint();
-    void ResetLayout();
-    void ShareHeight();
     void Notice(const QString& text, const QString& detail = QString());
     bool StopOnEscape();
     void TellUnread();
 
     QString m_version;
     XSessionSettings m_settings;
+    XWindowLayout m_layout;
     XHostView* m_view;
     std::unique_ptr<XMainActions> m_actions;
     std::unique_ptr<XLayerStack> m_layers;
@@ -111,20 +126,26 @@ private:
     std::unique_ptr<XFileActions> m_files;
     std::unique_ptr<XViewActions> m_viewActions;
     std::unique_ptr<XLayerActions> m_layerActions;
+    std::unique_ptr<XEnhanceActions> m_enhanceActions;
     std::unique_ptr<XObjectActions> m_objectActions;
     std::unique_ptr<XDrawActions> m_drawActions;
+    std::unique_ptr<XClickActions> m_clickActions;
     std::unique_ptr<XEditActions> m_editActions;
     std::unique_ptr<XSaveActions> m_saveActions;
     std::unique_ptr<XAutosaveActions> m_autosave;
     QDockWidget* m_attributes = nullptr;
+    XAttributesWidget* m_attributeRows = nullptr;
     bool m_wereAttributesShown = false;
+    XKeyMapDialog* m_keyMap = nullptr;
+    XHintLabel* m_hint = nullptr;
+    std::unique_ptr<XFocusKeeper> m_focus;
     XLevelBar* m_levelBar = nullptr;
     XNoticeBar* m_noticeBar = nullptr;
     XRecoveryBar* m_recoveryBar = nullptr;
     std::unique_ptr<XJobRunner> m_jobs;
     std::unique_ptr<XLevelActions> m_levelActions;
-    QByteArray m_firstLayout;
     int m_shownRows = 0;
     int m_shownRasters = 0;
+    bool m_isRedrawDue = false; // once the pass at hand has ended
     bool m_isFirstShow = true;
 };

@@ -14,7 +14,7 @@ XNoticeBar::XNoticeBar(QWidget* parent) : QFrame(parent), m_text(new QLabel(this
     m_text->setObjectName("notice.text");
     m_text->setWordWrap(true);
     m_text->setTextFormat(Qt::PlainText);
-    auto* dismiss = new QPushButton("&Dismiss", this);
+    auto* dismiss = new QPushButton("Dis&miss", this);
     dismiss->setObjectName("notice.dismiss");
     dismiss->setAutoDefault(false);
     auto* row = new QHBoxLayout(this);
@@ -37,6 +37,12 @@ void XNoticeBar::Tell(const QString& path, const QString& text)
     ShowLines();
 }
 
+void XNoticeBar::TellAnew(const QString& path, const QString& text)
+{
+    m_lines.removeIf([&](const auto& line) { return line.first == path; });
+    Tell(path, text);
+}
+
 void XNoticeBar::KeepOnly(const QStringList& paths)
 {
     const auto gone = [&](const auto& line) { return !paths.contains(line.first); };
@@ -47,7 +53,10 @@ void XNoticeBar::ShowLines()
 {
     QStringList texts;
     for (const auto& line : m_lines)
-        if (!line.second.isEmpty()) texts.append(line.second);
-    m_text->setText(texts.join('\n'));
+        if (!line.second.isEmpty()) texts.append(line.second.split('\n'));
+    const auto more = texts.size() - kMostLines;
+    m_text->setToolTip(more > 0 ? texts.join('\n') : QString());
+    m_text->setText(texts.mid(0, kMostLines).join('\n') +
+                    (more > 0 ? QString("\nand %1 more").arg(more) : QString()));
     setVisible(!texts.isEmpty());
 }

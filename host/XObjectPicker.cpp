@@ -5,6 +5,7 @@
 #include "foundation/vector/XvcLayer.h"
 #include "host/XHostView.h"
 
+#include <cmath>
 #include <utility>
 
 namespace {
@@ -41,22 +42,59 @@ void XObjectPicker::Follow(LayerChange change)
         Tell();
 }
 
+tagXClickPlace XObjectPicker::GetPlaceAt(int xPx, int yPx) const
+{
+    tagXClickPlace place{xPx + 0.5, yPx + 0.5};
+    const XBackBuffer& buffer = *m_view.GetBackBuffer();
+    buffer.ConvPixelToWorldCoord(place.x, place.y);
+    buffer.GetWorldPerPixel(place.toleranceX, place.toleranceY);
+    place.toleranceX *= kPixels;
+    place.toleranceY *= kPixels;
+    return place;
+}
+
+XvcObj* XObjectPicker::FindAt(const tagXClickPlace& place, tagXHitFlag& hit) const
+{
+    const tagXVectorPlace preferred = m_preferred ? m_preferred() : tagXVectorPlace();
+    return XfnHitPreferred(m_vectors, preferred, place, hit);
+}
+
 XvcObj* XObjectPicker::FindAt(int xPx, int yPx) const
 {
-    if (m_vectors.GetCount() == 0) return nullptr;
-    const XBackBuffer& buffer = *m_view.GetBackBuffer();
-    tagXVector3 point{xPx + 0.5, yPx + 0.5, 0};
-    buffer.ConvPixelToWorldCoord(point.x, point.y);
-    double perX = 0;
-    double perY = 0;
-    buffer.GetWorldPerPixel(perX, perY);
     tagXHitFlag hit;
-    return m_vectors.HitTest(point, kPixels * perX, kPixels * perY, hit);
+    return m_vectors.GetCount() > 0 ? FindAt(GetPlaceAt(xPx, yPx), hit) : nullptr;
 }
 
 void XObjectPicker::PickAt(int xPx, int yPx)
 {
-    Select(FindAt(xPx, yPx));
+    XvcObj* const below = ClickAgain(xPx, yPx, m_object);
+    Select(below ? below : FindAt(xPx, yPx));
+    m_clickedObject = m_object;
+}
+
+XvcObj* XObjectPicker::ClickAgain(int xPx, int yPx, const XvcObj* selected)
+{
+    const tagXClickPlace place = GetPlaceAt(xPx, yPx);
+    const bool isAgain = selected && selected == m_clickedObject &&
+                         std::fabs(place.x - m_clicked.x) <= place.toleranceX &&
+                         std::fabs(place.y - m_clicked.y) <= place.toleranceY;
+    if (!isAgain) m_clicked = place;
+    XvcObj* const below = isAgain ? XfnHitBelow(m_vectors, selected, m_clicked) : nullptr;
+    m_clickedObject = below ? below : selected;
+    return below;
+}
+
+bool XObjectPicker::IsAt(int xPx, int yPx, const XvcObj* object) const
+{
+    return XfnIsHit(m_vectors, object, GetPlaceAt(xPx, yPx));
+}
+
+QString XObjectPicker::FindLockedAt(int xPx, int yPx, XvcObj*& object, tagXVectorPlace& layer) const
+{
+    tagXVectorPlace place = layer = XfnHitLocked(m_vectors, GetPlaceAt(xPx, yPx), object);
+    if (const tagXVectorFile* file = m_vectors.GetAt(place.file); file && file->layers.size() < 2)
+        place.layer = -1; // its row is that of the file
+    return m_vectors.GetName(place);
 }
 
 void XObjectPicker::Select(XvcObj* object)
@@ -77,9 +115,8 @@ bool XObjectPicker::Clear()
 void XObjectPicker::FollowView()
 {
     XObList& selection = *m_view.GetSelectedObj();
-    XvcObj* const before = m_object;
     m_object = selection.GetCount() == 1 ? dynamic_cast<XvcObj*>(selection.GetHead()) : nullptr;
-    if (before || m_object) Tell();
+    Tell(); // of several, other ones may be selected
 }
 
 void XObjectPicker::Drop()

@@ -12,6 +12,7 @@
 #include <QFileInfo>
 #include <QMap>
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 
@@ -19,9 +20,33 @@ namespace {
 
 using Rows = std::vector<std::pair<QString, QString>>;
 
+// Six digits that count, and all those before the point: never an exponent that one has to work out.
 QString Number(double value)
 {
-    return QString::number(value, 'g', 6);
+    constexpr double kLeast = 1e-4, kMost = 1e15;
+    const double size = std::fabs(value);
+    if (!(size < kMost) || (size > 0 && size < kLeast)) return QString::number(value, 'g', 6);
+    const int digits = size > 0 ? static_cast<int>(std::floor(std::log10(size))) : 0;
+    QString text = QString::number(value, 'f', std::max(0, 5 - digits));
+    if (!text.contains('.')) return text;
+    while (text.endsWith('0'))
+        text.chop(1);
+    return text.endsWith('.') ? text.chopped(1) : text;
+}
+
+void AddExtent(Rows& rows, const tagXVectorRange& range, WorldUnit unit)
+{
+    const auto span = [unit](double from, double to) {
+        return XfnNumberText(from, unit) + " to " + XfnNumberText(to, unit);
+    };
+    rows.emplace_back("West to east", span(range.minX, range.maxX));
+    rows.emplace_back("South to north", span(range.minY, range.maxY));
+}
+
+// What the coordinates of a file's objects are in now.
+const XSpatialReference& GetSystem(const tagXVectorFile& file)
+{
+    return file.isPlaced ? *file.base->GetSR() : file.reference;
 }
 
 // Values of files may hold anything; a row of a table is one line.
@@ -52,14 +77,13 @@ void AddPlace(Rows& rows, const XvcObj& object, const XSpatialReference& world)
         rows.emplace_back("Position", "none that could be shown");
         return;
     }
-    const WorldUnit unit = XfnDescribeSystem(world).unit;
-    const auto text = [unit](double x, double y) { return XfnPositionText(x, y, unit); };
+    const tagXWorldSystem system = XfnDescribeSystem(world);
     const double x = (range.minX + range.maxX) / 2;
     const double y = (range.minY + range.maxY) / 2;
-    if (range.minX == range.maxX && range.minY == range.maxY)
-        rows.emplace_back("Position", text(x, y));
-    else
-        rows.emplace_back("Middle", text(x, y));
+    const bool isPoint = range.minX == range.maxX && range.minY == range.maxY;
+    rows.emplace_back(isPoint ? "Position" : "Centre", XfnPositionText(x, y, system.unit));
+    if (!isPoint) AddExtent(rows, range, system.unit);
+    rows.emplace_back("Coordinates", XfnSystemText(system));
 }
 
 void AddAttributes(Rows& rows, const XvcObj& object)
@@ -133,14 +157,14 @@ Rows XfnObjectReport(const XvcObj& object, const tagXVectorFile& file, const tag
     rows.emplace_back("Class", XfnClassText(object.GetRuntimeClass()->m_lpszClassName));
     const QString layerName = OneLine(layer.layer->GetName());
     if (!layerName.isEmpty()) rows.emplace_back("Layer", layerName);
-    rows.emplace_back("File", file.name);
+    if (!file.path.isEmpty()) rows.emplace_back("File", QFileInfo(file.path).fileName());
     AddAttributes(rows, object);
     rows.emplace_back("Size and Place", QString());
-    const tagXObjectSize size = XfnMeasureObject(object, file.isPlaced ? world : file.reference);
+    const tagXObjectSize size = XfnMeasureObject(object, GetSystem(file));
     AddSize(rows, size);
     if (size.parts > 1) rows.emplace_back("Parts", QString::number(size.parts));
     if (size.vertices > 0) rows.emplace_back("Vertices", QString::number(size.vertices));
-    AddPlace(rows, object, world);
+    AddPlace(rows, object, GetSystem(file).IsEmpty() ? world : GetSystem(file));
     const QString link = OneLine(object.GetLink());
     if (!link.isEmpty()) rows.emplace_back("Link", link);
     return rows;
@@ -186,11 +210,16 @@ Rows XfnVectorReport(const tagXVectorFile& file, const XvcLayer* layer)
                                          : QString("%1: %2").arg(kind.key()).arg(kind.value()));
     if (!texts.isEmpty()) rows.emplace_back("Kind", texts.join(", "));
     rows.emplace_back("Coordinates", XfnSystemText(XfnDescribeSystem(file.reference)));
-    if (!file.isPlaced) rows.emplace_back("Place", "shown at its own numbers");
+    if (file.isGuessed)
+        rows.emplace_back("Place", "taken for WGS 84 longitude and latitude");
+    else if (!file.isPlaced)
+        rows.emplace_back("Place", "shown with its own coordinates");
     const tagXVectorRange& range = layer ? layer->GetRange() : file.base->GetRange();
     if (!range.IsEmpty()) {
-        rows.emplace_back("West to east", Number(range.minX) + " to " + Number(range.maxX));
-        rows.emplace_back("South to north", Number(range.minY) + " to " + Number(range.maxY));
+        const tagXWorldSystem system = XfnDescribeSystem(GetSystem(file));
+        const bool isCarried = file.isPlaced && !GetSystem(file).IsSame(&file.reference);
+        if (isCarried) rows.emplace_back("Extent in", XfnSystemText(system));
+        AddExtent(rows, range, system.unit);
     }
     if (!columns.isEmpty()) rows.emplace_back("Attributes", columns.join(", "));
     if (layer) return rows;

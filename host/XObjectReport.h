@@ -17,8 +17,9 @@ struct tagXVectorLayer;
 /// large it is and where.
 /// Lengths and areas are those on the ellipsoid wherever the coordinate system is known, in metres
 /// and the like, whatever the unit of the coordinates; without one they are those of the plane, in
-/// units. The edges of an object count as shortest lines then.
-/// @param world  that the object's coordinates are in
+/// units. The edges of an object count as shortest lines then. Coordinates are followed by the name of
+/// the system that they are in.
+/// @param world  the view's
 std::vector<std::pair<QString, QString>> XfnObjectReport(const XvcObj& object,
                                                          const tagXVectorFile& file,
                                                          const tagXVectorLayer& layer,

@@ -1,5 +1,6 @@
 #include "host/XRasterFilters.h"
 
+#include "dialogs/XFilePreviewModel.h"
 #include "foundation/platform/XQtText.h"
 #include "foundation/raster/XRSFileIO.h"
 #include "host/XVectorReader.h"
@@ -87,9 +88,13 @@ QString XfnOpenFilter()
     const QString rasters = XfnRasterFilter();
     const QString all = rasters.section('|', 1, 1);
     const QString vector = shapes.join(';');
-    return QString("All supported files|%1;%2|All supported rasters|%1|All vector files|%2|")
-               .arg(all, vector) +
-           rasters.section('|', 2, -5) + "|" + each + "All files (*)|*||";
+    QString given = XfnToQString(XFilePreviewModel::GetFilter(1));
+    given.chop(1);                      // of the two strokes at its end
+    constexpr int kGivenFields = 2 * 6; // formats that have their entry among the given ones
+    return given +
+           QString("%1|%2;%3|All rasters|%2|All vector files|%3|")
+               .arg(kAllFilesLabel, all, vector) +
+           rasters.section('|', 2 + kGivenFields, -5) + "|" + each + "|";
 }
 
 QString XfnRasterFilter()

@@ -7,9 +7,10 @@
 /// "Label (*.a;*.b)|*.a;*.b|...||".
 QString XfnRasterFilter();
 
-/// The filter of the Open dialog: all that can be opened, all rasters, all vector files, the formats of
-/// XfnRasterFilter and those of vector files, all files.
+/// The filter of the Open dialog: the entries of the raster file dialog, then all that can be opened
+/// (kAllFilesLabel), all rasters, all vector files, and the formats that have no entry yet.
 QString XfnOpenFilter();
+inline constexpr const char* kAllFilesLabel = "All supported files";
 
 /// True when the name ends like a raster of the filter; the case does not matter.
 bool XfnHasRasterSuffix(const QString& path);

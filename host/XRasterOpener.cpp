@@ -18,14 +18,18 @@ bool XfnIsSameFile(const QString& a, const QString& b)
     return !canonical.isEmpty() && canonical == QFileInfo(b).canonicalFilePath();
 }
 
-std::unique_ptr<XRSFile> XfnOpenRaster(const QString& path, QString& message)
+std::unique_ptr<XRSFile> XfnOpenRaster(const QString& path, QString& message,
+                                       const XRasterReader& read)
 {
     message = XfnFindObstacle(path, "raster");
     if (!message.isEmpty()) return nullptr;
 
-    auto file = std::make_unique<XRSFile>();
+    const XString name = XfnFromQString(path);
     XString error;
-    if (!XRSFileIO::Open(XfnFromQString(path), file.get(), error)) {
+    auto file = read ? read(name, error) : std::make_unique<XRSFile>();
+    if (!read && !XRSFileIO::Open(name, file.get(), error)) file.reset();
+    if (!file && read && error.IsEmpty()) return nullptr;
+    if (!file) {
         message = XfnWithoutPath(XfnToQString(error), path);
         if (message.isEmpty()) message = "It is no raster of a known format.";
         return nullptr;

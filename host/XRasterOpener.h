@@ -1,7 +1,10 @@
 #pragma once
 
+#include "foundation/base/XString.h"
+
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 class XRSFile;
@@ -13,7 +16,13 @@ bool XfnIsPlainPath(const QString& path);
 /// Whether both paths lead to one existing file, whatever links stand between.
 bool XfnIsSameFile(const QString& a, const QString& b);
 
+/// Reads a raster: null with a sentence that names the file in `error`, an empty one when the user
+/// gave up.
+using XRasterReader = std::function<std::unique_ptr<XRSFile>(const XString& path, XString& error)>;
+
 /// Opens a raster file of any known format.
+/// @param read  null: in the calling thread, without asking anybody
 /// @return null with a sentence that does not repeat the path: what is wrong with it and, where it
-///         helps, what to do
-std::unique_ptr<XRSFile> XfnOpenRaster(const QString& path, QString& message);
+///         helps, what to do. Empty when the user gave up
+std::unique_ptr<XRSFile> XfnOpenRaster(const QString& path, QString& message,
+                                       const XRasterReader& read = nullptr);

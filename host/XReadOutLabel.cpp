@@ -49,6 +49,10 @@ void XReadOutLabel::Cut()
 {
     const int room = contentsRect().width();
     QString shown = fontMetrics().elidedText(m_full, Qt::ElideRight, room);
-    if (m_widest.isEmpty() && shown != m_full) shown.clear();
+    if (m_widest.isEmpty() && shown != m_full) { // whole clauses, the first ones
+        shown = m_full;
+        while (!shown.isEmpty() && fontMetrics().horizontalAdvance(shown) > room)
+            shown.truncate(std::max<qsizetype>(0, shown.lastIndexOf("; ")));
+    }
     if (shown != text()) setText(shown);
 }

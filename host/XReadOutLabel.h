@@ -4,7 +4,7 @@
 
 /// A label as wide as a given text, whatever it shows; a number makes it wider, since a part of one
 /// is another one. A text that does not fit is cut with dots, the whole one is the tool tip. Without a
-/// given text it takes what is left, and shows nothing rather than a part of a sentence.
+/// given text it takes what is left, and shows as many of the clauses (between "; ") as there is room for.
 class XReadOutLabel : public QLabel
 {
 public:

@@ -2,7 +2,7 @@
 
 XRecoveryBar::XRecoveryBar(QWidget* parent)
     : XAnswerBar(parent, "recovery", "Unsaved edits",
-                 {{"restore", "&Restore", static_cast<int>(Answer::Restore)},
-                  {"notNow", "Not No&w", static_cast<int>(Answer::NotNow)},
-                  {"discard", "Dis&card", static_cast<int>(Answer::Discard)}})
+                 {{"restore", "Re&store", static_cast<int>(Answer::Restore)},
+                  {"notNow", "Not Now", static_cast<int>(Answer::NotNow)},
+                  {"discard", "Disc&ard", static_cast<int>(Answer::Discard)}})
 {}

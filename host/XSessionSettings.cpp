@@ -104,6 +104,16 @@ void XSessionSettings::SetProgressive(bool isOn)
     QSettings().setValue("view/progressive", isOn);
 }
 
+bool XSessionSettings::IsButtonPanelShown() const
+{
+    return QSettings().value("view/buttons", false).toBool();
+}
+
+void XSessionSettings::SetButtonPanelShown(bool isOn)
+{
+    QSettings().setValue("view/buttons", isOn);
+}
+
 namespace {
 
 std::uint32_t ReadColor(const char* key, std::uint32_t first)

@@ -51,6 +51,9 @@ public:
     bool IsProgressive() const; ///< draws large images in passes; true at first
     void SetProgressive(bool isOn);
 
+    bool IsButtonPanelShown() const; ///< false at first
+    void SetButtonPanelShown(bool isOn);
+
     std::uint32_t GetBackground() const; ///< 0xFFBBGGRR; black at first
     void SetBackground(std::uint32_t color);
 

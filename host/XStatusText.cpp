@@ -66,6 +66,16 @@ QString XfnComplexText(double real, double imaginary)
     return re == none || im == none ? none : QString("re %1  im %2").arg(re, im);
 }
 
+QString XfnNumberText(double value, WorldUnit unit)
+{
+    constexpr double kFar = 1e15;
+    constexpr double kMostDegrees = 360;
+    const double size = std::fabs(value);
+    if (!(size < kFar)) return QString::number(value, 'g', 7);
+    const bool canBeDegree = unit == WorldUnit::Unknown && size <= kMostDegrees;
+    return Fixed(value, unit == WorldUnit::Degree || canBeDegree ? 6 : 2);
+}
+
 QString XfnPositionText(double x, double y, WorldUnit unit)
 {
     if (!std::isfinite(x) || !std::isfinite(y)) return QString();

@@ -31,6 +31,9 @@ QString XfnComplexText(double real, double imaginary);
 /// raster without coordinates gives "column 12  row 34", counted from 0 at the pixel's centre.
 QString XfnPositionText(double x, double y, WorldUnit unit);
 
+/// One coordinate with the digits that suit the unit, never with an exponent where a place can be.
+QString XfnNumberText(double value, WorldUnit unit);
+
 /// "8.041670 S  34.900000 W" or "8°02'30.01"S  34°54'00.00"W". Not finite, a latitude beyond 90 or a
 /// longitude beyond 360: empty.
 QString XfnGeographicText(double latDeg, double lonDeg, GeoFormat format);

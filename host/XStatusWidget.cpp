@@ -5,6 +5,7 @@
 #include "host/XStatusText.h"
 
 #include <QAction>
+#include <QCoreApplication>
 #include <QEvent>
 
 namespace {
@@ -33,6 +34,7 @@ XStatusWidget::XStatusWidget(QWidget* parent) : QStatusBar(parent)
     m_system = AddReadOut("status.system", "Coordinate system", "EPSG:88888 WGS 84 / UTM");
     for (XReadOutLabel* label : {m_samples, m_position, m_geographic, m_scale})
         label->SetNumber();
+    QCoreApplication::instance()->installEventFilter(this);
     QObject::connect(this, &QStatusBar::messageChanged, this, [this](const QString& text) {
         setToolTip(text);
         Arrange();
@@ -80,6 +82,24 @@ void XStatusWidget::ShowNotice(const QString& text, const QString& detail, int m
     m_noticedMs = ms;
     showMessage(text, ms);
     setToolTip(detail.isEmpty() ? text : detail);
+}
+
+void XStatusWidget::ClearNotice()
+{
+    if (!m_opening.isEmpty()) return; // what was noticed shows at its end
+    if (!m_noticed.isEmpty() && currentMessage() == m_noticed) clearMessage();
+    m_noticed.clear();
+}
+
+// Before the press does its work, which may bring a notice of its own.
+bool XStatusWidget::eventFilter(QObject* watched, QEvent* event)
+{
+    const bool isPress = event->type() == QEvent::MouseButtonPress ||
+                         event->type() == QEvent::KeyPress ||
+                         event->type() == QEvent::ShortcutOverride;
+    const auto* widget = isPress ? qobject_cast<QWidget*>(watched) : nullptr;
+    if (widget && widget->window() == window()) ClearNotice();
+    return QStatusBar::eventFilter(watched, event);
 }
 
 void XStatusWidget::SetOpening(const QString& name)

@@ -19,6 +19,9 @@ public:
     void SetHint(const QString& text);
     /// @param detail  the tool tip meanwhile; the text itself when empty
     void ShowNotice(const QString& text, const QString& detail, int ms);
+    /// Takes a notice away, since something else is at hand. So does the next press of a key or a mouse
+    /// button anywhere in the window.
+    void ClearNotice();
     /// Says at once that a file is being opened, without waiting for the event loop. An empty name ends
     /// it and shows what was noticed about the files before the last one.
     void SetOpening(const QString& name);
@@ -38,6 +41,7 @@ public:
 
 protected:
     bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void Arrange();

@@ -1,21 +1,17 @@
 #include "host/XSymbolIcon.h"
 
+#include "dialogs/XSignIcon.h"
+
 #include <QGuiApplication>
-#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPalette>
 #include <QTransform>
 
-#include <functional>
+#include <cmath>
 #include <initializer_list>
-#include <utility>
 
 namespace {
-
-// All signs are drawn on a square of 16 units with a pen of 1.4.
-constexpr double kSide = 16.0;
-constexpr double kPen = 1.4;
 
 void Line(QPainterPath& path, double x0, double y0, double x1, double y1)
 {
@@ -35,12 +31,6 @@ void Arrow(QPainterPath& path, double x0, double y0, double x1, double y1)
     path.moveTo(tip - along + across);
     path.lineTo(tip);
     path.lineTo(tip - along - across);
-}
-
-void Lens(QPainterPath& path)
-{
-    path.addEllipse(QPointF(6.8, 6.8), 4.6, 4.6);
-    Line(path, 10.2, 10.2, 14, 14);
 }
 
 void Frame(QPainterPath& path)
@@ -143,7 +133,7 @@ QPainterPath DrawnPathOf(Symbol symbol)
         path.arcTo(QRectF(5.5, 5, 8, 8), -90, 180);
         path.lineTo(3, 5);
         Polyline(path, {{5.6, 2}, {2.5, 5}, {5.6, 8}});
-        if (symbol == Symbol::Redo) path = QTransform(-1, 0, 0, 1, kSide, 0).map(path);
+        if (symbol == Symbol::Redo) path = QTransform(-1, 0, 0, 1, kXSignSide, 0).map(path);
         break;
     default:
         break;
@@ -173,35 +163,21 @@ QPainterPath PathOf(Symbol symbol)
         Line(path, 12.5, 3.5, 3.5, 12.5);
         break;
     case Symbol::FitAll:
-        Frame(path);
-        path.addRect(5, 5, 4, 4);
-        path.addRect(7.5, 7.5, 4, 4);
-        break;
+        return XfnSignPath(XSign::Fit);
     case Symbol::FitLayer:
         Frame(path);
         path.addRect(5, 6, 6, 4);
         break;
     case Symbol::OneToOne:
-        Line(path, 3, 5, 4.8, 3.5);
-        Line(path, 4.8, 3.5, 4.8, 12.5);
-        Line(path, 11, 5, 12.8, 3.5);
-        Line(path, 12.8, 3.5, 12.8, 12.5);
-        path.addEllipse(QPointF(8.6, 6.2), 0.35, 0.35);
-        path.addEllipse(QPointF(8.6, 10.4), 0.35, 0.35);
-        break;
+        return XfnSignPath(XSign::OneToOne);
     case Symbol::ZoomIn:
-        Lens(path);
-        Line(path, 4.6, 6.8, 9, 6.8);
-        Line(path, 6.8, 4.6, 6.8, 9);
-        break;
+        return XfnSignPath(XSign::ZoomIn);
     case Symbol::ZoomOut:
-        Lens(path);
-        Line(path, 4.6, 6.8, 9, 6.8);
-        break;
+        return XfnSignPath(XSign::ZoomOut);
     case Symbol::ZoomRect:
-        Lens(path);
-        path.addRect(QRectF(4.6, 5.2, 4.4, 3.2));
-        break;
+        return XfnSignPath(XSign::ZoomRect);
+    case Symbol::Enhance:
+        return XfnSignPath(XSign::Enhance);
     case Symbol::Previous:
         Arrow(path, 14, 8, 2, 8);
         break;
@@ -270,16 +246,6 @@ QPainterPath PathOf(Symbol symbol)
     return path;
 }
 
-void PaintSymbol(QPainter& painter, Symbol symbol, QIcon::Mode mode)
-{
-    const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
-    const auto role = mode == QIcon::Selected ? QPalette::HighlightedText : QPalette::ButtonText;
-    const QColor colour = QGuiApplication::palette().color(group, role);
-    painter.setPen(QPen(colour, kPen, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawPath(PathOf(symbol));
-}
-
 void PaintProgram(QPainter& painter, QIcon::Mode)
 {
     painter.setPen(Qt::NoPen);
@@ -300,59 +266,23 @@ void PaintProgram(QPainter& painter, QIcon::Mode)
     }
 }
 
-// Paints on demand, so the palette of the moment counts.
-class XDrawnIconEngine final : public QIconEngine
-{
-public:
-    using Paint = std::function<void(QPainter&, QIcon::Mode)>;
-    explicit XDrawnIconEngine(Paint paint) : m_paint(std::move(paint)) {}
-
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override
-    {
-        const double side = std::min(rect.width(), rect.height());
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        painter->translate(rect.x() + (rect.width() - side) / 2,
-                           rect.y() + (rect.height() - side) / 2);
-        painter->scale(side / kSide, side / kSide);
-        m_paint(*painter, mode);
-        painter->restore();
-    }
-
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override
-    {
-        QImage image(size, QImage::Format_ARGB32_Premultiplied);
-        image.fill(Qt::transparent);
-        QPainter painter(&image);
-        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
-        painter.end();
-        return QPixmap::fromImage(image);
-    }
-
-    QIconEngine* clone() const override { return new XDrawnIconEngine(*this); }
-
-private:
-    Paint m_paint;
-};
-
 } // namespace
 
 QIcon XfnSymbolIcon(Symbol symbol)
 {
-    return QIcon(new XDrawnIconEngine(
-        [symbol](QPainter& painter, QIcon::Mode mode) { PaintSymbol(painter, symbol, mode); }));
+    return XfnLineIcon([symbol] { return PathOf(symbol); });
 }
 
 QIcon XfnSwatchIcon(const QColor& color)
 {
-    return QIcon(new XDrawnIconEngine([color](QPainter& painter, QIcon::Mode) {
+    return XfnDrawnIcon([color](QPainter& painter, QIcon::Mode) {
         painter.setPen(QPen(QGuiApplication::palette().color(QPalette::Text), 1));
         painter.setBrush(color);
         painter.drawRoundedRect(QRectF(2.5, 2.5, 11, 11), 2, 2);
-    }));
+    });
 }
 
 QIcon XfnProgramIcon()
 {
-    return QIcon(new XDrawnIconEngine(&PaintProgram));
+    return XfnDrawnIcon(&PaintProgram);
 }

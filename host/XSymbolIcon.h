@@ -40,7 +40,8 @@ enum class Symbol {
     TextBox,
     Balloon,
     Picture,
-    CopyText
+    CopyText,
+    Enhance
 };
 
 /// An icon drawn as lines in the text colour of the palette at the moment of painting, at whatever

@@ -5,6 +5,7 @@
 #include "host/XJobRunner.h"
 #include "host/XLayerTree.h"
 #include "host/XMainActions.h"
+#include "host/XReadOut.h"
 #include "host/XVectorReader.h"
 
 #include <QAction>
@@ -24,6 +25,7 @@ XVectorActions::XVectorActions(XHWND handle, XLayerTree& tree, XMainActions& act
     m_actions.Connect("layer.color", [this] { ChooseColor(); });
     m_tree.AddObserver([this](LayerChange change) {
         if (change != LayerChange::Closing) EnableActions();
+        if (change == LayerChange::List) FollowWorld();
     });
     EnableActions();
 }
@@ -42,32 +44,32 @@ void XVectorActions::EnableActions()
 
 void XVectorActions::Open(const QString& path)
 {
-    m_waiting.push_back({path, nullptr, {}});
+    m_waiting.push_back({path, nullptr, {}, false});
 }
 
 void XVectorActions::Restore(const XAutosave::tagLost& lost)
 {
-    m_waiting.push_back({lost.copy, nullptr, lost});
+    m_waiting.push_back({lost.copy, nullptr, lost, false});
 }
 
 void XVectorActions::ReloadAll()
 {
     for (int i = 0; i < m_vectors.GetCount(); ++i) {
         const tagXVectorFile& file = *m_vectors.GetAt(i);
-        const bool isWaiting =
-            std::any_of(m_waiting.begin(), m_waiting.end(), [&](const tagWaiting& waiting) {
-                return waiting.replaced == file.base.get();
-            });
-        if (isWaiting || file.path.isEmpty()) continue;
-        const bool hasEdits = std::any_of(file.layers.begin(), file.layers.end(),
-                                          [](const auto& layer) { return layer.isEdited; });
-        if (hasEdits) { // reading it again would lose them
-            if (m_notice)
-                m_notice(file.name + ": not read again, it has unsaved changes", QString());
-            continue;
-        }
-        m_waiting.push_back({file.path, file.base.get(), {}});
+        if (IsWaiting(file.base.get()) || file.path.isEmpty()) continue;
+        if (!KeepsEdits(i)) m_waiting.push_back({file.path, file.base.get(), {}, false});
     }
+}
+
+// Whether a file stays as it is, since reading it again would lose unsaved changes; says so.
+bool XVectorActions::KeepsEdits(int index)
+{
+    const tagXVectorFile& file = *m_vectors.GetAt(index);
+    if (!file.isContentEdited && std::none_of(file.layers.begin(), file.layers.end(),
+                                              [](const auto& layer) { return layer.isEdited; }))
+        return false; // the names and colours that were chosen stay
+    if (m_notice) m_notice(file.name + ": not read again, it has unsaved changes", QString());
+    return true;
 }
 
 QString XVectorActions::tagWaiting::GetName() const
@@ -98,8 +100,9 @@ void XVectorActions::Begin(const tagWaiting& wanted)
     const auto read = std::make_shared<tagXVectorRead>();
     m_jobs.Add({title,
                 [path = wanted.path, world = m_vectors.GetWorld(), color = m_vectors.GetNextColor(),
+                 isDark = !m_isGroundDark || m_isGroundDark(),
                  read](const tagXSaveControl& control, QString& message) {
-                    return XfnReadVector(path, world, color, control, *read, message);
+                    return XfnReadVector(path, world, color, control, *read, message, isDark);
                 },
                 [this, wanted, read](bool isDone, bool isStopped, const QString& message) {
                     m_isBusy = false;
@@ -134,12 +137,17 @@ void XVectorActions::Take(const tagWaiting& wanted, tagXVectorRead& read)
 {
     const tagXPlacement placement = read.placement;
     if (wanted.replaced) {
-        for (int i = 0; i < m_vectors.GetCount(); ++i)
-            if (m_vectors.GetAt(i)->base.get() == wanted.replaced)
-                return m_vectors.Replace(i, read);
+        for (int i = 0; i < m_vectors.GetCount(); ++i) {
+            if (m_vectors.GetAt(i)->base.get() != wanted.replaced) continue;
+            if (KeepsEdits(i)) return; // drawn while it was read
+            m_vectors.Replace(i, read);
+            if (!wanted.isMoved) return;
+            TellOf(i, placement);
+            if (m_moved) m_moved();
+            return;
+        }
         return; // closed meanwhile
     }
-    const QStringList notes = read.notes;
     m_vectors.Add(wanted.path, read);
     if (!wanted.lost.copy.isEmpty()) {
         m_vectors.SetRestored(wanted.lost.path, wanted.lost.name);
@@ -147,55 +155,97 @@ void XVectorActions::Take(const tagWaiting& wanted, tagXVectorRead& read)
     } else if (m_opened) {
         m_opened(wanted.path);
     }
-    const QString name = m_vectors.GetAt(0)->name;
-    if (!notes.isEmpty() && m_notice) m_notice(name + ": " + notes.first(), notes.join('\n'));
-    TellPlace(wanted.path, placement.lost, placement.vertices);
+    TellOf(0, placement);
+}
+
+// What was read before the view had its coordinate system may belong elsewhere in it.
+void XVectorActions::FollowWorld()
+{
+    const bool isGuess = !XfnGuessReference(true, m_vectors.GetWorld()).IsEmpty();
+    for (int i = 0; i < m_vectors.GetCount(); ++i) {
+        const tagXVectorFile& file = *m_vectors.GetAt(i);
+        if (!file.canBeDegrees || file.isGuessed == isGuess || file.path.isEmpty() ||
+            m_vectors.IsEdited({i, -1}) || IsWaiting(file.base.get()))
+            continue;
+        m_waiting.push_back({file.path, file.base.get(), {}, true});
+    }
+    Start();
+}
+
+bool XVectorActions::IsWaiting(const XvcBase* replaced) const
+{
+    return std::any_of(m_waiting.begin(), m_waiting.end(), [replaced](const tagWaiting& waiting) {
+        return waiting.replaced == replaced;
+    });
 }
 
 QString XVectorActions::GetPlaceText(int index) const
 {
     const tagXVectorFile* file = m_vectors.GetAt(index);
-    if (!file || file->isPlaced || m_tree.GetRowCount() < 2) return QString();
+    if (!file) return QString();
+    const XSpatialReference& world = m_vectors.GetViewReference();
+    const tagXWorldSystem system = XfnDescribeSystem(world);
+    QString text;
+    if (file->reference.IsEmpty() && !file->path.isEmpty()) {
+        text = file->name + " has no coordinate system";
+        if (file->isGuessed)
+            text += ". Its coordinates look like degrees; it is shown as WGS 84 longitude and "
+                    "latitude.";
+        else if (file->canBeDegrees && system.unit == WorldUnit::Degree)
+            text +=
+                ". Its coordinates look like degrees; it is shown as longitude and latitude in " +
+                XfnSystemText(system) + ".";
+        else if (system.name.isEmpty())
+            text += "; its coordinates are shown as they are.";
+        else
+            text += "; its coordinates are taken as " + XfnSystemText(system) + ".";
+    } else if (!file->isPlaced && m_tree.GetRowCount() > 1) {
+        text = file->name + (world.IsEmpty() ? " is shown with its own coordinates: the view "
+                                               "has no coordinate system."
+                                             : " cannot be transformed to the coordinate system of "
+                                               "the view; it is shown with its own coordinates.");
+    }
+    if (!IsFarFromAll(index)) return text;
+    return (text.isEmpty() ? file->name : text + " It") +
+           " lies outside all other layers: View > Fit Layer shows it.";
+}
+
+bool XVectorActions::IsFarFromAll(int index) const
+{
     double own[4] = {0, 0, 0, 0};
-    bool hasMet = false;
+    if (!m_vectors.GetExtent({index, -1}, own)) return false;
     bool isAny = false;
-    if (!m_vectors.GetExtent({index, -1}, own)) return QString();
     for (int row = 0; row < m_tree.GetRowCount(); ++row) {
         double other[4] = {0, 0, 0, 0};
         if (row == index || !m_tree.GetExtent(m_tree.GetNode(row), other)) continue;
         isAny = true;
-        hasMet = hasMet || (own[0] <= other[2] && own[2] >= other[0] && own[1] <= other[3] &&
-                            own[3] >= other[1]);
+        if (own[0] <= other[2] && own[2] >= other[0] && own[1] <= other[3] && own[3] >= other[1])
+            return false;
     }
-    const QString why = file->reference.IsEmpty()
-                            ? QString("%1 tells no coordinate system").arg(file->name)
-                            : QString("%1 cannot be carried over into the coordinate system of "
-                                      "the view")
-                                  .arg(file->name);
-    if (!isAny) return QString();
-    return hasMet ? why + ": it is shown at its own numbers, which may be another place."
-                  : why + ", and its numbers lie far from all else: it is out of sight; "
-                          "View > Fit Layer shows it.";
+    return isAny;
 }
 
-// The front file was opened: says what may be wrong with its place.
-void XVectorActions::TellPlace(const QString& path, long long lost, long long vertices)
+// Says what is missing of a file and what may be wrong with its place.
+void XVectorActions::TellOf(int index, const tagXPlacement& placement)
 {
-    QString text = GetPlaceText(0);
-    const QString name = m_vectors.GetAt(0)->name;
-    if (lost > 0)
-        text = QString("%1 of the %2 vertices of %3 have no place in the coordinate system of the "
-                       "view and are left out.")
-                   .arg(lost)
-                   .arg(vertices)
-                   .arg(name);
-    if (!text.isEmpty()) {
-        if (m_warning) m_warning(path, text);
-        return;
-    }
+    const tagXVectorFile& file = *m_vectors.GetAt(index);
+    QStringList lines;
+    if (!file.notes.isEmpty()) lines.append(file.name + ": " + file.notes.join(' '));
+    const QString place = GetPlaceText(index);
+    if (!place.isEmpty()) lines.append(place);
+    if (placement.lost > 0)
+        lines.append(QString("%1 of the %2 vertices of %3 have no place in the coordinate system "
+                             "of the view and are left out.")
+                         .arg(placement.lost)
+                         .arg(placement.vertices)
+                         .arg(file.name));
+    if (!lines.isEmpty() && m_warning) m_warning(file.path, lines.join('\n'));
     double own[4] = {0, 0, 0, 0};
-    if (!m_vectors.GetExtent({0, -1}, own) && m_notice)
-        m_notice(name + " holds nothing that could be shown", QString());
+    if (!m_notice) return;
+    if (!m_vectors.GetExtent({index, -1}, own))
+        m_notice(file.name + " holds nothing that could be shown", QString());
+    else if (!IsFarFromAll(index) && m_isInView && !m_isInView(own))
+        m_notice(file.name + " lies outside the view; View > Fit Layer shows it", QString());
 }
 
 void XVectorActions::TellErrors()

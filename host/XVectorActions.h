@@ -15,13 +15,15 @@
 class XJobRunner;
 class XLayerTree;
 class XMainActions;
+struct tagXPlacement;
 struct tagXVectorRead;
 
 /// Opens vector files by jobs, one after the other, and serves the commands that only they have. All
 /// parts outlive it.
 ///
 /// A file is read for the coordinate system that the view has when its turn comes; when the view has
-/// another one by the time it was read, it is read once more. What cannot be opened is told in one
+/// another one by the time it was read, it is read once more. So is a file without a coordinate system
+/// whose numbers can be degrees, when the view gets a system that they must be carried over into. What cannot be opened is told in one
 /// box when the last of those that wait is done.
 class XVectorActions
 {
@@ -53,6 +55,15 @@ public:
     {
         m_warning = std::move(warning);
     }
+    /// Asked whether black lines would be lost on what the view shows below vectors.
+    void SetIsGroundDark(std::function<bool()> isDark) { m_isGroundDark = std::move(isDark); }
+    /// Asked whether some of a box is in the view: minimum x, minimum y, maximum x, maximum y.
+    void SetIsInView(std::function<bool(const double (&box)[4])> isInView)
+    {
+        m_isInView = std::move(isInView);
+    }
+    /// Called when a file was carried elsewhere because the view has another coordinate system.
+    void SetMoved(std::function<void()> moved) { m_moved = std::move(moved); }
     void EnableActions();
 
     /// What has to be said about where a file lies; empty when it lies where it belongs.
@@ -64,6 +75,7 @@ private:
         QString path;
         const XvcBase* replaced = nullptr; ///< to find its file by; it may be gone by then
         XAutosave::tagLost lost;           ///< what the file is a copy of, if it is one
+        bool isMoved = false;              ///< read again for another place in the view
 
         QString GetName() const;
     };
@@ -72,7 +84,11 @@ private:
     void Ended(const tagWaiting& wanted, const std::shared_ptr<tagXVectorRead>& read, bool isDone,
                bool isStopped, const QString& message);
     void Take(const tagWaiting& wanted, tagXVectorRead& read);
-    void TellPlace(const QString& path, long long lost, long long vertices);
+    bool KeepsEdits(int index);
+    void FollowWorld();
+    bool IsWaiting(const XvcBase* replaced) const;
+    bool IsFarFromAll(int file) const;
+    void TellOf(int file, const tagXPlacement& placement);
     void TellErrors();
     void ChooseColor();
 
@@ -88,4 +104,7 @@ private:
     std::function<void(const XAutosave::tagLost&)> m_restored;
     std::function<void(const QString&, const QString&)> m_notice;
     std::function<void(const QString&, const QString&)> m_warning;
+    std::function<bool()> m_isGroundDark;
+    std::function<bool(const double (&)[4])> m_isInView;
+    std::function<void()> m_moved;
 };

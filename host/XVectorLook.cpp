@@ -100,6 +100,12 @@ tagXColor XfnGetPaletteColor(int index)
     return colors[((index % kXLayerColorCount) + kXLayerColorCount) % kXLayerColorCount];
 }
 
+bool XfnIsDarkColor(tagXColor color)
+{
+    constexpr unsigned kMiddle = 128 * 100; // of weighted hundredths
+    return 30 * (color & 0xFF) + 59 * (color >> 8 & 0xFF) + 11 * (color >> 16 & 0xFF) < kMiddle;
+}
+
 bool XfnHasOwnLook(const XvcLayer& layer)
 {
     static const XvcPoint plain; // any object that nobody has given a look

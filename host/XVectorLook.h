@@ -12,6 +12,9 @@ class XvcLayer;
 constexpr int kXLayerColorCount = 10;
 tagXColor XfnGetPaletteColor(int index); ///< any index; they come round again
 
+/// Whether black is hard to see on a colour.
+bool XfnIsDarkColor(tagXColor color);
+
 /// Whether some object was given a colour, a thickness or a style by its file.
 bool XfnHasOwnLook(const XvcLayer& layer);
 

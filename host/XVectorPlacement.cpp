@@ -186,6 +186,24 @@ private:
 
 } // namespace
 
+bool XfnCanBeDegrees(const tagXVectorRange& range)
+{
+    constexpr double kMostLongitude = 180, kMostEastward = 360, kMostLatitude = 90;
+    if (range.IsEmpty() || range.minY < -kMostLatitude || range.maxY > kMostLatitude) return false;
+    if (range.minX == 0 && range.maxX == 0 && range.minY == 0 && range.maxY == 0) return false;
+    return range.minX >= 0 ? range.maxX <= kMostEastward
+                           : range.minX >= -kMostLongitude && range.maxX <= kMostLongitude;
+}
+
+XSpatialReference XfnGuessReference(bool canBeDegrees, const XSpatialReference& world)
+{
+    constexpr int kWgs84 = 4326;
+    XSpatialReference guess;
+    const bool isMap = !world.IsEmpty() && world.GetCoordType() == kMapCoordinates;
+    if (canBeDegrees && isMap && world.IsProjected()) guess.importFromEPSG(kWgs84);
+    return guess;
+}
+
 tagXPlacement XfnPlaceVector(XvcBase& base, const XSpatialReference& from,
                              const XSpatialReference& to, const tagXSaveControl& control)
 {

@@ -1,10 +1,12 @@
 #include "host/XVectorReader.h"
 
 #include "foundation/platform/XQtText.h"
+#include "foundation/surface/XVertBuffer.h"
 #include "foundation/vector/XVectorIO.h"
 #include "foundation/vector/XvcLayer.h"
 #include "host/XRasterOpener.h"
 #include "host/XVectorLook.h"
+#include "view/XViewOverlay.h"
 
 #include <QFileInfo>
 
@@ -34,6 +36,21 @@ QString XfnFindObstacle(const QString& path, const QString& kind)
     return QString();
 }
 
+namespace {
+
+// Layers keep what a view records of them: made here, the window does not wait for it when it shows
+// them first.
+void RecordAhead(XvcBase& base)
+{
+    XVertBuffer recording;
+    recording.SetType(XViewOverlay::kVertexType);
+    recording.Start();
+    base.CreateVertexBuffer(&recording, nullptr, nullptr);
+    recording.End();
+}
+
+} // namespace
+
 bool XfnReadVector(const QString& path, const XSpatialReference& world, int firstColor,
                    const tagXSaveControl& control, tagXVectorRead& read, QString& message,
                    bool isGroundDark)
@@ -53,20 +70,28 @@ bool XfnReadVector(const QString& path, const XSpatialReference& world, int firs
     for (const XString& note : notes)
         read.notes.append(XfnWithoutPath(XfnToQString(note), path));
     if (read.base->GetSR()) read.reference = *read.base->GetSR();
-    read.placement = XfnPlaceVector(*read.base, read.reference, world, control);
-    if (read.placement.isStopped) return false;
-    if (read.placement.isPlaced) read.base->SetSR(&world);
     const QString suffix = QFileInfo(path).suffix().toLower();
-    const bool isDrawing = isGroundDark && (suffix == "dxf" || suffix == "dgn");
+    const bool isDrawing = suffix == "dxf" || suffix == "dgn";
+    XSpatialReference from = read.reference;
+    if (from.IsEmpty()) {
+        read.canBeDegrees = !isDrawing && XfnCanBeDegrees(read.base->GetRange());
+        from = XfnGuessReference(read.canBeDegrees, world);
+        read.isGuessed = !from.IsEmpty();
+    }
+    read.placement = XfnPlaceVector(*read.base, from, world, control);
+    if (read.placement.isStopped) return false;
+    if (read.isGuessed && !read.placement.isPlaced) read.isGuessed = read.canBeDegrees = false;
+    if (read.placement.isPlaced) read.base->SetSR(&world);
     for (__POSITION* pos = read.base->GetHeadPosition(); pos;) {
         auto* layer = dynamic_cast<XvcLayer*>(read.base->GetNext(pos));
         if (!layer) continue;
-        if (isDrawing) XfnTurnBlackPens(*layer);
+        if (isDrawing && isGroundDark) XfnTurnBlackPens(*layer);
         if (layer->GetCount() > 0 && !XfnHasOwnLook(*layer))
             XfnGiveLook(*layer, XfnGetPaletteColor(firstColor + read.colors++));
         read.layerColors.push_back(XfnGetLayerColor(*layer));
     }
     read.base->CalcRange();
+    RecordAhead(*read.base);
     return true;
 }
 

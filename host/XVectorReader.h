@@ -17,6 +17,8 @@ struct tagXVectorRead
 {
     std::unique_ptr<XvcBase> base;
     XSpatialReference reference;        ///< the file's own; empty when it tells none
+    bool canBeDegrees = false;          ///< it tells none, and XfnGuessReference applies
+    bool isGuessed = false;             ///< carried over as degrees
     XSpatialReference world;            ///< the one that was asked for
     tagXPlacement placement;            ///< in `world`
     QStringList notes;                  ///< what could not be taken over, a sentence each
@@ -28,7 +30,7 @@ struct tagXVectorRead
 /// next colours of the palette. With an empty `world` the coordinates stay as they are.
 /// Threads: any; made for a job.
 /// @param firstColor    of the palette
-/// @param isGroundDark  of drawings, black pens become white
+/// @param isGroundDark  the ground that it lies on: of drawings, black pens become white then
 /// @return false with a sentence that does not repeat the path; it is empty after a stop
 bool XfnReadVector(const QString& path, const XSpatialReference& world, int firstColor,
                    const tagXSaveControl& control, tagXVectorRead& read, QString& message,

@@ -121,8 +121,10 @@ void XVectorStack::Fill(tagXVectorFile& file, tagXVectorRead& read)
     file.base = std::move(read.base);
     file.reference = read.reference;
     file.isPlaced = read.placement.isPlaced;
+    file.canBeDegrees = read.canBeDegrees;
+    file.isGuessed = read.isGuessed;
     file.notes = read.notes;
-    file.isEdited = false;
+    file.isEdited = file.isContentEdited = false;
     ListLayers(file, read.layerColors);
     m_nextColor += read.colors;
 }
@@ -165,7 +167,13 @@ void XVectorStack::Add(const QString& path, tagXVectorRead& read)
 {
     auto file = std::make_unique<tagXVectorFile>();
     file->path = path;
-    file->name = MakeName(QFileInfo(path).fileName());
+    const QFileInfo info(path);
+    const QString kept = XfnToQString(read.base->GetName()).simplified();
+    // a file of our own keeps a name that its user gave it; others are called as they are
+    file->isNamed = info.suffix().compare("xvc", Qt::CaseInsensitive) == 0 && !kept.isEmpty() &&
+                    kept != info.completeBaseName();
+    file->name = MakeName(file->isNamed ? kept : info.fileName());
+    if (!file->isNamed) read.base->SetName(XString());
     Fill(*file, read);
     GiveReference(*file, read.world.IsEmpty());
     m_files.insert(m_files.begin(), std::move(file));
@@ -181,9 +189,12 @@ void XVectorStack::Replace(int index, tagXVectorRead& read)
     if (m_leaving) m_leaving(*file->base);
     const std::unique_ptr<XvcBase> before = std::move(file->base);
     const std::vector<tagXVectorLayer> old = std::move(file->layers);
-    read.colors = 0; // those of before are taken again
+    read.colors = 0;                      // those of before are taken again
+    const bool isEdited = file->isEdited; // names and colours, which stay
     Fill(*file, read);
+    file->isEdited = isEdited;
     file->base->SetHideFlag(before->GetHideFlag());
+    file->base->SetName(file->isNamed ? before->GetName() : XString());
     for (tagXVectorLayer& layer : file->layers) {
         const auto same = std::find_if(old.begin(), old.end(), [&](const tagXVectorLayer& other) {
             return other.origin == layer.origin;
@@ -213,7 +224,7 @@ void XVectorStack::Close(tagXVectorPlace place)
         file->base->RemoveAt(file->base->Find(layer));
         delete layer; // taken out, it is ours
         file->layers.erase(file->layers.begin() + place.layer);
-        file->isEdited = true;
+        file->isEdited = file->isContentEdited = true;
         ++file->revision;
         file->base->CalcRange();
     } else {
@@ -250,7 +261,7 @@ void XVectorStack::Move(tagXVectorPlace from, int to)
             if (dynamic_cast<XvcLayer*>(file->base->GetNext(pos)) && next > 0)
                 file->base->SetAt(at, file->layers[--next].layer);
         }
-        file->isEdited = true;
+        file->isEdited = file->isContentEdited = true;
         ++file->revision;
     }
     Tell(LayerChange::List);
@@ -273,6 +284,7 @@ bool XVectorStack::Rename(tagXVectorPlace place, const QString& name)
     tagXVectorFile* file = Get(place.file);
     if (place.layer < 0) {
         file->name = wanted;
+        file->isNamed = true;
         file->base->SetName(XfnFromQString(wanted));
     } else {
         GetLayerAt(place)->layer->SetName(XfnFromQString(wanted));
@@ -329,7 +341,9 @@ void XVectorStack::SetColor(tagXVectorPlace place, tagXColor color)
         XfnColorLayer(*layer->layer, color);
         isChanged = true;
     }
-    if (isChanged) Tell(LayerChange::Appearance);
+    if (!isChanged) return;
+    Get(place.file)->isEdited = true;
+    NoteChange(place.file);
 }
 
 tagXColor XVectorStack::GetColor(tagXVectorPlace place) const
@@ -351,7 +365,6 @@ void XVectorStack::AddDrawing(std::unique_ptr<XvcBase> base, const QString& name
     file->revision = 1;
     file->reference = GetWorld();
     file->isPlaced = !file->reference.IsEmpty();
-    file->base->SetName(XfnFromQString(file->name));
     if (file->isPlaced) file->base->SetSR(&file->reference);
     ListLayers(*file, {});
     GiveReference(*file, true);
@@ -366,7 +379,7 @@ void XVectorStack::SetRestored(const QString& path, const QString& name)
     if (!file) return;
     file->path = path;
     file->name = MakeName(name, file);
-    file->isEdited = true;
+    file->isEdited = file->isContentEdited = true;
     ++file->revision;
     Tell(LayerChange::List);
 }
@@ -409,14 +422,14 @@ void XVectorStack::SetSaved(int index, const QString& path)
 {
     tagXVectorFile* saved = Get(index);
     if (!saved) return;
-    saved->isEdited = false;
+    saved->isEdited = saved->isContentEdited = false;
     int origin = static_cast<int>(saved->layers.size());
     for (tagXVectorLayer& layer : saved->layers) {
         layer.isEdited = false;
         layer.origin = --origin; // as they lie in that file
     }
     saved->path = path;
-    saved->name = MakeName(QFileInfo(path).fileName(), saved);
+    if (!saved->isNamed) saved->name = MakeName(QFileInfo(path).fileName(), saved);
     saved->reference = *saved->base->GetSR();
     Tell(LayerChange::Appearance);
 }

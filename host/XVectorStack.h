@@ -1,6 +1,7 @@
 #pragma once
 
 #include "foundation/base/XColor.h"
+#include "foundation/raster/XDMCompManager.h"
 #include "foundation/reference/XSpatialReference.h"
 #include "foundation/vector/XvcBase.h"
 #include "host/XLayerStack.h"
@@ -12,7 +13,6 @@
 #include <memory>
 #include <vector>
 
-class XDMCompManager;
 class XObList;
 class XvcObj;
 struct tagXHitFlag;
@@ -35,10 +35,16 @@ struct tagXVectorFile
     std::vector<tagXVectorLayer> layers; ///< the front one first
     XSpatialReference reference;         ///< the file's own; empty when it tells none
     bool isPlaced = false;               ///< in the view's reference; else at its own numbers
+    bool canBeDegrees = false;           ///< it tells none, and its numbers can be degrees
+    bool isGuessed = false;              ///< for which it was taken and carried over
+    bool isNamed = false;                ///< its name was chosen, and is kept when it is saved
     QStringList notes;                   ///< what could not be taken over
     QString path;                        ///< empty for a drawing that was never saved
-    QString name;                        ///< file name, with a number when the file is open twice
-    bool isEdited = false;      ///< names, order or layers are not as they were saved or opened
+    QString name; ///< as chosen, else that of the file, with a number when it is open twice
+    bool isEdited = false; ///< names, order or layers are not as they were saved or opened
+    bool isContentEdited =
+        false;                  ///< and reading the file again would lose that: it was put together
+                                ///< anew, or restored from a copy of unsaved edits
     unsigned long revision = 0; ///< another one after each change that saving would keep
 };
 
@@ -75,6 +81,8 @@ public:
     bool HasPlaced() const;
     /// What a file has to be read for: the view's reference, empty while anything may give it one.
     XSpatialReference GetWorld() const;
+    /// The one that the view has now, whoever gave it.
+    const XSpatialReference& GetViewReference() const { return *m_manager->GetSR(); }
     int GetNextColor() const { return m_nextColor; } ///< of the palette
 
     /// Adds what was read as the front file.

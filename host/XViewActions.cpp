@@ -2,6 +2,7 @@
 
 #include "foundation/platform/XPrompts.h"
 #include "foundation/platform/XUserSettings.h"
+#include "foundation/raster/XDMComposite.h"
 #include "foundation/surface/XBackBuffer.h"
 #include "host/XHostView.h"
 #include "host/XLayerTree.h"
@@ -19,6 +20,8 @@
 #include <chrono>
 
 namespace {
+
+constexpr int kGrayMode = 0; // of a composite: one band
 
 long long NowMs()
 {
@@ -96,7 +99,36 @@ void XViewActions::Connect()
     m_actions.Connect("view.fullScreen",
                       [this] { SetFullScreen(m_actions.Get("view.fullScreen")->isChecked()); });
     m_actions.Connect("image.stretch", [this] { m_view.ShowStretchDlg(1); });
-    m_actions.Connect("image.colorTable", [this] { m_view.ShowColorTable(1); });
+    m_actions.Connect("image.colorTable", [this] { OpenColorTable(); });
+    m_layers.GetRasters().AddObserver([this](LayerChange change) { FollowColorTable(change); });
+}
+
+XDMComposite* XViewActions::FindGray() const
+{
+    const XLayerStack& rasters = m_layers.GetRasters();
+    for (int i = 0; i < rasters.GetCount(); ++i)
+        if (XDMComposite* composite = rasters.GetAt(i)->composite; composite->GetMode() == kGrayMode)
+            return composite;
+    return nullptr;
+}
+
+void XViewActions::OpenColorTable()
+{
+    m_view.ShowColorTable(1);
+    m_colored = FindGray();
+}
+
+// A table is closed when its image goes, or shows three bands: their colours are no table's.
+void XViewActions::FollowColorTable(LayerChange change)
+{
+    if (!m_colored) return;
+    const XLayerStack& rasters = m_layers.GetRasters();
+    const tagXLayer* current = rasters.GetAt(rasters.GetCurrent());
+    const bool isOver = change == LayerChange::Closing ? current && current->composite == m_colored
+                                                       : m_colored->GetMode() != kGrayMode;
+    if (!isOver) return;
+    m_colored = nullptr;
+    m_view.ShowColorTable(0);
 }
 
 tagXViewState XViewActions::GetState() const
@@ -122,6 +154,7 @@ void XViewActions::OnPainted()
     m_paintedSize = size;
     m_isJump = false;
     m_readOut.OnViewChanged();
+    OnToolEnded(); // the panel of buttons begins and ends it, too
     EnableActions();
 }
 
@@ -233,6 +266,8 @@ void XViewActions::EnableActions()
                          hasLayer ? unbound : noLayer);
     m_actions.SetEnabled("image.stretch", hasLayer && m_view.CanShowStretchDlg(),
                          hasLayer ? unbound : noLayer);
-    m_actions.SetEnabled("image.colorTable", hasLayer && m_view.CanShowColorTable(),
-                         hasLayer ? unbound : noLayer);
+    m_actions.SetEnabled("image.colorTable", FindGray() && m_view.CanShowColorTable(),
+                         !hasLayer     ? noLayer
+                         : FindGray() ? unbound
+                                      : "Show an image in gray first; three bands have no table");
 }

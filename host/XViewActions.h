@@ -7,8 +7,10 @@
 #include <QSize>
 
 class QMainWindow;
+class XDMComposite;
 class XHostView;
 class XLayerTree;
+enum class LayerChange;
 struct tagXTreeNode;
 class XMainActions;
 class XReadOut;
@@ -40,6 +42,9 @@ private:
     void SetFullScreen(bool isOn);
     void ShowFurniture(bool isOn);
     void SetProgressive(bool isOn);
+    void OpenColorTable();
+    void FollowColorTable(LayerChange change);
+    XDMComposite* FindGray() const; // the one that the colour table opens on
     tagXViewState GetState() const;
 
     QMainWindow& m_window;
@@ -54,4 +59,5 @@ private:
     QSize m_paintedSize;
     bool m_wasMaximized = false;
     QByteArray m_layout; // before full screen
+    XDMComposite* m_colored = nullptr; // by the colour table that was opened last
 };

@@ -1,6 +1,11 @@
 // Pictures of the windows and of the vector classes, for the documentation and for the eye: tql_gallery FOLDER
 
 #include "foundation/surface/XBackBuffer.h"
+#include "foundation/vector/XvcBase.h"
+#include "foundation/vector/XvcLayer.h"
+#include "foundation/vector/XvcPoint.h"
+#include "host/XAutosave.h"
+#include "host/XAutosaveActions.h"
 #include "host/XBusyWidget.h"
 #include "host/XFileActions.h"
 #include "host/XHostView.h"
@@ -9,24 +14,39 @@
 #include "host/XMainActions.h"
 #include "host/XMainWindow.h"
 #include "host/XObjectPicker.h"
+#include "host/gallery/XEnhanceSheet.h"
+#include "host/gallery/XFileDialogSheet.h"
 #include "host/gallery/XObjectDialogSheet.h"
+#include "host/gallery/XPaletteSheet.h"
+#include "host/gallery/XPictureFile.h"
 #include "host/gallery/XVectorScene.h"
 #include "host/gallery/XVectorSheet.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QDateTime>
+#include <QDialog>
 #include <QDir>
+#include <QDirIterator>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QPalette>
 #include <QProcess>
 #include <QSettings>
 #include <QStyle>
 #include <QStyleFactory>
 #include <QTemporaryDir>
+#include <QTextEdit>
 #include <QThread>
+#include <QToolButton>
 
+#include <algorithm>
 #include <cstdio>
 #include <vector>
 
@@ -40,8 +60,14 @@ enum class Moment {
     ZoomRect, ///< a zoom rectangle is being pulled open
     Busy,     ///< the status bar alone, while passes run
     Offer,    ///< a pyramid is offered, and a job is at hand
+    Buttons,  ///< the panel of buttons over the image, its popup open
+    Table,    ///< the same with the attribute table, and a file that has no coordinate system
     Vectors,  ///< a vector file over the image, one of its objects selected
-    Drawing   ///< objects drawn over the image with the mouse
+    Drawing,  ///< objects drawn over the image with the mouse
+    Typing,   ///< a text box of these is being typed into
+    Undo,     ///< the Edit menu after it
+    Recovery, ///< edits of a run that did not end well are offered
+    Keys      ///< the key map
 };
 
 struct tagXShot
@@ -68,22 +94,25 @@ QPalette MakePalette(bool isDark)
     return palette;
 }
 
-// Drops the two lowest bits of each colour: nobody sees it, and the file shrinks by a third.
-void Coarsen(QImage& picture)
-{
-    for (int y = 0; y < picture.height(); ++y) {
-        auto* row = reinterpret_cast<QRgb*>(picture.scanLine(y));
-        for (int x = 0; x < picture.width(); ++x)
-            row[x] = (row[x] & 0xFFFCFCFCu) | (row[x] >> 6 & 0x00030303u);
-    }
-}
-
 void Settle(XMainWindow& window)
 {
     while (window.GetView().IsBusy())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     for (int i = 0; i < 5; ++i)
         QCoreApplication::processEvents(QEventLoop::AllEvents, 100);
+}
+
+// A view that is dear to draw puts off what a drag leaves to be drawn: then it would be busy anew.
+void SettleForGood(XMainWindow& window)
+{
+    constexpr int kQuietMs = 300;
+    QElapsedTimer quiet;
+    quiet.start();
+    while (quiet.elapsed() < kQuietMs) {
+        if (window.GetView().IsBusy()) quiet.restart();
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        QThread::msleep(5);
+    }
 }
 
 void SendMouse(QWidget& to, QEvent::Type type, QPointF at, Qt::MouseButton button,
@@ -112,6 +141,17 @@ bool PickOverVectors(XMainWindow& window)
     SendMouse(view, QEvent::MouseButtonRelease, at, Qt::LeftButton, Qt::NoButton);
     Settle(window);
     return window.GetPicker().GetObject() != nullptr;
+}
+
+bool ShowTable(XMainWindow& window)
+{
+    const QTemporaryDir folder;
+    const QString sketch = XfnWriteSketch(folder.path());
+    if (sketch.isEmpty() || window.GetFiles().OpenFiles({sketch}) != 1) return false;
+    while (window.GetLoads().IsBusy())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    window.GetActions().Get("layer.table")->trigger();
+    return PickOverVectors(window);
 }
 
 void Drag(XMainWindow& window, const char* tool, QPointF from, QPointF to)
@@ -158,6 +198,51 @@ void DrawWithMouse(XMainWindow& window)
     Settle(window);
 }
 
+bool TypeIntoBox(XMainWindow& window)
+{
+    DrawWithMouse(window);
+    Drag(window, "draw.textBox", {360, 290}, {500, 340});
+    auto* editor = window.GetView().findChild<QTextEdit*>();
+    if (!editor) return false;
+    editor->setCursorWidth(0); // whether it blinks is a matter of time
+    QKeyEvent keys(QEvent::KeyPress, 0, Qt::NoModifier, "Harbour basin, surveyed");
+    QCoreApplication::sendEvent(editor, &keys);
+    Settle(window);
+    return true;
+}
+
+QWidget* OpenEditMenu(XMainWindow& window)
+{
+    DrawWithMouse(window);
+    window.GetActions().Get("edit.undo")->trigger();
+    auto* menu = window.findChild<QMenu*>("menu.edit");
+    menu->popup(QPoint(0, 0));
+    Settle(window);
+    return menu;
+}
+
+// As a run leaves it that was killed at noon.
+bool LeaveUnsavedEdits()
+{
+    XvcBase base;
+    auto* layer = new XvcLayer;
+    layer->AddTail(new XvcPoint(0, 0));
+    base.AddTail(layer);
+    XAutosave killed(XAutosave::GetUserFolder());
+    QString message;
+    if (!killed.Keep({{&base, 1, "harbour.xvc", "/surveys/harbour.xvc"}}, message)) return false;
+    killed.Wait();
+    QDirIterator copies(XAutosave::GetUserFolder(), {"*.xvc"}, QDir::Files,
+                        QDirIterator::Subdirectories);
+    while (copies.hasNext()) {
+        QFile copy(copies.next());
+        if (!copy.open(QIODevice::ReadWrite) ||
+            !copy.setFileTime(QDateTime({2024, 5, 17}, {12, 0}), QFile::FileModificationTime))
+            return false;
+    }
+    return true;
+}
+
 // What the window is doing when it is pictured. Answers the part of it to picture.
 QWidget* Act(XMainWindow& window, Moment moment)
 {
@@ -195,13 +280,48 @@ QWidget* Act(XMainWindow& window, Moment moment)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         Settle(window);
         return &window;
+    case Moment::Buttons:
+        view.RunStretchPreset(40058);
+        Settle(window);
+        return &view;
+    case Moment::Table:
+        return ShowTable(window) ? &window : nullptr;
     case Moment::Vectors:
         return PickOverVectors(window) ? &window : nullptr;
     case Moment::Drawing:
         DrawWithMouse(window);
         return &window;
+    case Moment::Typing:
+        return TypeIntoBox(window) ? &window : nullptr;
+    case Moment::Undo:
+        return OpenEditMenu(window);
+    case Moment::Recovery:
+        if (!LeaveUnsavedEdits()) return nullptr;
+        window.GetAutosave().OfferLost();
+        Settle(window);
+        return &window;
+    case Moment::Keys:
+        window.GetActions().Get("help.keys")->trigger();
+        Settle(window);
+        window.findChild<QLineEdit*>("keymap.find")->clearFocus();
+        return window.findChild<QDialog*>("keymap");
     }
     return &window;
+}
+
+// The popup of the panel is a window of its own: it is laid over the picture where it would open.
+void LayPopup(QPixmap& picture, QWidget& view)
+{
+    auto* button = view.findChild<QToolButton*>("panel.17");
+    QMenu* menu = button->menu();
+    menu->popup(QPoint(0, 0));
+    menu->setActiveAction(menu->actions()[3]);
+    QCoreApplication::processEvents();
+    const QPixmap popup = menu->grab();
+    const QPoint below = button->mapTo(&view, QPoint(0, button->height()));
+    const int left = std::min(below.x(), view.width() - menu->width());
+    QPainter(&picture).drawPixmap(std::max(0, left), below.y(), popup);
+    menu->close();
 }
 
 bool SaveWindow(const tagXShot& shot, QSize size, const QString& sample, const QString& folder)
@@ -210,6 +330,9 @@ bool SaveWindow(const tagXShot& shot, QSize size, const QString& sample, const Q
     XMainWindow window("");
     window.resize(size);
     window.show();
+    // the program remembers it from picture to picture
+    QAction* buttons = window.GetActions().Get("view.buttons");
+    if (buttons->isChecked() != (shot.moment == Moment::Buttons)) buttons->trigger();
     Settle(window);
     if (window.GetFiles().OpenFiles({sample}) != 1) return false;
     // four screen pixels an image pixel: sharp, and the file stays small
@@ -224,19 +347,24 @@ bool SaveWindow(const tagXShot& shot, QSize size, const QString& sample, const Q
     Settle(window);
     QWidget* pictured = Act(window, shot.moment);
     if (!pictured) return false;
-    QImage picture = pictured->grab().toImage().convertToFormat(QImage::Format_RGB32);
-    picture.setDevicePixelRatio(1);
-    Coarsen(picture);
-    return picture.save(QDir(folder).filePath(shot.name), "PNG", 0);
+    if (shot.moment != Moment::Busy) SettleForGood(window);
+    QPixmap picture = pictured->grab();
+    if (shot.moment == Moment::Buttons) LayPopup(picture, *pictured);
+    return XfnSavePicture(picture.toImage(), folder, shot.name);
 }
 
-const char* SaveObjectDialogs(const QString& folder, bool isLarge)
+const char* SaveDialogs(const QString& folder, const QString& sample, bool isLarge)
 {
+    const auto save = [&](const char* suffix, bool isAll) {
+        const char* name = XfnSaveObjectDialogs(folder, suffix, isAll);
+        if (!name) name = XfnSaveFileDialogs(folder, suffix, sample);
+        return name ? name : XfnSavePaletteSheets(folder, suffix, sample);
+    };
     QApplication::setPalette(MakePalette(false));
-    if (isLarge) return XfnSaveObjectDialogs(folder, "-150", false);
-    if (const char* name = XfnSaveObjectDialogs(folder, "", true)) return name;
+    if (isLarge) return save("-150", false);
+    if (const char* name = save("", true)) return name;
     QApplication::setPalette(MakePalette(true));
-    const char* name = XfnSaveObjectDialogs(folder, "-dark", false);
+    const char* name = save("-dark", false);
     QApplication::setPalette(MakePalette(false));
     return name;
 }
@@ -310,16 +438,27 @@ int main(int argc, char** argv)
     }
     QDir().mkpath(arguments[1]);
     const std::vector<tagXShot> shots =
-        isLarge ? std::vector<tagXShot>{{"mainwindow-150.png", false}}
+        isLarge ? std::vector<tagXShot>{{"mainwindow-150.png", false},
+                                        {"attributetable-150.png", false, Moment::Table},
+                                        {"buttons-150.png", false, Moment::Buttons}}
                 : std::vector<tagXShot>{{"mainwindow.png", false},
                                         {"mainwindow-dark.png", true},
                                         {"zoomrectangle.png", false, Moment::ZoomRect},
                                         {"busy.png", false, Moment::Busy},
+                                        {"buttons.png", false, Moment::Buttons},
+                                        {"buttons-dark.png", true, Moment::Buttons},
                                         {"pyramid.png", false, Moment::Offer},
+                                        {"attributetable.png", false, Moment::Table},
+                                        {"attributetable-dark.png", true, Moment::Table},
                                         {"vectors.png", false, Moment::Vectors},
                                         {"vectors-dark.png", true, Moment::Vectors},
                                         {"drawing.png", false, Moment::Drawing},
-                                        {"drawing-dark.png", true, Moment::Drawing}};
+                                        {"drawing-dark.png", true, Moment::Drawing},
+                                        {"typing.png", false, Moment::Typing},
+                                        {"undo.png", false, Moment::Undo},
+                                        {"keymap.png", false, Moment::Keys},
+                                        // the last: what it leaves is offered to all that follow
+                                        {"recovery.png", false, Moment::Recovery}};
     const QString large = WriteLarge(sample, settings.path());
     for (const tagXShot& shot : shots) {
         const QString& shown = shot.moment == Moment::Offer ? large : sample;
@@ -327,13 +466,15 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "tql_gallery: %s was not made\n", shot.name);
         return 1;
     }
-    if (const char* name = SaveObjectDialogs(arguments[1], isLarge)) {
+    if (const char* name = SaveDialogs(arguments[1], sample, isLarge)) {
         std::fprintf(stderr, "tql_gallery: the dialog %s was not pictured\n", name);
         return 1;
     }
     if (isLarge) return 0;
-    if (const char* name = XfnSaveVectorSheets(arguments[1])) {
-        std::fprintf(stderr, "tql_gallery: %s was not made\n", name);
+    const char* sheet = XfnSaveEnhanceSheets(arguments[1], sample);
+    if (!sheet) sheet = XfnSaveVectorSheets(arguments[1]);
+    if (sheet) {
+        std::fprintf(stderr, "tql_gallery: %s was not made\n", sheet);
         return 1;
     }
     return RunAtScale("1.5", arguments);

@@ -2,6 +2,8 @@
 
 #include "foundation/base/XObList.h"
 #include "foundation/base/XTextStyle.h"
+#include "foundation/vector/XvcBase.h"
+#include "foundation/vector/XvcLayer.h"
 #include "foundation/vector/XvcMPoint.h"
 #include "vecprop/CNorthArrowDlg.h"
 #include "vecprop/CTextInputDlg.h"
@@ -105,6 +107,25 @@ void FillBitmap(XvcBitmap& bitmap)
     bitmap.SetBorderFlag(1);
 }
 
+/// A map in metres for the objects to stand in.
+class MetreMap
+{
+public:
+    MetreMap()
+    {
+        XSpatialReference reference;
+        reference.importFromEPSG(31985);
+        m_base.SetSR(&reference);
+        m_layer = new XvcLayer;
+        m_base.AddTail(m_layer);
+    }
+    void Add(XvcObj& object) { object.SetParentLayer(m_layer); }
+
+private:
+    XvcBase m_base;
+    XvcLayer* m_layer;
+};
+
 /// Makes the pictures one after the other until one fails.
 class Shooter
 {
@@ -122,6 +143,7 @@ public:
         Dress(object);
         fill(object);
         object.CalcRange();
+        m_map.Add(object);
         Dialog dialog(&object);
         if (wrongField) {
             auto& model = dialog.GetModel();
@@ -179,6 +201,7 @@ private:
     QString m_folder;
     const char* m_suffix;
     bool m_isAll;
+    MetreMap m_map;
     const char* m_failed = nullptr;
 };
 
@@ -203,6 +226,8 @@ const char* XfnSaveObjectDialogs(const QString& folder, const char* suffix, bool
     });
     shooter.Shoot<XvcPolylineDlg, XvcPolyline>("polyline", &FillRing<XvcPolyline>, 1);
     shooter.Shoot<XvcPolygonDlg, XvcPolygon>("polygon", &FillRing<XvcPolygon>);
+    shooter.Shoot<XvcPolygonDlg, XvcPolygon>("polygon-style", &FillRing<XvcPolygon>, 1);
+    shooter.Shoot<XvcPolygonDlg, XvcPolygon>("polygon-general", &FillRing<XvcPolygon>, 2);
     shooter.Shoot<XvcPolypointDlg, XvcPolypoint>("polypoint", [](XvcPolypoint& points) {
         FillRing(points);
         points.SetType(2);
@@ -234,7 +259,8 @@ const char* XfnSaveObjectDialogs(const QString& folder, const char* suffix, bool
     shooter.Shoot<XvcArcDlg, XvcArc>("arc", &FillRound<XvcArc>);
     shooter.Shoot<XvcRectDlg, XvcRectangle>("rect", [](XvcRectangle& rect) {
         rect.Set(293400, 9116000, 0, 293800, 9116300, 0);
-        rect.RotateObject(293400, 9116000, 15.0);
+        rect.RotateObject(293400, 9116000, 15.0); // leaves digits that say nothing
+        rect.RotateObject(15.0 / 7);
     });
     shooter.Shoot<XvcArcClosedDlg, XvcArcClosed>("arcclosed", [](XvcArcClosed& arc) {
         FillRound(arc);

@@ -90,6 +90,19 @@ void AddStations(XvcBase& base)
 
 } // namespace
 
+QString XfnWriteSketch(const QString& folder)
+{
+    XvcBase base;
+    auto* line = new XvcPolyline;
+    line->Add(1200, 300, 0);
+    line->Add(1800, 900, 0);
+    AddLayer(base, "Sketch").AddTail(line);
+    base.CalcRange();
+    const QString path = QDir(folder).filePath("sketch.xvc");
+    XString error;
+    return XfnExportXVC(XfnFromQString(path), &base, error) ? path : QString();
+}
+
 QString XfnWriteVectorScene(const QString& folder)
 {
     XvcBase base;

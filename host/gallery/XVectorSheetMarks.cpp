@@ -84,8 +84,8 @@ void AddNorthArrows(XVectorSheet& sheet)
     };
     for (int style = 0; style < kXNorthArrowCount; ++style)
         add(style, 150, 150, 0.0, XfnGetNorthArrowName(style));
-    add(kXNorthArrowHalves, 150, 150, 35.0, "Turned by 35 degrees");
-    add(kXNorthArrowRose16, 150, 150, -20.0, "Turned by -20 degrees");
+    add(kXNorthArrowHalves, 150, 150, 35.0, "Rotated by 35 degrees");
+    add(kXNorthArrowRose16, 150, 150, -20.0, "Rotated by -20 degrees");
     for (const int style : {kXNorthArrowPlain, kXNorthArrowRose4, kXNorthArrowNeedle}) // small ones
         add(style, 48, 48, 0.0, "48 px");
 }

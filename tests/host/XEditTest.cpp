@@ -2,21 +2,21 @@
 #include "edit/XCommandSet.h"
 #include "foundation/vector/XVectorIO.h"
 #include "foundation/vector/XvcFactory.h"
-#include "foundation/vector/XvcLayer.h"
 #include "foundation/vector/XvcLine.h"
-#include "host/XAutosave.h"
 #include "host/XAutosaveActions.h"
 #include "host/XEditNames.h"
+#include "host/XEndSignals.h"
 #include "host/XLayerTree.h"
 #include "host/XObjectPicker.h"
-#include "tests/host/XHostFixture.h"
+#include "tests/host/XEditFixture.h"
 
-#include <QDir>
 #include <QMenu>
 #include <QPushButton>
 #include <QTreeView>
 
 #include <csignal>
+#include <utility>
+
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -72,7 +72,10 @@ TEST(XAutosaveTest, ACopyOutlivesAKilledProgramAndBelongsToOneOther)
     if (child == 0) {
         XAutosave killed(folder);
         QString message;
-        if (killed.Keep(edited, message)) ::kill(getpid(), SIGKILL);
+        if (killed.Keep(edited, message)) {
+            killed.Wait();
+            ::kill(getpid(), SIGKILL);
+        }
         _exit(1);
     }
     int status = 0;
@@ -106,6 +109,7 @@ TEST(XAutosaveTest, OnlyWhatChangedIsWrittenAndWhatIsSavedGoes)
     const auto base = MakeBase(1);
     QString message;
     const auto copies = [&] {
+        autosave.Wait();
         const QStringList runs = QDir(dir.path()).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
         return runs.isEmpty() ? QFileInfoList()
                               : QDir(dir.filePath(runs.first())).entryInfoList({"*.xvc"});
@@ -117,45 +121,36 @@ TEST(XAutosaveTest, OnlyWhatChangedIsWrittenAndWhatIsSavedGoes)
     ASSERT_TRUE(autosave.Keep({{base.get(), 1, "a", ""}}, message));
     EXPECT_EQ(QFileInfo(path).size(), 3);
     ASSERT_TRUE(autosave.Keep({{base.get(), 2, "a", ""}}, message));
+    autosave.Wait();
     EXPECT_GT(QFileInfo(path).size(), 3);
     ASSERT_TRUE(autosave.Keep({}, message));
     EXPECT_TRUE(copies().isEmpty());
 }
 
-class XEditTest : public XHostFixture
+TEST(XAutosaveTest, WhatTheDiskRefusesIsToldAndTriedAgain)
 {
-protected:
-    ~XEditTest() override
-    {
-        window.reset();
-        QDir(XAutosave::GetUserFolder()).removeRecursively();
-    }
-    void Drag(QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton)
-    {
-        Mouse(QEvent::MouseButtonPress, from, button, button);
-        Mouse(QEvent::MouseMove, to, Qt::NoButton, button);
-        Mouse(QEvent::MouseButtonRelease, to, button, Qt::NoButton);
-        Settle();
-    }
-    void Click(QPoint at) { Drag(at, at); }
-    void Key(Qt::Key key, Qt::KeyboardModifiers keys = Qt::NoModifier)
-    {
-        QTest::keyClick(&window->GetView(), key, keys);
-        Settle();
-    }
-    void DrawLine(QPoint from, QPoint to)
-    {
-        Key(Qt::Key_L);
-        Drag(from, to);
-    }
-    int CountObjects()
-    {
-        const tagXVectorFile* file = window->GetVectors().GetAt(0);
-        return file ? file->layers.front().layer->GetCount() : -1;
-    }
-    int CountSelected() { return window->GetView().GetSelectedObj()->GetCount(); }
-    std::string Undo() { return Action("edit.undo")->text().toStdString(); }
-};
+    const QTemporaryDir dir;
+    XAutosave autosave(dir.path());
+    const auto base = MakeBase(1);
+    QString message;
+    QStringList failures;
+    autosave.SetFailed([&](const QString& failure) { failures.append(failure); });
+    ASSERT_TRUE(autosave.Keep({{base.get(), 1, "plan", ""}}, message));
+    autosave.Wait();
+    const QString run = dir.filePath(QDir(dir.path()).entryList(QDir::Dirs).last());
+    ASSERT_TRUE(QFile::remove(run + "/1.xvc") && QDir().mkdir(run + "/1.xvc"));
+    ASSERT_TRUE(autosave.Keep({{base.get(), 2, "plan", ""}}, message));
+    autosave.Wait();
+    ASSERT_EQ(failures.size(), 1);
+    EXPECT_TRUE(failures[0].contains("plan")) << failures[0].toStdString();
+    ASSERT_TRUE(QDir().rmdir(run + "/1.xvc"));
+    ASSERT_TRUE(autosave.Keep({{base.get(), 2, "plan", ""}}, message));
+    autosave.Wait();
+    EXPECT_TRUE(QFileInfo(run + "/1.xvc").isFile()) << "the same revision, since it failed";
+}
+
+class XEditTest : public XEditFixture
+{};
 
 TEST_F(XEditTest, DrawingUndoingAndTheMarksOfWhatIsNotSaved)
 {
@@ -280,7 +275,9 @@ TEST_F(XEditTest, NothingUnsavedGoesWithoutAQuestion)
 TEST_F(XEditTest, ACrashLosesNothing)
 {
     DrawLine({100, 100}, {300, 200});
-    window->GetAutosave().KeepNow();
+    window->setGeometry(40, 30, 900, 650);
+    window->KeepSession(); // as on a signal
+    EXPECT_EQ(XSessionSettings().GetWindowRect(), window->geometry());
     Restart(); // without an end of its own
     auto* bar = Find<QWidget>("recovery");
     ASSERT_TRUE(bar->isVisible());
@@ -294,6 +291,21 @@ TEST_F(XEditTest, ACrashLosesNothing)
     Find<QPushButton>("recovery.discard")->click();
     Restart();
     EXPECT_FALSE(Find<QWidget>("recovery")->isVisible());
+}
+
+TEST(XEndSignalsTest, ASignalRunsInTheEventLoopAndASecondOneEndsTheProgram)
+{
+    int calls = 0;
+    {
+        const XEndSignals signals([&calls] { ++calls; });
+        for (const int number : {SIGTERM, SIGHUP}) {
+            ASSERT_EQ(::raise(number), 0);
+            EXPECT_TRUE(QTest::qWaitFor([&] { return calls > 0; }));
+            EXPECT_EQ(std::exchange(calls, 0), 1);
+            EXPECT_EQ(std::signal(number, SIG_DFL), SIG_DFL) << "the next one is not caught";
+        }
+    }
+    EXPECT_EQ(std::signal(SIGINT, SIG_DFL), SIG_DFL);
 }
 
 } // namespace

@@ -1,5 +1,9 @@
+#include "foundation/platform/XQtText.h"
 #include "foundation/raster/XDMCompManager.h"
 #include "foundation/raster/XDMComposite.h"
+#include "foundation/vector/XVectorIO.h"
+#include "foundation/vector/XvcLayer.h"
+#include "foundation/vector/XvcPolygon.h"
 #include "host/XLayerTree.h"
 #include "host/XObjectPicker.h"
 #include "host/XRasterFilters.h"
@@ -11,6 +15,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QStatusBar>
 #include <QTableView>
 #include <QTreeView>
 
@@ -56,6 +61,21 @@ protected:
             y -= 300;
         }
         return Write(name, text + "0\nENDSEC\n0\nEOF\n");
+    }
+    /// A square in a file of our own that has no coordinate system.
+    QString MakeBare(const QString& name, double x, double y, double side)
+    {
+        XvcBase base;
+        auto* polygon = new XvcPolygon;
+        const std::pair<int, int> corners[] = {{0, 0}, {1, 0}, {1, 1}, {0, 1}};
+        for (const auto& [dx, dy] : corners)
+            polygon->Add(x + dx * side, y + dy * side, 0);
+        auto* layer = new XvcLayer;
+        layer->AddTail(polygon);
+        base.AddTail(layer);
+        XString error;
+        EXPECT_TRUE(XfnExportXVC(XfnFromQString(Path(name)), &base, error)) << error.GetString();
+        return Path(name);
     }
     QPoint PixelOf(double x, double y)
     {
@@ -155,16 +175,128 @@ TEST_F(XVectorFilesTest, OtherSystemsAreCarriedOverAndTheFirstOneDecides)
     EXPECT_NEAR(box[0], -34.8155, 2e-3);
 }
 
-TEST_F(XVectorFilesTest, AFileWithoutASystemIsShownAtItsNumbersAndThatIsSaid)
+TEST_F(XVectorFilesTest, AFileWithoutASystemHasOnePlaceWhateverCameFirst)
 {
-    ASSERT_EQ(Open({MakeRaster("a.dat", 200, 100, 1)}), 1);
-    ASSERT_EQ(Open({MakeDrawing("near.dxf", kLeft + 100, kTop - 100)}), 1);
-    EXPECT_TRUE(Text("notice.text").contains("near.dxf tells no coordinate system"));
-    EXPECT_FALSE(Text("notice.text").contains("out of sight"));
-    ASSERT_EQ(Open({MakeDrawing("far.dxf", 10, 20)}), 1);
-    EXPECT_TRUE(Text("notice.text").contains("out of sight"));
+    const QString utm = MakeRaster("a.dat", 200, 100, 1);
+    const QString geo = MakeSquare("geo.geojson", -34.82, -8.14, 0.01, "a", 4326);
+    const QString degrees = MakeBare("degrees.xvc", -34.82, -8.14, 0.01);
+    const QString metres = MakeBare("metres.xvc", kLeft + 100, kTop - 900, 600);
+    const struct
+    {
+        const char* what;
+        QString bare, other;
+        double left; // of the file without a system
+        const char* told;
+        bool isFar;
+    } rows[] = {
+        {"degrees on a projected map", degrees, utm, kLeft - 540, "shown as WGS 84", false},
+        {"degrees on a map in degrees", degrees, geo, -34.82, "longitude and latitude in", false},
+        {"the map's own numbers", metres, utm, kLeft + 100, "taken as EPSG", false},
+        {"numbers of elsewhere", metres, geo, kLeft + 100, "taken as EPSG", true},
+        {"a drawing is never in degrees", MakeDrawing("d.dxf", 10, 20), utm, 10, "taken as",
+         true},
+    };
+    for (const auto& row : rows) {
+        for (const bool isFirst : {true, false}) {
+            SCOPED_TRACE(std::string(row.what) + (isFirst ? ", first" : ", second"));
+            ASSERT_EQ(Open({isFirst ? row.bare : row.other}), 1);
+            ASSERT_EQ(Open({isFirst ? row.other : row.bare}), 1);
+            const XVectorStack& vectors = window->GetVectors();
+            const int file = vectors.GetAt(0)->path == row.bare ? 0 : 1;
+            double box[4] = {};
+            ASSERT_TRUE(vectors.GetExtent({file, -1}, box));
+            EXPECT_NEAR(box[0], row.left, row.left > 1000 ? 60 : 1e-6);
+            EXPECT_EQ(vectors.GetAt(file)->path, row.bare);
+            if (!isFirst || row.left > 1000) {
+                EXPECT_TRUE(Text("notice.text").contains("has no coordinate system"));
+            }
+            if (!isFirst) {
+                EXPECT_TRUE(Text("notice.text").contains(row.told))
+                    << Text("notice.text").toStdString();
+                EXPECT_EQ(Text("notice.text").contains("outside all other layers"), row.isFar);
+            }
+            Run("file.closeAll");
+        }
+    }
     EXPECT_TRUE(prompts.GetMessages().empty());
-    EXPECT_EQ(window->GetTree().GetChildCount(1), 2) << "a layer for each of the drawing";
+}
+
+TEST_F(XVectorFilesTest, WhatIsMissingStandsInTheBarAndNoticesGoWithTheNextPress)
+{
+    ASSERT_EQ(Open({Write("some.geojson", R"({"type":"FeatureCollection","features":[)"
+                                          R"({"type":"Feature","properties":{},"geometry":null},)"
+                                          R"({"type":"Feature","properties":{},"geometry":)"
+                                          R"({"type":"Point","coordinates":[1,2]}}]})")}),
+              1);
+    EXPECT_EQ(Text("notice.text"), "some.geojson: 1 object without a shape left out.");
+    for (int i = 0; i < 3; ++i)
+        window->GetView().ZoomIn();
+    Settle();
+    ASSERT_EQ(Open({MakeSquare("far.geojson", 9, 9, 1, "b", 4326),
+                    MakeSquare("wide.geojson", 8, 8, 3, "c", 4326)}),
+              2);
+    auto* status = Find<QStatusBar>("status");
+    EXPECT_TRUE(Text("notice.text").contains("far.geojson lies outside all other layers"));
+    EXPECT_TRUE(status->currentMessage().contains("wide.geojson lies outside the view"))
+        << status->currentMessage().toStdString();
+    QTest::keyClick(&window->GetView(), Qt::Key_3);
+    EXPECT_TRUE(status->currentMessage().isEmpty());
+}
+
+TEST_F(XVectorFilesTest, TheTableListsFindsSortsAndSelects)
+{
+    QByteArray towns;
+    const std::pair<const char*, int> rows[] = {
+        {"Olinda", 370}, {"recife", 1650}, {"Paulista", 330}};
+    int x = 0;
+    for (const auto& [name, people] : rows) {
+        towns += QByteArray(x ? "," : "") + R"({"type":"Feature","properties":{"name":")" + name +
+                 R"(","people":)" + QByteArray::number(people) +
+                 R"(},"geometry":{"type":"Point","coordinates":[)" + QByteArray::number(x * 10) +
+                 ",1]}}";
+        ++x;
+    }
+    ASSERT_EQ(Open({Write("towns.geojson",
+                          R"({"type":"FeatureCollection","features":[)" + towns + "]}")}),
+              1);
+    window->GetView().FitBox(-1, 0, 1, 2);
+    Settle();
+    Run("layer.table");
+    auto* table = Find<QTableView>("table.rows");
+    const auto column = [&](int at) {
+        QStringList texts;
+        for (int row = 0; row < table->model()->rowCount(); ++row)
+            texts.append(table->model()->index(row, at).data().toString());
+        return texts.join(' ').toStdString();
+    };
+    EXPECT_EQ(column(1), "Olinda recife Paulista");
+    table->sortByColumn(1, Qt::AscendingOrder);
+    EXPECT_EQ(column(1), "Olinda Paulista recife");
+    table->sortByColumn(2, Qt::DescendingOrder);
+    EXPECT_EQ(column(2), "1650 370 330");
+    table->selectRow(0);
+    Settle();
+    EXPECT_EQ(Attribute("name"), "recife");
+    EXPECT_NEAR(Look().x, 10, 1e-6) << "brought into view";
+    table->setFocus();
+    QTest::keyClick(table, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "Object\tname\tpeople\n2\trecife\t1650\n");
+    auto* search = Find<QLineEdit>("table.search");
+    QTest::keyClicks(search, "IST");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return table->model()->rowCount() == 1; }));
+    EXPECT_EQ(column(0), "3");
+    EXPECT_EQ(Text("table.count"), "1 of 3 objects");
+    EXPECT_EQ(Attribute("name"), "recife") << "a search selects nothing";
+    search->clear();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return table->model()->rowCount() == 3; }));
+    window->GetView().FitBox(-1, 0, 1, 2);
+    Settle();
+    ClickAt(0, 1);
+    ASSERT_EQ(table->selectionModel()->selectedRows().size(), 1);
+    EXPECT_EQ(table->selectionModel()->selectedRows()[0].row(), 1) << "what the view selects";
+    Run("file.closeAll");
+    EXPECT_EQ(table->model()->rowCount(), 0);
+    EXPECT_EQ(Text("table.title"), "No vector layer is open");
 }
 
 TEST_F(XVectorFilesTest, TheTreeHidesLocksRenamesMovesAndCloses)
@@ -215,27 +347,33 @@ TEST_F(XVectorFilesTest, TheTreeHidesLocksRenamesMovesAndCloses)
     EXPECT_EQ(row("Streets").row(), 1 - place);
 
     // kept in a file of the library's own, with what was done to it
+    window->GetVectors().Rename({0, -1}, "Town plan");
+    ClickAt(x, y);
+    EXPECT_EQ(Attribute("File"), "d.dxf") << "the file is called as before";
     prompts.AnswerPath(Path("kept").toUtf8().constData());
     Run("layer.save");
     list->setCurrentIndex(model->index(0, 0));
-    QTest::keyClick(list, Qt::Key_Delete);
+    Run("file.close");
     Settle();
     EXPECT_EQ(window->GetVectors().GetCount(), 0) << "nothing was lost, so nothing was asked";
     EXPECT_EQ(Grab(), bare);
     ASSERT_EQ(Open({Path("kept.xvc")}), 1) << prompts.GetLastMessage();
     ASSERT_TRUE(row("Streets").isValid());
     EXPECT_EQ(row("Streets").row(), 1 - place);
+    EXPECT_EQ(window->GetVectors().GetAt(0)->name, "Town plan");
+    EXPECT_EQ(Value("layers.properties", "File"), "kept.xvc");
 
+    list->setFocus(); // opening gave it to the image
     list->setCurrentIndex(row("Streets"));
-    QTest::keyClick(list, Qt::Key_Delete);
+    Run("file.close");
     Settle();
     EXPECT_EQ(window->GetTree().GetChildCount(0), 0);
     prompts.AnswerCancel();
     list->setCurrentIndex(model->index(0, 0));
-    QTest::keyClick(list, Qt::Key_Delete);
+    Run("file.close");
     EXPECT_EQ(window->GetVectors().GetCount(), 1);
     prompts.AnswerNo();
-    QTest::keyClick(list, Qt::Key_Delete);
+    Run("file.close");
     EXPECT_EQ(window->GetVectors().GetCount(), 0);
     Settle();
 }
@@ -275,6 +413,15 @@ TEST_F(XVectorFilesTest, F5ReadsTheFilesAgainAndKeepsTheirLook)
     EXPECT_EQ(window->GetVectors().GetAt(0)->name, "mine");
     ClickAt(kLeft + 1500, kTop - 1500);
     EXPECT_EQ(Attribute("label"), "south");
+
+    MakeSquare("s.geojson", kLeft + 1000, kTop - 2000, 1000, "north");
+    QTest::keyClick(&window->GetView(), Qt::Key_F5);
+    window->GetVectors().SetEdited({0, 0}, true); // drawn while the file is read
+    Settle();
+    ClickAt(kLeft + 1500, kTop - 1500);
+    EXPECT_EQ(Attribute("label"), "south") << "what was drawn is not thrown away";
+    EXPECT_TRUE(window->GetVectors().IsEdited({0, 0}));
+    window->GetVectors().SetEdited({0, 0}, false);
 
     QFile::remove(Path("a.dat"));
     Write("s.geojson", "{");
@@ -320,10 +467,12 @@ TEST_F(XVectorFilesTest, TheDialogAndFoldersOfferVectorFilesToo)
     const QString filter = XfnOpenFilter();
     const QStringList parts = filter.split('|');
     EXPECT_EQ(parts.size() % 2, 0) << filter.toStdString();
-    EXPECT_EQ(parts[0], "All supported files");
-    for (const char* pattern : {"*.tif", "*.shp", "*.xvc"})
-        EXPECT_TRUE(parts[1].split(';').contains(pattern)) << pattern;
-    EXPECT_TRUE(filter.endsWith("|GPX (*.gpx)|*.gpx|All files (*)|*||")) << filter.toStdString();
+    const qsizetype all = parts.indexOf(kAllFilesLabel);
+    ASSERT_GT(all, 0);
+    for (const char* pattern : {"*.tif", "*.shp", "*.xvc", "*.jp2"})
+        EXPECT_TRUE(parts[all + 1].split(';').contains(pattern)) << pattern;
+    EXPECT_EQ(filter.count("*.dt1;"), 4) << "the formats of the first entries do not stand twice";
+    EXPECT_TRUE(filter.endsWith("|GPX (*.gpx)|*.gpx||")) << filter.toStdString();
     QDir(dir.path()).mkpath("both");
     for (const char* name : {"both/a.tif", "both/a.SHP", "both/a.dbf", "both/a.shx"})
         Write(name, "x");
