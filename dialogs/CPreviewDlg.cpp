@@ -2,6 +2,7 @@
 
 #include "foundation/platform/XQtText.h"
 
+#include <QDateTime>
 #include <QFileInfo>
 #include <QPainter>
 #include <QPlainTextEdit>
@@ -106,12 +107,21 @@ CPreviewDlg::CPreviewDlg(QWidget* parent)
     m_loader.SetChanged([this](const tagXFilePreview& preview) { Show(preview); });
 }
 
+QString CPreviewDlg::MakeStamp(const XString& path)
+{
+    const QFileInfo info(XfnToQString(path));
+    if (!info.exists()) return QString();
+    return QString("%1 %2").arg(info.size()).arg(info.lastModified().toMSecsSinceEpoch());
+}
+
 void CPreviewDlg::SetFilePath(const XString& path)
 {
     const QFileInfo info(XfnToQString(path));
     const XString wanted = info.isDir() ? XString() : path;
-    if (wanted == m_path) return;
+    const QString stamp = MakeStamp(wanted);
+    if (wanted == m_path && stamp == m_stamp) return;
     m_path = wanted;
+    m_stamp = stamp;
     m_preview = {};
     m_preview.path = m_path;
     if (m_path.IsEmpty()) {

@@ -2,6 +2,7 @@
 
 #include "dialogs/XPreviewLoader.h"
 
+#include <QString>
 #include <QWidget>
 
 #include <functional>
@@ -19,9 +20,13 @@ class XAPI CPreviewDlg : public QWidget
 public:
     explicit CPreviewDlg(QWidget* parent = nullptr);
 
-    /// Shows a file; an empty path, or one that is no file, empties the pane.
+    /// Shows a file; an empty path, or one that is no file, empties the pane. The file that is shown
+    /// already is read anew when it has changed.
     void SetFilePath(const XString& path);
     const XString& GetFilePath() const { return m_path; } ///< of what is shown or will be
+    /// What tells one state of a file from another: its size and the time of its last change.
+    static QString MakeStamp(const XString& path);
+    const QString& GetStamp() const { return m_stamp; } ///< of the file when it was asked for
     /// What is known of the file so far.
     const tagXFilePreview& GetPreview() const { return m_preview; }
     /// Called after each change of GetPreview.
@@ -37,6 +42,7 @@ private:
 
     XPreviewLoader m_loader;
     XString m_path;
+    QString m_stamp;
     tagXFilePreview m_preview;
     std::function<void()> m_changed;
     QSplitter* m_splitter;

@@ -12,9 +12,12 @@
 
 #include <QDataStream>
 #include <QFileInfo>
+#include <QFileSystemModel>
 #include <QHeaderView>
 #include <QIODevice>
+#include <QItemSelectionModel>
 #include <QLayout>
+#include <QListView>
 #include <QSplitter>
 #include <QTreeView>
 
@@ -211,13 +214,13 @@ int XFileDialog::OnFileNameOK()
     if (!m_preview || m_isComplexAllowed) return 0;
     for (const XString& path : GetFilePaths()) {
         if (!QFileInfo(XfnToQString(path)).isFile()) continue; // the list itself tells of it
-        const auto known = m_isComplex.find(path);
-        if (known == m_isComplex.end()) {
+        const auto known = m_known.find(path);
+        if (known == m_known.end() || known->second.stamp != CPreviewDlg::MakeStamp(path)) {
             m_awaited = path; // its preview comes back here
             m_preview->SetFilePath(path);
             return 1;
         }
-        if (!known->second) continue;
+        if (!known->second.isComplex) continue;
         XPrompts::Get()->Message(GetHWND(), "Data Type is complex.!!!");
         return 1;
     }
@@ -228,7 +231,7 @@ void XFileDialog::OnPreview()
 {
     const tagXFilePreview& preview = m_preview->GetPreview();
     if (!preview.isOpened && !preview.isDone) return;
-    m_isComplex[preview.path] = preview.isComplex;
+    m_known[preview.path] = {m_preview->GetStamp(), preview.isComplex};
     if (!(m_awaited == preview.path) || m_awaited.IsEmpty()) return;
     m_awaited.Empty();
     accept();
@@ -240,8 +243,25 @@ void XFileDialog::OnFileNameChange(const XString& path)
     if (m_preview) m_preview->SetFilePath(path);
 }
 
+// A folder among chosen files would be entered, and the choice lost.
+void XFileDialog::DropFolders()
+{
+    const auto* list = findChild<QListView*>("listView");
+    QItemSelectionModel* selection = list ? list->selectionModel() : nullptr;
+    if (!selection) return;
+    QModelIndexList folders;
+    const QModelIndexList rows = selection->selectedRows();
+    for (const QModelIndex& row : rows)
+        if (QFileInfo(row.data(QFileSystemModel::FilePathRole).toString()).isDir())
+            folders.append(row);
+    if (folders.size() == rows.size()) return; // a folder alone is meant to be entered
+    for (const QModelIndex& folder : folders)
+        selection->select(folder, QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+}
+
 void XFileDialog::accept()
 {
+    if (m_isMulti) DropFolders();
     if (!OnFileNameOK()) QFileDialog::accept();
 }
 

@@ -29,7 +29,7 @@ public:
     static constexpr int kCancel = 2;
 
     /// @param isFull      the filter of all formats, else of the native one and TIFF
-    /// @param isMulti     several files may be chosen
+    /// @param isMulti     several files may be chosen; folders among them are left out
     /// @param hasPreview  0 leaves the preview pane out
     explicit XFileDialog(QWidget* parent = nullptr, int isFull = 1, int isMulti = 0,
                          int hasPreview = 1);
@@ -78,13 +78,19 @@ private:
     void AddPreview();
     void RestoreLayout();
     void SaveLayout() const;
+    void DropFolders();
     void OnPreview();
     XRSFile* OpenShown(const XString& path, int& isCancelled);
 
     int m_isMulti;
     int m_isComplexAllowed = 0;
     CPreviewDlg* m_preview = nullptr;
-    std::map<XString, bool> m_isComplex; // of the files that were previewed
+    struct tagKnown
+    {
+        QString stamp; // of the file that was read
+        bool isComplex;
+    };
+    std::map<XString, tagKnown> m_known; // the files that were previewed
     XString m_awaited;                   // chosen, and not known yet
     XString m_error;
 };

@@ -279,6 +279,20 @@ void XPaletteDlg::PlaceOverOwner()
          std::max(corner.y() - height(), screen.top()));
 }
 
+// Grown by the pane, the dialog moves up rather than ending below the screen.
+void XPaletteDlg::KeepOnScreen()
+{
+    layout()->activate();
+    adjustSize();
+    const QRect free = screen()->availableGeometry();
+    const QRect frame = frameGeometry();
+    const int below = std::max(frame.bottom() - free.bottom(), 0);
+    const int beside = std::max(frame.right() - free.right(), 0);
+    if (below + beside > 0)
+        move(std::max(frame.left() - beside, free.left()),
+             std::max(frame.top() - below, free.top()));
+}
+
 void XPaletteDlg::DestroyWindow()
 {
     reject();
@@ -479,6 +493,7 @@ void XPaletteDlg::OnButtonApply()
 void XPaletteDlg::OnButtonEdit()
 {
     m_pane->setVisible(m_pane->isHidden());
+    KeepOnScreen();
     m_edit->setFocus();
 }
 

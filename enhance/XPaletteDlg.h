@@ -96,6 +96,7 @@ private:
     template <class Ask>
     bool Prompt(const Ask& ask);
     void PlaceOverOwner();
+    void KeepOnScreen();
 
     XPaletteModel m_model; // above the widgets, which use it
     XDMComposite* m_composite = nullptr;

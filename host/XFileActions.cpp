@@ -72,7 +72,7 @@ int XFileActions::OpenAll(const QStringList& paths, XOpenErrors& errors)
 {
     QStringList misplaced;
     int opened = 0;
-    QStringList queue = paths;
+    QStringList queue = m_tree.GetRowCount() > 0 ? paths : XfnPlacedFirst(paths);
     for (int i = 0; i < queue.size(); ++i) {
         const QString given = queue[i];
         const bool isPlain = XfnIsPlainPath(given);

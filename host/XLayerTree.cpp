@@ -244,3 +244,18 @@ bool XLayerTree::GetTotalExtent(double (&box)[4]) const
     }
     return isAny;
 }
+
+bool XLayerTree::IsFarFromOthers(int row) const
+{
+    double own[4] = {0, 0, 0, 0};
+    if (!GetExtent(GetNode(row), own)) return false;
+    bool isAny = false;
+    for (int i = 0; i < GetRowCount(); ++i) {
+        double other[4] = {0, 0, 0, 0};
+        if (i == row || !GetExtent(GetNode(i), other)) continue;
+        isAny = true;
+        if (own[0] <= other[2] && own[2] >= other[0] && own[1] <= other[3] && own[3] >= other[1])
+            return false;
+    }
+    return isAny;
+}

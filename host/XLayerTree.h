@@ -68,6 +68,8 @@ public:
     void CloseAll();
 
     bool GetExtent(const Node& node, double (&box)[4]) const;
+    /// Whether other rows have an extent, and none of them meets that of this one.
+    bool IsFarFromOthers(int row) const;
     bool GetTotalExtent(double (&box)[4]) const; ///< of all that is open, hidden or not
 
 private:

@@ -69,7 +69,10 @@ void XMainActions::SetEnabled(const QString& id, bool isEnabled, const QString& 
     QAction* action = Get(id);
     if (!action) return;
     action->setEnabled(isEnabled);
-    action->setStatusTip(isEnabled || reason.isEmpty() ? m_tips.value(id) : reason);
+    const bool isTold = !isEnabled && !reason.isEmpty();
+    action->setStatusTip(isTold ? reason : m_tips.value(id));
+    const QString text = m_buttonTips.value(id);
+    action->setToolTip(isTold ? (text.isEmpty() ? reason : text + "\n" + reason) : text);
 }
 
 void XMainActions::SetChecked(const QString& id, bool isChecked)
@@ -84,6 +87,10 @@ void XMainActions::BuildMenus(const std::function<void(const QString&, QMenu*)>&
     for (const tagXMenuRow& row : XfnMenuTable()) {
         QMenu* menu = m_window->menuBar()->addMenu(row.title);
         menu->setStyle(style);
+        // of what can be chosen the text of the entry says enough
+        QObject::connect(menu, &QMenu::hovered, menu, [menu](const QAction* action) {
+            menu->setToolTipsVisible(!action->isEnabled());
+        });
         menu->setObjectName(QString("menu.") + QString(row.title).remove('&').toLower());
         for (const char* entry : row.entries) {
             const QString id(entry);
@@ -125,7 +132,9 @@ void XMainActions::AddButton(QToolBar& bar, QAction& action)
     for (const tagXActionRow& row : XfnActionTable())
         if (key.isEmpty() && id == row.id && !row.imageKeys.empty())
             key = Portable(row.imageKeys.front()).toString(QKeySequence::NativeText);
-    action.setToolTip(key.isEmpty() ? text : text + " (" + key + ")");
+    const QString tip = key.isEmpty() ? text : text + " (" + key + ")";
+    m_buttonTips.insert(id, tip);
+    action.setToolTip(tip);
     bar.addAction(&action);
     if (QWidget* button = bar.widgetForAction(&action)) {
         button->setObjectName("toolbar." + id);

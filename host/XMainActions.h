@@ -41,5 +41,6 @@ private:
 
     QMainWindow* m_window;
     QHash<QString, QAction*> m_actions;
-    QHash<QString, QString> m_tips;
+    QHash<QString, QString> m_tips;       // of the status line
+    QHash<QString, QString> m_buttonTips; // of tool bars
 };

@@ -3,13 +3,13 @@
 #include "foundation/platform/XPrompts.h"
 #include "foundation/platform/XQtText.h"
 #include "foundation/raster/XDMCompManager.h"
-#include "foundation/raster/XDMComposite.h"
 #include "foundation/raster/XRSFile.h"
 #include "host/XAttributeTableWidget.h"
 #include "host/XAttributesWidget.h"
 #include "host/XAutosaveActions.h"
 #include "host/XBandsWidget.h"
 #include "host/XClickActions.h"
+#include "host/XDockPanel.h"
 #include "host/XDrawActions.h"
 #include "host/XEditActions.h"
 #include "host/XEnhanceActions.h"
@@ -21,7 +21,6 @@
 #include "host/XJobWidget.h"
 #include "host/XKeyMapDialog.h"
 #include "host/XLayerActions.h"
-#include "host/XLayerPlacement.h"
 #include "host/XLayerTree.h"
 #include "host/XLayersWidget.h"
 #include "host/XLevelActions.h"
@@ -32,6 +31,7 @@
 #include "host/XObjectPicker.h"
 #include "host/XOpeningDlg.h"
 #include "host/XPictureChooser.h"
+#include "host/XRasterNotices.h"
 #include "host/XReadOut.h"
 #include "host/XRecoveryBar.h"
 #include "host/XSaveActions.h"
@@ -52,8 +52,6 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QScreen>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QTabBar>
 #include <QTimer>
 #include <QToolBar>
@@ -74,26 +72,6 @@ QStringList LocalPaths(const QMimeData* data)
     for (const QUrl& url : data->urls())
         if (url.isLocalFile()) paths.append(url.toLocalFile());
     return paths;
-}
-
-QDockWidget* MakeDock(QMainWindow* window, QWidget* content, const QString& title)
-{
-    auto* dock = new QDockWidget(title, window);
-    dock->setObjectName("dock." + content->objectName());
-    dock->setAccessibleName(title);
-    // on a small screen a panel scrolls rather than making the window higher than the screen
-    auto* scroll = new QScrollArea(dock);
-    scroll->setObjectName(content->objectName() + ".scroll");
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setWidgetResizable(true);
-    scroll->setWidget(content);
-    scroll->setMinimumWidth(content->minimumSizeHint().width() +
-                            scroll->verticalScrollBar()->sizeHint().width());
-    dock->setWidget(scroll);
-    window->addDockWidget(Qt::RightDockWidgetArea, dock);
-    return dock;
 }
 
 } // namespace
@@ -152,6 +130,8 @@ void XMainWindow::MakeModels()
         std::make_unique<XVectorStack>(m_view->GetExtBaseList(), m_view->GetXDMCompManager());
     m_layers->SetIsPlaced([this] { return m_vectors->HasPlaced(); });
     m_tree = std::make_unique<XLayerTree>(*m_layers, *m_vectors);
+    m_rasterNotices = std::make_unique<XRasterNotices>(*m_tree, *m_noticeBar);
+    m_rasterNotices->SetIsInView([this](const double(&box)[4]) { return IsInView(box); });
     m_picker = std::make_unique<XObjectPicker>(*m_view, *m_vectors);
     m_status = new XStatusWidget(this);
     setStatusBar(m_status);
@@ -172,8 +152,7 @@ void XMainWindow::MakeModels()
 void XMainWindow::MakeEditing()
 {
     m_drawActions = std::make_unique<XDrawActions>(*m_view, *m_tree, *m_picker, *m_actions);
-    m_clickActions =
-        std::make_unique<XClickActions>(*m_view, *m_tree, *m_picker, *m_drawActions);
+    m_clickActions = std::make_unique<XClickActions>(*m_view, *m_tree, *m_picker, *m_drawActions);
     m_editActions = std::make_unique<XEditActions>(*m_view, *m_tree, *m_picker, *m_drawActions,
                                                    *m_clickActions, *m_actions);
     m_saveActions = std::make_unique<XSaveActions>(GetHWND(), *m_tree, *m_actions, m_settings);
@@ -183,9 +162,8 @@ void XMainWindow::MakeEditing()
         Notice(text, detail);
     };
     m_clickActions->SetNotice([this](const QString& text) { Notice(text); });
-    m_clickActions->SetLooked([this](const XvcObj* object, tagXVectorPlace place) {
-        ShowLocked(object, place);
-    });
+    m_clickActions->SetLooked(
+        [this](const XvcObj* object, tagXVectorPlace place) { ShowLocked(object, place); });
     m_drawActions->SetNotice([this](const QString& text) { Notice(text); });
     m_drawActions->SetToolChanged([this] { ShowHint(); });
     m_saveActions->SetNotice(notice);
@@ -221,7 +199,7 @@ void XMainWindow::ConnectView()
     m_view->SetAfterPaint([this] {
         m_viewActions->OnPainted();
         if (m_view->GetMode() == XGVMessageManager::kModeNone) m_picker->KeepShown();
-        TellUnread();
+        m_rasterNotices->TellUnread();
     });
 }
 
@@ -249,14 +227,17 @@ void XMainWindow::MakePanels()
     layers->SetPicked([this] { m_view->setFocus(); });
     layers->SetNotice([this](const QString& text) { Notice(text); });
     auto* bands = new XBandsWidget(*m_layers, *m_actions, this);
-    auto* attributes = m_attributeRows = new XAttributesWidget(*m_picker, *m_vectors, *m_view->GetXDMCompManager(),
+    auto* attributes = new XAttributesWidget(*m_picker, *m_vectors, *m_view->GetXDMCompManager(),
                                              *m_actions, this);
-    MakeDock(this, layers, "Layers");
-    QDockWidget* under = MakeDock(this, bands, "Bands");
-    m_attributes = MakeDock(this, attributes, "Attributes");
+    m_attributeRows = attributes;
+    XfnMakeDock(this, layers, "Layers");
+    QDockWidget* under = XfnMakeDock(this, bands, "Bands");
+    m_attributes = XfnMakeDock(this, attributes, "Attributes");
     tabifyDockWidget(under, m_attributes);
     m_attributes->hide(); // until there is something to tell
-    m_picker->AddObserver([this] { ShowAttributes(); });
+    m_picker->AddObserver([this] {
+        if (m_picker->GetObject()) ShowAttributes();
+    });
     auto* table = new XAttributeTableWidget(*m_tree, *m_picker, *m_view, *m_actions, this);
     auto* dock = new QDockWidget("Attribute Table", this);
     dock->setObjectName("dock.table");
@@ -276,7 +257,7 @@ void XMainWindow::MakePanels()
 // place with the bands: a small screen has no room for three.
 void XMainWindow::ShowAttributes()
 {
-    if (!m_picker->GetObject() || isFullScreen()) return;
+    if (isFullScreen()) return;
     if (!std::exchange(m_wereAttributesShown, true)) {
         m_attributes->show();
         resizeDocks({findChild<QDockWidget*>("dock.layers"), m_attributes}, {1, 1}, Qt::Vertical);
@@ -289,10 +270,7 @@ void XMainWindow::ShowAttributes()
 void XMainWindow::ShowLocked(const XvcObj* object, tagXVectorPlace place)
 {
     m_attributeRows->ShowLocked(object, place);
-    if (!object || isFullScreen()) return;
-    if (!std::exchange(m_wereAttributesShown, true)) m_attributes->show();
-    if (!m_attributes->isHidden()) m_attributes->raise();
-    NameTabs();
+    if (object) ShowAttributes();
 }
 
 // The toolkit makes the tabs of panels by itself, when it lays out, and names none of them.
@@ -308,6 +286,9 @@ void XMainWindow::NameTabs()
 
 void XMainWindow::MakeJobs()
 {
+    const auto notice = [this](const QString& text, const QString& detail) {
+        Notice(text, detail);
+    };
     m_jobs = std::make_unique<XJobRunner>();
     auto* shown = new XJobWidget(*m_jobs, m_status);
     m_status->insertPermanentWidget(1, shown); // behind the hint, which is no permanent one
@@ -319,19 +300,17 @@ void XMainWindow::MakeJobs()
     m_status->insertPermanentWidget(1, opening);
     opening->Follow();
     m_loads->SetChanged([opening] { opening->Follow(); });
-    m_vectorActions->SetNotice(
-        [this](const QString& text, const QString& detail) { Notice(text, detail); });
+    m_vectorActions->SetNotice(notice);
+    m_rasterNotices->SetNotice(notice);
     m_vectorActions->SetWarning(
         [this](const QString& path, const QString& text) { m_noticeBar->TellAnew(path, text); });
-    m_vectorActions->SetIsGroundDark([this] {
-        return m_layers->GetCount() > 0 || XfnIsDarkColor(m_settings.GetBackground());
-    });
+    m_vectorActions->SetIsGroundDark(
+        [this] { return m_layers->GetCount() > 0 || XfnIsDarkColor(m_settings.GetBackground()); });
     m_vectorActions->SetIsInView([this](const double(&box)[4]) { return IsInView(box); });
     m_vectorActions->SetMoved([this] { m_view->FitAll(); });
     m_levelActions = std::make_unique<XLevelActions>(GetHWND(), *m_layers, *m_actions, *m_jobs,
                                                      *m_levelBar, m_settings);
-    m_levelActions->SetNotice(
-        [this](const QString& text, const QString& detail) { Notice(text, detail); });
+    m_levelActions->SetNotice(notice);
 }
 
 void XMainWindow::MakeMenus()
@@ -339,10 +318,9 @@ void XMainWindow::MakeMenus()
     QList<QToolBar*> bars = m_actions->BuildToolBars();
     m_enhanceActions->FillToolBars();
     auto* style = new XStyleBar(*m_view, m_settings, this);
-    style->SetSelection([this] { return m_editActions->GetFirstSelected(); },
-                        [this](const XStyleBar::ChangeFunction& change) {
-                            m_editActions->ChangeSelected(change);
-                        });
+    style->SetSelection(
+        [this] { return m_editActions->GetFirstSelected(); },
+        [this](const XStyleBar::ChangeFunction& change) { m_editActions->ChangeSelected(change); });
     m_editActions->SetFollowed([style] { style->ShowStyle(); });
     addToolBar(style);
     bars.append(style);
@@ -463,7 +441,7 @@ void XMainWindow::FollowLayers()
     m_noticeBar->KeepOnly(paths);
     const bool isFirst = m_shownRows == 0 && rows > 0;
     if (rows != m_shownRows) m_status->ClearNotice(); // it was about something else
-    if (rows > m_shownRows) m_view->setFocus(); // its plain keys are what comes next
+    if (rows > m_shownRows) m_view->setFocus();       // its plain keys are what comes next
     const bool isMoreRasters = m_layers->GetCount() > m_shownRasters;
     const bool isMoreVectors = rows > m_shownRows && !isMoreRasters;
     m_shownRows = rows;
@@ -489,7 +467,7 @@ void XMainWindow::FollowLayers()
     m_actions->SetEnabled("edit.copyGeographic",
                           rows > 0 && !m_readOut->GetGeographicText().isEmpty(),
                           "The view has no known coordinate system");
-    if (isMoreRasters) TellOfRaster(isFirst);
+    if (isMoreRasters) m_rasterNotices->TellOfOpened(isFirst);
 }
 
 bool XMainWindow::IsInView(const double (&box)[4])
@@ -500,23 +478,6 @@ bool XMainWindow::IsInView(const double (&box)[4])
     double maxY = 0;
     m_view->GetBound(minX, maxX, minY, maxY);
     return box[2] >= minX && box[0] <= maxX && box[3] >= minY && box[1] <= maxY;
-}
-
-// Another raster was opened: what the user might not see of it.
-void XMainWindow::TellOfRaster(bool isFirst)
-{
-    const tagXLayer* layer = m_layers->GetAt(m_layers->GetCurrent());
-    if (!layer) return;
-    QStringList notices;
-    const QString notes =
-        XfnToQString(layer->file->GetNotes()).remove("\"" + layer->path + "\": ").trimmed();
-    if (!notes.isEmpty()) notices.append(layer->name + ": " + notes.section('\n', 0, 0));
-    const QString placement = isFirst ? QString() : XfnPlacementText(layer->miss);
-    if (!placement.isEmpty()) notices.append(layer->name + ": " + placement);
-    double box[4] = {0, 0, 0, 0};
-    if (!isFirst && m_layers->GetExtent(m_layers->GetCurrent(), box) && !IsInView(box))
-        notices.append(layer->name + " lies outside the view; View > Fit Layer shows it");
-    if (!notices.isEmpty()) Notice(notices.join(". "), notes);
 }
 
 XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM lParam)
@@ -555,10 +516,7 @@ XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM 
     case XViewReport::ZoomRect:
         m_view->KeepInLimits();
         m_viewActions->OnZoomCommand();
-        m_viewActions->OnToolEnded();
-        m_drawActions->Follow();
-        ShowHint();
-        break;
+        [[fallthrough]];
     case XViewReport::ToolCancelled:
         m_viewActions->OnToolEnded();
         m_drawActions->Follow();
@@ -568,19 +526,6 @@ XLRESULT XMainWindow::OnWindowMessage(unsigned message, XWPARAM wParam, XLPARAM 
         break;
     }
     return 0;
-}
-
-// Black where a file cannot be read looks like no data: each file says once why it is so.
-void XMainWindow::TellUnread()
-{
-    for (int i = 0; i < m_layers->GetCount(); ++i) {
-        const tagXLayer& layer = *m_layers->GetAt(i);
-        const QString why = XfnToQString(layer.composite->GetDrawMessage()).trimmed();
-        if (why.isEmpty()) continue;
-        m_noticeBar->Tell(
-            layer.path,
-            QString("A part of %1 cannot be read and is left out. (%2)").arg(layer.name, why));
-    }
 }
 
 void XMainWindow::OpenAfterFirstPaint(const QStringList& paths)

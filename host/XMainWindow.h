@@ -33,6 +33,7 @@ class XNoticeBar;
 class XMainActions;
 class XObjectActions;
 class XObjectPicker;
+class XRasterNotices;
 class XReadOut;
 class XRecoveryBar;
 class XSaveActions;
@@ -102,13 +103,11 @@ private:
     void ConnectOthers();
     void ConnectView();
     void FollowLayers();
-    void TellOfRaster(bool isFirst);
     bool IsInView(const double (&box)[4]);
     void CopyText(const QString& text, const QString& notice);
     void ShowHint();
     void Notice(const QString& text, const QString& detail = QString());
     bool StopOnEscape();
-    void TellUnread();
 
     QString m_version;
     XSessionSettings m_settings;
@@ -118,6 +117,7 @@ private:
     std::unique_ptr<XLayerStack> m_layers;
     std::unique_ptr<XVectorStack> m_vectors;
     std::unique_ptr<XLayerTree> m_tree;
+    std::unique_ptr<XRasterNotices> m_rasterNotices;
     std::unique_ptr<XObjectPicker> m_picker;
     XStatusWidget* m_status = nullptr;
     std::unique_ptr<XReadOut> m_readOut;

@@ -23,29 +23,29 @@ XNoticeBar::XNoticeBar(QWidget* parent) : QFrame(parent), m_text(new QLabel(this
     row->addWidget(dismiss, 0, Qt::AlignTop);
     QObject::connect(dismiss, &QPushButton::clicked, this, [this] {
         for (auto& line : m_lines)
-            line.second.clear();
+            line.text.clear();
         ShowLines();
     });
     hide();
 }
 
-void XNoticeBar::Tell(const QString& path, const QString& text)
+void XNoticeBar::Tell(const QString& path, const QString& text, Topic topic)
 {
     for (const auto& line : m_lines)
-        if (line.first == path) return;
-    m_lines.append({path, text});
+        if (line.path == path && line.topic == topic) return;
+    m_lines.append({path, text, topic});
     ShowLines();
 }
 
 void XNoticeBar::TellAnew(const QString& path, const QString& text)
 {
-    m_lines.removeIf([&](const auto& line) { return line.first == path; });
+    m_lines.removeIf([&](const auto& line) { return line.path == path; });
     Tell(path, text);
 }
 
 void XNoticeBar::KeepOnly(const QStringList& paths)
 {
-    const auto gone = [&](const auto& line) { return !paths.contains(line.first); };
+    const auto gone = [&](const auto& line) { return !paths.contains(line.path); };
     if (m_lines.removeIf(gone) > 0) ShowLines();
 }
 
@@ -53,7 +53,7 @@ void XNoticeBar::ShowLines()
 {
     QStringList texts;
     for (const auto& line : m_lines)
-        if (!line.second.isEmpty()) texts.append(line.second.split('\n'));
+        if (!line.text.isEmpty()) texts.append(line.text.split('\n'));
     const auto more = texts.size() - kMostLines;
     m_text->setToolTip(more > 0 ? texts.join('\n') : QString());
     m_text->setText(texts.mid(0, kMostLines).join('\n') +

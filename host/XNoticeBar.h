@@ -5,8 +5,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <utility>
-
 class QLabel;
 
 /// The bar above the image for what went wrong with a file that is shown. It takes no focus and stops
@@ -17,11 +15,14 @@ class XNoticeBar : public QFrame
 public:
     static constexpr int kMostLines = 5;
 
+    /// What a line is about.
+    enum class Topic { Reading, Place };
+
     explicit XNoticeBar(QWidget* parent);
 
-    /// Adds a line about a file. A file has one line in all, even after that was dismissed.
-    void Tell(const QString& path, const QString& text);
-    /// Tells of something new about a file, in place of what its line said before.
+    /// Adds a line about a file. A file has one line a topic, even after that was dismissed.
+    void Tell(const QString& path, const QString& text, Topic topic = Topic::Reading);
+    /// Tells of something new about a file, in place of what its lines said before.
     void TellAnew(const QString& path, const QString& text);
     /// Forgets the files that are not among these: opened again, they are told of again.
     void KeepOnly(const QStringList& paths);
@@ -30,5 +31,11 @@ private:
     void ShowLines();
 
     QLabel* m_text;
-    QList<std::pair<QString, QString>> m_lines; // path and text, empty once dismissed
+    struct tagLine
+    {
+        QString path;
+        QString text; // empty once dismissed
+        Topic topic;
+    };
+    QList<tagLine> m_lines;
 };

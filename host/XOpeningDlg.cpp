@@ -26,8 +26,9 @@ int XOpeningDlg::ThreadProcess(void* owner, XString& error, XThread* thread)
     const int mode = XfnDefaultBands(GetXRSFile(), rgb);
     if (mode < 0) return 1;
     XDMComposite scratch(mode); // what it computes is kept by the bands
-    for (int ch = 0; ch < scratch.GetNumberOfChannels(); ++ch)
-        scratch.SetBand(GetXRSFile()->GetBandAt(rgb[ch]), ch);
+    const int last = scratch.GetNumberOfChannels() - 1;
+    for (int ch = 0; ch <= last; ++ch)
+        scratch.SetBand(GetXRSFile()->GetBandAt(rgb[last - ch]), ch); // channel 0 is blue
     for (int ch = 0; ch < scratch.GetNumberOfChannels(); ++ch) // which the layer's report tells
         if (const XDMBand* band = scratch.GetBand(ch)) band->GetStatistics(thread->GetStopFlag());
     XfnDefaultStretch(&scratch, thread->GetStopFlag());

@@ -3,6 +3,7 @@
 #include "foundation/base/XString.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -19,6 +20,10 @@ bool XfnIsSameFile(const QString& a, const QString& b);
 /// Reads a raster: null with a sentence that names the file in `error`, an empty one when the user
 /// gave up.
 using XRasterReader = std::function<std::unique_ptr<XRSFile>(const XString& path, XString& error)>;
+
+/// The paths of a lot in the order of opening: one that has a coordinate system comes first, so that
+/// the view gets it. Only the heads of files are read, up to the first that has one.
+QStringList XfnPlacedFirst(const QStringList& paths);
 
 /// Opens a raster file of any known format.
 /// @param read  null: in the calling thread, without asking anybody

@@ -26,7 +26,9 @@ void XSessionSettings::SetRecentFiles(const QStringList& paths)
 QString XSessionSettings::GetLastFolder() const
 {
     const QString folder = QSettings().value("files/folder").toString();
-    return folder.isEmpty() ? QDir::homePath() : folder;
+    if (!folder.isEmpty()) return folder;
+    const QDir here = QDir::current(); // a desktop starts programs in the root
+    return here.isRoot() ? QDir::homePath() : here.path();
 }
 
 void XSessionSettings::SetLastFolder(const QString& folder)

@@ -31,7 +31,7 @@ public:
     QStringList GetRecentFiles() const;
     void SetRecentFiles(const QStringList& paths);
 
-    QString GetLastFolder() const; ///< the home folder at first
+    QString GetLastFolder() const; ///< where the program was started at first, or home
     void SetLastFolder(const QString& folder);
 
     /// Files that the user wants no pyramid offered for; the latest 200 are remembered.

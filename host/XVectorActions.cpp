@@ -205,24 +205,9 @@ QString XVectorActions::GetPlaceText(int index) const
                                              : " cannot be transformed to the coordinate system of "
                                                "the view; it is shown with its own coordinates.");
     }
-    if (!IsFarFromAll(index)) return text;
+    if (!m_tree.IsFarFromOthers(index)) return text;
     return (text.isEmpty() ? file->name : text + " It") +
            " lies outside all other layers: View > Fit Layer shows it.";
-}
-
-bool XVectorActions::IsFarFromAll(int index) const
-{
-    double own[4] = {0, 0, 0, 0};
-    if (!m_vectors.GetExtent({index, -1}, own)) return false;
-    bool isAny = false;
-    for (int row = 0; row < m_tree.GetRowCount(); ++row) {
-        double other[4] = {0, 0, 0, 0};
-        if (row == index || !m_tree.GetExtent(m_tree.GetNode(row), other)) continue;
-        isAny = true;
-        if (own[0] <= other[2] && own[2] >= other[0] && own[1] <= other[3] && own[3] >= other[1])
-            return false;
-    }
-    return isAny;
 }
 
 // Says what is missing of a file and what may be wrong with its place.
@@ -244,7 +229,7 @@ void XVectorActions::TellOf(int index, const tagXPlacement& placement)
     if (!m_notice) return;
     if (!m_vectors.GetExtent({index, -1}, own))
         m_notice(file.name + " holds nothing that could be shown", QString());
-    else if (!IsFarFromAll(index) && m_isInView && !m_isInView(own))
+    else if (!m_tree.IsFarFromOthers(index) && m_isInView && !m_isInView(own))
         m_notice(file.name + " lies outside the view; View > Fit Layer shows it", QString());
 }
 

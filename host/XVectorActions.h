@@ -87,7 +87,6 @@ private:
     bool KeepsEdits(int index);
     void FollowWorld();
     bool IsWaiting(const XvcBase* replaced) const;
-    bool IsFarFromAll(int file) const;
     void TellOf(int file, const tagXPlacement& placement);
     void TellErrors();
     void ChooseColor();

@@ -107,7 +107,8 @@ XDMComposite* XViewActions::FindGray() const
 {
     const XLayerStack& rasters = m_layers.GetRasters();
     for (int i = 0; i < rasters.GetCount(); ++i)
-        if (XDMComposite* composite = rasters.GetAt(i)->composite; composite->GetMode() == kGrayMode)
+        if (XDMComposite* composite = rasters.GetAt(i)->composite;
+            composite->GetMode() == kGrayMode)
             return composite;
     return nullptr;
 }
@@ -267,7 +268,7 @@ void XViewActions::EnableActions()
     m_actions.SetEnabled("image.stretch", hasLayer && m_view.CanShowStretchDlg(),
                          hasLayer ? unbound : noLayer);
     m_actions.SetEnabled("image.colorTable", FindGray() && m_view.CanShowColorTable(),
-                         !hasLayer     ? noLayer
+                         !hasLayer    ? noLayer
                          : FindGray() ? unbound
                                       : "Show an image in gray first; three bands have no table");
 }

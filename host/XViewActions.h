@@ -58,6 +58,6 @@ private:
     bool m_isJump = true;
     QSize m_paintedSize;
     bool m_wasMaximized = false;
-    QByteArray m_layout; // before full screen
+    QByteArray m_layout;               // before full screen
     XDMComposite* m_colored = nullptr; // by the colour table that was opened last
 };

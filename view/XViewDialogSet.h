@@ -33,8 +33,8 @@ public:
     void ThumbClosed() { m_thumb.reset(); }
 
     int IsMapGridShown() const { return m_mapGrid && m_mapGrid->IsShown(); }
-    void RepaintButtonPanel();             ///< soon, when it has a window
-    void DrawMapGrid(XBackBuffer* buffer); ///< when there is one and it is shown
+    void RepaintButtonPanel();                 ///< soon, when it has a window
+    void DrawMapGrid(XBackBuffer* buffer);     ///< when there is one and it is shown
     void CompositeRemoved(XDMComposite& gone); ///< windows that work on it let go of it
     /// Tells an open palette dialog the value range of the first gray composite, and an open thumb
     /// view what the view shows; a palette dialog without a gray composite ends both.

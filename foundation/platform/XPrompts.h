@@ -9,10 +9,10 @@
 /// What a file prompt shows at first.
 struct tagXFilePrompt
 {
-    XString title{};     ///< empty: the prompt's own
-    XString filter{};    ///< "A (*.a;*.b)|*.a;*.b|All (*.*)|*.*||", see XFileFilter
-    XString folder{};    ///< empty: where the last prompt of this kind ended
-    XString fileName{};  ///< proposed name; for saving
+    XString title{};    ///< empty: the prompt's own
+    XString filter{};   ///< "A (*.a;*.b)|*.a;*.b|All (*.*)|*.*||", see XFileFilter
+    XString folder{};   ///< empty: where the last prompt of this kind ended
+    XString fileName{}; ///< proposed name; for saving
     /// For opening: a preview of the raster under the cursor stands beside the list.
     bool hasRasterPreview = false;
     int filterIndex = 0; ///< in: the entry chosen at first; out: the entry chosen at the end

@@ -235,6 +235,19 @@ void XDMBand::NoteFailure(const tagXTileKey& key, const XString& message) const
     const std::lock_guard lock(m_failureMutex);
     if (m_failures.size() >= kMaxFailures) m_failures.clear();
     m_failures[key] = {message, NowMs()};
+    if (m_damage.IsEmpty()) m_damage = message;
+}
+
+void XDMBand::NoteDamage(const XString& message) const
+{
+    const std::lock_guard lock(m_failureMutex);
+    if (m_damage.IsEmpty()) m_damage = message;
+}
+
+XString XDMBand::GetDamage() const
+{
+    const std::lock_guard lock(m_failureMutex);
+    return m_damage;
 }
 
 std::uint64_t XDMBand::GetPixelGeneration() const

@@ -136,6 +136,9 @@ public:
     /// asks afterwards: a file that is cut while it is mapped gives zeros.
     /// @return 0 with a sentence that names the file in `message`, then for good
     virtual int IsIntact(XString& message) const;
+    /// Why some part that was asked for could not be read as it was written, first of all such
+    /// complaints since the band was made; empty while there was none.
+    XString GetDamage() const;
     /// 1 when numbers of this band are those of the file that now stands at its path: the file is as
     /// it was opened, and the null value is the one in it.
     /// @return 0 with a sentence in `message`
@@ -229,6 +232,8 @@ protected:
     tagXBandStatistics CalcBandStatistics(const tagXBandStatistics* known,
                                           const std::atomic<int>* abort) const override;
 
+    void NoteDamage(const XString& message) const; ///< any thread; see GetDamage
+
     std::uint64_t GetOwnerID() const { return m_ownerID; }
     int GatherLevel(int level, std::vector<std::shared_ptr<const XTile>>& tiles,
                     const std::atomic<int>* abort) const;
@@ -296,4 +301,5 @@ private:
 
     mutable std::mutex m_failureMutex;
     mutable std::unordered_map<tagXTileKey, tagFailure> m_failures;
+    mutable XString m_damage; // under the same
 };

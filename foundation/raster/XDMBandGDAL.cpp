@@ -251,9 +251,12 @@ std::shared_ptr<const XTile> XDMBandGDAL::ReadTile(int level, int tx, int ty,
         XGdalSource& source = table->SourceOf(from, *this);
         const XGdalSource::Handle handle = source.Acquire(abort, message);
         if (!handle) return 0;
+        XString damage;
         if (XfnReadGdalTiles(handle.Get(), from, GetDataType(), firstTx, ty, targets, abort,
-                             message))
+                             message, &damage)) {
+            if (!damage.IsEmpty()) NoteDamage(damage);
             return 1;
+        }
         if (!message.IsEmpty()) message = XfnFormat("\"%s\": %s", source.GetPath(), message);
         return 0;
     };
@@ -371,7 +374,11 @@ int XDMBandGDAL::GatherBlocks(const tagTable& table, const tagXGdalLevel& level,
         const int height = std::min(b.height, kWidestSample);
         isWhole &= width == b.width && height == b.height;
         const auto tile = std::make_shared<XTile>(GetDataType(), width, height);
-        if (!ReadBlock(band, {b.x, b.y, b.width, b.height}, *tile)) continue;
+        if (!ReadBlock(band, {b.x, b.y, b.width, b.height}, *tile)) {
+            const XString why = errors.GetSentence();
+            NoteDamage(why.IsEmpty() ? XString("A part of the image cannot be read.") : why);
+            continue;
+        }
         XfnAddMoments(tile->GetData(),
                       static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
                       GetDataType(), GetNullValue(), moments);

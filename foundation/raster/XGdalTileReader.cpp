@@ -331,7 +331,7 @@ tagXGdalLevel XfnMakeDirectLevel(const tagXGdalLevel& level, const tagXGdalLevel
 
 int XfnReadGdalTiles(GDALDataset* dataset, const tagXGdalLevel& level, int dataType, int tx, int ty,
                      std::vector<tagXGdalTarget>& targets, const std::atomic<int>* abort,
-                     XString& message)
+                     XString& message, XString* damage)
 {
     message.Empty();
     const XGdalErrors errors;
@@ -340,6 +340,7 @@ int XfnReadGdalTiles(GDALDataset* dataset, const tagXGdalLevel& level, int dataT
     const bool isRead =
         level.isVirtual ? XDecimatingReader(dataset, level, dataType).Read(x0, y0, targets, abort)
                         : XPlainReader(dataset, level, dataType).Read(x0, y0, targets);
+    if (damage) *damage = errors.GetDamage();
     if (isRead) return 1;
     if (!IsRaised(abort)) {
         message = errors.GetSentence();

@@ -51,10 +51,12 @@ tagXGdalLevel XfnMakeDirectLevel(const tagXGdalLevel& level, const tagXGdalLevel
 /// Decodes the tiles at (tx, ty) of every target, or for a target with several tiles those from tx
 /// on. Several targets must share their blocks (pixel interleaved): the bands stand inside the loop
 /// over rows or blocks, so that such a block is decoded once.
+/// @param damage  when given, receives what a decoder said that went on all the same, in a sentence:
+///                of a cut JPEG the rest is gray
 /// @return 0 with a sentence without the file's name in `message`, which is empty after an abort
 int XfnReadGdalTiles(GDALDataset* dataset, const tagXGdalLevel& level, int dataType, int tx, int ty,
                      std::vector<tagXGdalTarget>& targets, const std::atomic<int>* abort,
-                     XString& message);
+                     XString& message, XString* damage = nullptr);
 
 /// The band or its overview.
 GDALRasterBand* XfnGetGdalLevelBand(GDALDataset* dataset, int bandNumber, int overview);

@@ -260,12 +260,28 @@ int FillFile(XRSFile& file, const std::shared_ptr<XGdalSource>& source, GDALData
     return 1;
 }
 
-/// " Sentence." behind the path of a refusal; empty when it only says that nobody knows the format.
+/// " (Sentence.)" behind the path of a refusal; empty when it only says that nobody knows the format.
 XString DetailOf(const XString& refusal, const XString& path)
 {
     const XString prefix = XfnFormat("\"%s\": ", path);
     if (refusal.Find(prefix) != 0 || refusal.Find(kXNoReader) >= 0) return XString();
-    return XString(" ") + refusal.Mid(prefix.GetLength());
+    return XString(" (") + refusal.Mid(prefix.GetLength()) + ")";
+}
+
+/// Whether a file has the name of plain pixels that a text file beside it describes, and that one is
+/// not there.
+bool LacksHeader(const XString& path)
+{
+    const char* const kPlain[] = {"IMG", "DAT", "RAW", "BIN", "BSQ", "BIL", "BIP"};
+    const XString extension = XfnGetFileExt(path);
+    if (std::none_of(std::begin(kPlain), std::end(kPlain),
+                     [&](const char* plain) { return extension.CompareNoCase(plain) == 0; }))
+        return false;
+    const XString stem = path.Left(path.GetLength() - extension.GetLength());
+    for (const char* tail : {"hdr", "HDR"})
+        if (::access(stem + tail, F_OK) == 0 || ::access(path + "." + tail, F_OK) == 0)
+            return false;
+    return true;
 }
 
 int Load(XRSFile* file, const tagFormat& format, const XString& path, XString& error, int useLevels,
@@ -536,7 +552,12 @@ int XRSFileIO::Open(const XString& path, XRSFile* file, XString& error, XThread*
     // an extension is a habit, not a promise: .img alone means three formats
     XString byName = error;
     if (load(kXFormatOtherRaster)) return 1;
-    if (isKnown && !byName.IsEmpty() && !HoldsVectors(path)) error = byName;
+    if (HoldsVectors(path)) return 0;
+    if (isKnown && !byName.IsEmpty()) error = byName;
+    // of one that is of its format but damaged the reader tells more
+    if (LacksHeader(path) && error.Right(1) != ")")
+        error += XfnFormat(" If it holds plain pixels, its header file %s.hdr is missing.",
+                           XfnGetFileTitle(path));
     return 0;
 }
 

@@ -3,6 +3,7 @@
 #include <cpl_error.h>
 #include <gdal.h>
 
+#include <cstring>
 #include <mutex>
 
 namespace {
@@ -12,8 +13,9 @@ constexpr GIntBig kBlockCacheBytes = GIntBig(32) << 20;
 
 void CPL_STDCALL Collect(CPLErr level, CPLErrorNum, const char* text)
 {
-    if (level < CE_Failure) return;
-    if (auto* errors = static_cast<XGdalErrors*>(CPLGetErrorHandlerUserData())) errors->Note(text);
+    auto* errors = static_cast<XGdalErrors*>(CPLGetErrorHandlerUserData());
+    if (!errors || level < CE_Warning) return;
+    level >= CE_Failure ? errors->Note(text) : errors->NoteWarning(text);
 }
 
 /// What is left of GDAL's text when the path is named before it.
@@ -43,6 +45,17 @@ XGdalErrors::~XGdalErrors()
 void XGdalErrors::Note(const char* text)
 {
     if (m_text.IsEmpty()) m_text = text;
+}
+
+void XGdalErrors::NoteWarning(const char* text)
+{
+    constexpr const char* kDecoder = "libjpeg: ";
+    XString warning = text;
+    if (!m_damage.IsEmpty() || warning.Find(kDecoder) != 0) return;
+    warning = warning.Mid(static_cast<int>(std::strlen(kDecoder)));
+    const int hint = warning.Find(" (this warning");
+    if (hint >= 0) warning = warning.Left(hint);
+    m_damage = XfnFormat("The JPEG data are damaged or cut short (%s).", warning);
 }
 
 XString XGdalErrors::GetSentence() const

@@ -20,10 +20,15 @@ public:
     /// no text or one that tells nothing.
     XString Describe(const XString& path, const char* otherwise) const;
 
-    void Note(const char* text); ///< for the handler
+    /// What the JPEG decoder warned of, which then goes on with gray, as a sentence; else empty.
+    XString GetDamage() const { return m_damage; }
+
+    void Note(const char* text);        ///< for the handler
+    void NoteWarning(const char* text); ///< likewise
 
 private:
     XString m_text;
+    XString m_damage;
 };
 
 /// Registers the drivers and sets the process up for reading images: once, from any thread.

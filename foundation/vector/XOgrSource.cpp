@@ -214,6 +214,10 @@ bool XOgrSource::OpenWith(const XString& path, const char* const* drivers, const
 
 bool XOgrSource::OpenShapes(const XString& path, const char* const* drivers, XString& error)
 {
+    if (XfnIsShapeHeadCut(path)) {
+        error = "It is cut short: nothing of its objects is there.";
+        return false;
+    }
     const tagXShapeParts parts = XfnFindShapeParts(path);
     XString source = path;
     if (parts.index.IsEmpty() && !LinkWithIndex(path, parts, source, error)) return false;

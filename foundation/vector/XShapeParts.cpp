@@ -99,6 +99,18 @@ XString XfnFindBeside(const XString& path, const char* extension)
     return XString();
 }
 
+bool XfnIsShapeHeadCut(const XString& path)
+{
+    try {
+        XFile file;
+        unsigned char magic[4];
+        return file.Open(path, XFile::kModeRead) && file.GetLength() < kHeadBytes &&
+               file.ReadAt(0, magic, 4) == 4 && ReadBig(magic) == kMagic;
+    } catch (const XFileException&) { // its reader tells
+        return false;
+    }
+}
+
 tagXShapeParts XfnFindShapeParts(const XString& path)
 {
     tagXShapeParts parts;

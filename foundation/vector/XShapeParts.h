@@ -20,6 +20,9 @@ tagXShapeParts XfnFindShapeParts(const XString& path);
 /// empty when there is none.
 XString XfnFindBeside(const XString& path, const char* extension);
 
+/// Whether a file begins like a .shp and ends within its head of 100 bytes.
+bool XfnIsShapeHeadCut(const XString& path);
+
 /// Writes an index of the shapes that lie in a .shp as a whole, up to the first that does not.
 /// @return how many they are; -1 when the first is no shapefile, or one cannot be read or written
 long long XfnWriteShapeIndex(const XString& shapes, const XString& index);

@@ -7,16 +7,22 @@
 #include "tests/support/XGdalSample.h"
 #include "tests/support/XScriptedPrompts.h"
 
+#include <QDir>
 #include <QLineEdit>
+#include <QListView>
 #include <QPlainTextEdit>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
+#include <cpl_vsi.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <functional>
+#include <thread>
 
 namespace {
 
@@ -92,9 +98,12 @@ TEST_F(XFileDialogTest, ComplexFilesAreRefusedUnlessTheyAreWanted)
         refusing.accept();
         EXPECT_TRUE(QTest::qWaitFor([&] { return !prompts.GetMessages().empty(); }));
         EXPECT_TRUE(refusing.isVisible());
-        refusing.Type("\"a.tif\"");
+        QFile::rename(dir.filePath("b.tif"), dir.filePath("kept"));
+        QFile::copy(dir.filePath("a.tif"), dir.filePath("b.tif")); // it is another file now
         refusing.accept();
     });
+    QFile::remove(dir.filePath("b.tif"));
+    QFile::rename(dir.filePath("kept"), dir.filePath("b.tif"));
     EXPECT_EQ(result, XFileDialog::kOk);
     EXPECT_EQ(prompts.GetLastMessage(), "Data Type is complex.!!!");
     EXPECT_EQ(prompts.GetMessages().size(), 1u);
@@ -114,6 +123,23 @@ TEST_F(XFileDialogTest, ComplexFilesAreRefusedUnlessTheyAreWanted)
         for (int i = 0; i < files.GetSize(); ++i)
             delete static_cast<XRSFile*>(files.GetAt(i));
     }
+}
+
+TEST_F(XFileDialogTest, AFolderAmongChosenFilesIsLeftOut)
+{
+    ASSERT_TRUE(QDir(dir.path()).mkdir("sub"));
+    XShownDialog dialog(nullptr, 1, 1);
+    dialog.SetComplexAllowed(1);
+    EXPECT_EQ(Run(dialog,
+                  [&] {
+                      auto* list = dialog.findChild<QListView*>("listView");
+                      const auto rows = [&] { return list->model()->rowCount(list->rootIndex()); };
+                      ASSERT_TRUE(QTest::qWaitFor([&] { return rows() > 2; }));
+                      list->selectAll();
+                      dialog.accept();
+                  }),
+              XFileDialog::kOk);
+    EXPECT_EQ(dialog.GetFilePaths().size(), 2u);
 }
 
 TEST_F(XFileDialogTest, TheLayoutIsRemembered)
@@ -148,6 +174,32 @@ TEST_F(XFileDialogTest, AnOpenThatWasStoppedAsItSucceededGivesNothing)
     XStoppedOpen stopped;
     EXPECT_EQ(stopped.Open(real), nullptr);
     EXPECT_STREQ(stopped.GetError(), "");
+}
+
+TEST_F(XFileDialogTest, ACancelDoesNotWaitForAReaderThatHangs)
+{
+    static std::atomic<bool> isReading{false}, isFreed{false}, isTooLate{false};
+    VSIFilesystemPluginCallbacksStruct* hanging = VSIAllocFilesystemPluginCallbacksStruct();
+    hanging->open = [](void*, const char*, const char*) -> void* {
+        isReading = true;
+        for (int i = 0; i < 3000 && !isFreed; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        isTooLate = !isFreed;
+        return nullptr;
+    };
+    ASSERT_EQ(VSIInstallPluginHandler("/vsihanging/", hanging), 0);
+    XThreadDlgOpen dialog;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &dialog, [&] {
+        if (isReading) dialog.close();
+    });
+    poll.start(1);
+    EXPECT_EQ(dialog.Open("/vsihanging/a.tif"), nullptr);
+    EXPECT_STREQ(dialog.GetError(), "");
+    EXPECT_TRUE(isReading);
+    EXPECT_FALSE(isTooLate);
+    isFreed = true; // the end of the program waits for the reader
+    VSIFreeFilesystemPluginCallbacksStruct(hanging);
 }
 
 } // namespace

@@ -35,8 +35,8 @@ const tagBadBand kBands[] = {
                                : x + y == 14 ? kInf
                                              : x; }, true},
     {"nothing but infinities", kXFloat, [](int x, int) { return x < 4 ? -kInf : kInf; }, true},
-    {"a range too wide to measure", kXDouble,
-     [](int x, int) { return x < 4 ? -1.6e308 : 1.6e308; }, true},
+    {"a range too wide to measure", kXDouble, [](int x, int) { return x < 4 ? -1.6e308 : 1.6e308; },
+     true},
     {"a range too narrow to divide", kXDouble, [](int x, int) { return x < 4 ? 0.0 : 5e-324; },
      true},
     {"the largest integers", kXInt32, [](int x, int) { return x < 4 ? -2147483648.0 : 2147483647; },

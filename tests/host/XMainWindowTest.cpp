@@ -95,7 +95,7 @@ TEST_F(XMainWindowTest, TheDialogOpensSeveralFilesAndTheFirstFillsTheView)
     EXPECT_EQ(Look().perX, Look().perY);
     EXPECT_NEAR(Look().x, 300015 + 99.5 * 30, 1e-6);
     EXPECT_NE(Text("status.system").indexOf("UTM zone 25S"), -1);
-    EXPECT_TRUE(window->statusBar()->currentMessage().contains("outside the view"));
+    EXPECT_TRUE(Text("notice.text").startsWith("second.dat lies outside all other layers"));
     EXPECT_GT(Colours(Grab()).size(), 20u) << "not a black square";
 }
 
@@ -190,6 +190,26 @@ TEST_F(XMainWindowTest, AFileThatVanishesWhileShownDoesNotTakeTheWindowWithIt)
     Run("file.close");
     EXPECT_EQ(Open({path}), 0);
     EXPECT_NE(prompts.GetLastMessage().find("does not exist"), std::string::npos);
+}
+
+TEST_F(XMainWindowTest, OfALotOneWithACoordinateSystemPlacesTheViewAndCutFilesAreTold)
+{
+    const QString jpeg = Path("cut.jpg");
+    QImage noise(400, 300, QImage::Format_RGB32);
+    for (int y = 0; y < 300; ++y)
+        for (int x = 0; x < 400; ++x)
+            noise.setPixel(x, y, static_cast<unsigned>(x * y * 2654435761u));
+    ASSERT_TRUE(noise.save(jpeg, "JPG"));
+    ASSERT_TRUE(QFile::resize(jpeg, QFileInfo(jpeg).size() / 2));
+    const QString tiff = Path("cut.tif");
+    ASSERT_TRUE(QFile::copy(Sample(), tiff));
+    ASSERT_TRUE(QFile::setPermissions(tiff, QFile::ReadOwner | QFile::WriteOwner));
+    ASSERT_TRUE(QFile::resize(tiff, QFileInfo(tiff).size() / 2));
+    ASSERT_EQ(Open({jpeg, tiff, Sample()}), 3); // the whole one hides the cut one
+    EXPECT_NE(Text("status.system").indexOf("UTM zone 25S"), -1);
+    for (const char* told : {"cut.jpg has no coordinate system", "It lies outside all other layers",
+                             "A part of cut.jpg", "A part of cut.tif"})
+        EXPECT_TRUE(Text("notice.text").contains(told)) << told;
 }
 
 TEST_F(XMainWindowTest, AFileEmptiedWhileShownSaysSoOnce)

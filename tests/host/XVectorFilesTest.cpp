@@ -193,8 +193,7 @@ TEST_F(XVectorFilesTest, AFileWithoutASystemHasOnePlaceWhateverCameFirst)
         {"degrees on a map in degrees", degrees, geo, -34.82, "longitude and latitude in", false},
         {"the map's own numbers", metres, utm, kLeft + 100, "taken as EPSG", false},
         {"numbers of elsewhere", metres, geo, kLeft + 100, "taken as EPSG", true},
-        {"a drawing is never in degrees", MakeDrawing("d.dxf", 10, 20), utm, 10, "taken as",
-         true},
+        {"a drawing is never in degrees", MakeDrawing("d.dxf", 10, 20), utm, 10, "taken as", true},
     };
     for (const auto& row : rows) {
         for (const bool isFirst : {true, false}) {

@@ -185,6 +185,23 @@ TEST_F(XViewDialogsTest, AnOpenPaletteAndThumbHearOfEveryDrawing)
     EXPECT_EQ(log.Count("thumb box"), 0);
 }
 
+TEST_F(XViewDialogsTest, WindowsLetGoOfACompositeThatWentAndStillClose)
+{
+    Show(picture);
+    view.ShowColorTable(1);
+    view.ShowStretchDlg(1);
+    view.ShowMeasureDlg(1);
+    view.GetXDMCompManager()->RemoveXDMCompositeAll();
+    EXPECT_EQ(palette->m_composite, nullptr);
+    EXPECT_EQ(stretch->m_composite, nullptr);
+    view.ShowColorTable(0);
+    view.ShowStretchDlg(0);
+    view.ShowMeasureDlg(0);
+    EXPECT_EQ(log.Count("palette destroy"), 1);
+    EXPECT_EQ(log.Count("stretch destroy"), 1);
+    EXPECT_FALSE(view.IsShowMeasureDlg());
+}
+
 TEST_F(XViewDialogsTest, TheThumbViewIsPlacedOnce)
 {
     Show(picture);

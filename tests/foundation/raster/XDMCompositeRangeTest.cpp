@@ -81,7 +81,7 @@ class XFrailBand : public XDMBandMemory
 public:
     int failTx = -1;
     std::atomic<int>* raised = nullptr;
-    mutable int tiles = 0;
+    mutable std::atomic<int> tiles{0};
 
 protected:
     std::shared_ptr<const XTile> ReadTile(int level, int tx, int ty, const std::atomic<int>* abort,
