@@ -1,19 +1,23 @@
 #include "view/XViewFrame.h"
-
 #include "foundation/surface/XBackBuffer.h"
 #include "foundation/surface/XDC.h"
+#include "view/XViewFrameKernels.h"
 
 #include <QPainter>
 
 #include <algorithm>
 #include <cstdlib>
 #include <utility>
+#include <vector>
 
 namespace {
 
 constexpr QRgb kColorBits = 0x00FFFFFFu;
 constexpr int kSeenDifference = 96;
 constexpr int kLightMark = 96; // pure green is light
+// Marks that cover more than one pixel in so many go without a casing: side by side they are seen
+// anyway, and casings would leave little of the picture between them.
+constexpr std::size_t kSparseMarks = 32;
 
 bool IsSeen(QRgb mark, QRgb below)
 {
@@ -34,14 +38,29 @@ void XfnLayOverlay(QImage& picture, const QImage& overlay)
 {
     const int width = std::min(picture.width(), overlay.width());
     const int height = std::min(picture.height(), overlay.height());
+    if (width <= 0 || height <= 0) return;
     const auto rowStep = picture.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
     const auto markStep = overlay.bytesPerLine() / static_cast<qsizetype>(sizeof(QRgb));
-    auto* row = reinterpret_cast<QRgb*>(picture.bits());
+    std::vector<std::size_t> counts(static_cast<std::size_t>(height));
+    std::size_t total = 0;
     const auto* marks = reinterpret_cast<const QRgb*>(overlay.constBits());
+    for (int y = 0; y < height; ++y) {
+        const std::size_t count =
+            XfnCountMarks(marks + y * markStep, static_cast<std::size_t>(width));
+        counts[static_cast<std::size_t>(y)] = count;
+        total += count;
+    }
+    if (total == 0) return;
+    const bool isEncased =
+        total <= static_cast<std::size_t>(width) * static_cast<std::size_t>(height) / kSparseMarks;
+    auto* row = reinterpret_cast<QRgb*>(picture.bits());
     for (int y = 0; y < height; ++y, row += rowStep, marks += markStep) {
-        for (int x = 0; x < width; ++x) {
+        std::size_t left = counts[static_cast<std::size_t>(y)];
+        for (int x = 0; left > 0; ++x) {
             if (!(marks[x] & kColorBits)) continue;
+            --left;
             row[x] = MarkOn(marks[x] | ~kColorBits, row[x]);
+            if (!isEncased) continue;
             const bool isLight = qGray(row[x]) >= kLightMark;
             const QRgb casing = isLight ? 0xFF000000u : 0xFFFFFFFFu;
             const auto encase = [&](qsizetype there, qsizetype mark) {

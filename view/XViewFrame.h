@@ -44,6 +44,7 @@ XAPI void XfnSwapSurfaces(XDC* dc, const XBackBuffer& main, const XBackBuffer& o
 /// picture alone; others show in their own colour, or in black or white, whichever is farther,
 /// where their own differs from the picture by less than 96 of 255 in every channel. The pixels to
 /// the four sides of a mark that bear none are black where both are light and white where both are
-/// dark: a casing that keeps a thin line in sight on busy ground. So a mark is seen on any background,
-/// which exclusive or does not give: on mid grey its result is mid grey again.
+/// dark: a casing that keeps a thin line in sight on busy ground, left out where marks cover more
+/// than one pixel in 32. So a mark is seen on any background, which exclusive or does not give: on mid
+/// grey its result is mid grey again.
 XAPI void XfnLayOverlay(QImage& picture, const QImage& overlay);

@@ -214,7 +214,7 @@ TEST(XLayOverlayTest, MarksAreEncasedAndSeen)
 {
     const QRgb grounds[] = {0xFF00E000u, 0xFF808080u, 0xFFFFFFFFu, 0xFF000000u};
     for (const QRgb ground : grounds) {
-        QImage picture(4, 4, QImage::Format_RGB32), overlay(4, 4, QImage::Format_RGB32);
+        QImage picture(8, 8, QImage::Format_RGB32), overlay(8, 8, QImage::Format_RGB32);
         picture.fill(ground);
         overlay.fill(0xFF000000u);
         overlay.setPixel(0, 0, 0xFF00FF00u); // in a corner: nothing beyond is touched
@@ -226,6 +226,12 @@ TEST(XLayOverlayTest, MarksAreEncasedAndSeen)
         EXPECT_EQ(casing, mark == 0xFF000000u ? 0xFFFFFFFFu : 0xFF000000u);
         EXPECT_EQ(picture.pixel(2, 1), ground) << "no more than four sides";
         EXPECT_EQ(picture.pixel(1, 2), ground);
+
+        picture.fill(ground);
+        overlay.setPixel(7, 7, 0xFF00FF00u);
+        XfnLayOverlay(picture, overlay);
+        EXPECT_EQ(picture.pixel(7, 7), mark);
+        EXPECT_EQ(picture.pixel(1, 1), ground) << "marks that stand dense have no casing";
     }
 }
 
